@@ -1,0 +1,28 @@
+# The flags of our own code. Third-party headers come in as system headers and stay quiet.
+add_library(QuellinSettings INTERFACE)
+target_include_directories(QuellinSettings INTERFACE ${PROJECT_SOURCE_DIR}/Sources)
+target_compile_options(QuellinSettings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-align
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wdouble-promotion -Wimplicit-fallthrough
+  -fvisibility=hidden -fstack-protector-strong
+  $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
+
+if(QUELLIN_SANITIZERS)
+  set(sanitizerFlags -fsanitize=${QUELLIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(QuellinSettings INTERFACE ${sanitizerFlags})
+  target_link_options(QuellinSettings INTERFACE ${sanitizerFlags})
+endif()
+if(QUELLIN_COVERAGE)
+  target_compile_options(QuellinSettings INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(QuellinSettings INTERFACE --coverage)
+endif()
+
+# lld halves the link time where it is installed; nothing depends on it.
+find_program(QUELLIN_LLD NAMES ld.lld)
+if(QUELLIN_LLD AND NOT CMAKE_CROSSCOMPILING AND NOT APPLE)
+  target_link_options(QuellinSettings INTERFACE -fuse-ld=lld)
+endif()
+find_program(QUELLIN_CCACHE NAMES ccache)
+if(QUELLIN_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUELLIN_CCACHE})
+endif()
