@@ -1,0 +1,109 @@
+"""The rules of the house, as functions that return the places where a rule is broken."""
+
+import re
+import statistics
+import subprocess
+from pathlib import Path
+
+# What each room may include, besides itself. A longer path is a room of its own.
+ALLOWED = {
+    "QuellinCore/Support": [],
+    "QuellinCore/Models": ["QuellinCore/Support"],
+    "QuellinCore/Platform": ["QuellinCore/Models", "QuellinCore/Support"],
+    "QuellinCore/Platform/Darwin": ["QuellinCore/Platform", "QuellinCore/IOReport", "QuellinCore/Models",
+                                    "QuellinCore/Support"],
+    "QuellinCore/Platform/Linux": ["QuellinCore/Platform", "QuellinCore/Models", "QuellinCore/Support"],
+    "QuellinCore/Platform/Recorded": ["QuellinCore/Platform", "QuellinCore/Models", "QuellinCore/Support"],
+    "QuellinCore/IOReport": ["QuellinCore/Platform/Darwin", "QuellinCore/Platform", "QuellinCore/Models",
+                             "QuellinCore/Support"],
+    "QuellinCore/Services": ["QuellinCore/Platform", "QuellinCore/Models", "QuellinCore/Support"],
+    "QuellinCore/Sessions": ["QuellinCore/Models", "QuellinCore/Support"],
+    "QuellinHelper": ["QuellinCore/Services", "QuellinCore/Platform", "QuellinCore/Models", "QuellinCore/Support"],
+    "quellin": ["QuellinCore"],
+}
+
+# The recorder measures processes while it records: the one arrow from Sessions to Services.
+ALLOWED_FILES = {"QuellinCore/Sessions": ["QuellinCore/Services/ProcessActivityService.h"]}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
+TEST = re.compile(r"^(TEST|TEST_F|TEST_P|TYPED_TEST|TYPED_TEST_P)\(\s*(\w+)\s*,\s*(\w+)\s*\)", re.MULTILINE)
+
+MAX_LINES = 450
+MAX_MEDIAN = 130
+
+
+def source_files(root):
+    return sorted(path for path in Path(root).rglob("*") if path.suffix in (".h", ".cpp"))
+
+
+def room_of(relative):
+    """The longest known room that a path below Sources/ lies in."""
+    rooms = [room for room in ALLOWED if relative.startswith(room + "/")]
+    return max(rooms, key=len) if rooms else None
+
+
+def include_violations(sources):
+    """Includes that run against the arrows, or that name a file which is not there."""
+    found = []
+    for path in source_files(sources):
+        relative = path.relative_to(sources).as_posix()
+        room = room_of(relative)
+        if room is None:
+            found.append(f"{relative}: lies in no known room")
+            continue
+        for target in INCLUDE.findall(path.read_text(encoding="utf-8")):
+            if not (Path(sources) / target).exists():
+                if "/" in target:
+                    found.append(f"{relative}: includes {target}, which is not there")
+                continue
+            target_room = room_of(target)
+            allowed = [room, *ALLOWED[room]]
+            below = any(target_room == name or (room == "quellin" and target.startswith(name + "/"))
+                        for name in allowed)
+            if not below and target not in ALLOWED_FILES.get(room, []):
+                found.append(f"{relative}: {room} must not include {target}")
+    return found
+
+
+def budget_violations(sources):
+    """Files over the line budget, and a median that has grown past it."""
+    lengths = {path: len(path.read_text(encoding="utf-8").splitlines()) for path in source_files(sources)}
+    found = [f"{path}: {length} lines, the budget is {MAX_LINES}" for path, length in lengths.items()
+             if length > MAX_LINES]
+    if lengths and statistics.median(lengths.values()) > MAX_MEDIAN:
+        found.append(f"the median file has {statistics.median(lengths.values())} lines, the budget is {MAX_MEDIAN}")
+    return found
+
+
+def test_cases(path):
+    """The (macro, suite, case) triples that a test file declares."""
+    return TEST.findall(Path(path).read_text(encoding="utf-8"))
+
+
+def unregistered_tests(tests_root, registered):
+    """Test cases on disk that no registered test runs; `registered` holds the names as ctest knows them."""
+    names = set()
+    for name in registered:
+        parts = name.split(".", 1)[-1].split(".")
+        if len(parts) == 2:  # Prefix/Suite/0 . Case/0
+            names.update((suite, case) for suite in parts[0].split("/") for case in [parts[1].split("/")[0]])
+    found = []
+    for path in sorted(Path(tests_root).rglob("*Test.cpp")):
+        cases = test_cases(path)
+        if not cases:
+            found.append(f"{path}: declares no test")
+        found += [f"{path}: {suite}.{case} is not registered" for _, suite, case in cases if (suite, case) not in names]
+    return found
+
+
+def uncompiled_files(files, compile_commands):
+    """Files on disk that no build command names."""
+    compiled = {str(Path(entry["file"]).resolve()) for entry in compile_commands}
+    return [f"{path}: is in no build" for path in files if str(Path(path).resolve()) not in compiled]
+
+
+def tracked(root, *patterns):
+    """The files below `root` that git tracks or would track, matching the patterns."""
+    command = ["git", "-C", str(root), "ls-files", "--cached", "--others", "--exclude-standard", "--", *patterns]
+    listing = subprocess.run(command, check=True, capture_output=True, text=True).stdout
+    return [Path(root) / line for line in listing.splitlines()]

@@ -1,0 +1,85 @@
+"""Each rule of the house must be able to fail."""
+
+import tempfile
+import unittest
+from pathlib import Path
+
+import house
+import skipped_tests
+
+
+class Tree(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name)
+
+    def write(self, name, text):
+        path = self.root / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+        return path
+
+
+class IncludeDirections(Tree):
+    def test_downward_includes_pass(self):
+        self.write("QuellinCore/Support/A.h", "")
+        self.write("QuellinCore/Models/B.h", '#include "QuellinCore/Support/A.h"\n')
+        self.write("quellin/main.cpp", '#include "QuellinCore/Models/B.h"\n')
+        self.assertEqual(house.include_violations(self.root), [])
+
+    def test_upward_include_is_named(self):
+        self.write("QuellinCore/Models/B.h", "")
+        self.write("QuellinCore/Support/A.h", '#include "QuellinCore/Models/B.h"\n')
+        self.assertEqual(house.include_violations(self.root),
+                         ["QuellinCore/Support/A.h: QuellinCore/Support must not include QuellinCore/Models/B.h"])
+
+    def test_sessions_reach_the_process_service_only(self):
+        self.write("QuellinCore/Services/ProcessActivityService.h", "")
+        self.write("QuellinCore/Services/Other.h", "")
+        self.write("QuellinCore/Sessions/R.cpp", '#include "QuellinCore/Services/ProcessActivityService.h"\n'
+                                                 '#include "QuellinCore/Services/Other.h"\n')
+        self.assertEqual(len(house.include_violations(self.root)), 1)
+
+    def test_missing_file_is_named(self):
+        self.write("QuellinCore/Support/A.h", '#include "QuellinCore/Support/Gone.h"\n')
+        self.assertEqual(len(house.include_violations(self.root)), 1)
+
+
+class Budget(Tree):
+    def test_long_file_and_high_median_are_named(self):
+        self.write("A.cpp", "x\n" * (house.MAX_LINES + 1))
+        self.assertEqual(len(house.budget_violations(self.root)), 2)
+
+    def test_short_files_pass(self):
+        self.write("A.cpp", "x\n" * 100)
+        self.assertEqual(house.budget_violations(self.root), [])
+
+
+class Registration(Tree):
+    def test_every_case_must_be_registered(self):
+        self.write("ATest.cpp", "TEST(ATest, One) {}\nTEST_P(BTest, Two) {}\n")
+        registered = ["Core.ATest.One", "Core.Values/BTest.Two/0"]
+        self.assertEqual(house.unregistered_tests(self.root, registered), [])
+        self.assertEqual(len(house.unregistered_tests(self.root, registered[:1])), 1)
+
+    def test_a_test_file_without_tests_is_named(self):
+        self.write("ATest.cpp", "int x;\n")
+        self.assertEqual(len(house.unregistered_tests(self.root, [])), 1)
+
+    def test_a_file_in_no_build_is_named(self):
+        path = self.write("AFuzzer.cpp", "")
+        self.assertEqual(house.uncompiled_files([path], [{"file": str(path)}]), [])
+        self.assertEqual(len(house.uncompiled_files([path], [])), 1)
+
+
+class Skipped(Tree):
+    def test_skipped_and_disabled_tests_are_found(self):
+        report = self.write("r.xml", '<testsuite><testcase name="a" status="run"/>'
+                                     '<testcase name="b" status="notrun"><skipped/></testcase>'
+                                     '<testcase name="c" status="disabled"/></testsuite>')
+        self.assertEqual(skipped_tests.left_out(report), ["b", "c"])
+
+
+if __name__ == "__main__":
+    unittest.main()
