@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace quellin {
+
+/// The energy that one counter gained between two samples.
+struct EnergyChannel {
+  std::string name;
+  std::int64_t nanojoules = 0;  ///< later sample minus earlier one; may be negative when a counter was reset
+
+  bool operator==(const EnergyChannel&) const = default;
+};
+
+}  // namespace quellin
