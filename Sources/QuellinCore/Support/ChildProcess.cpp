@@ -1,0 +1,176 @@
+#include "QuellinCore/Support/ChildProcess.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "QuellinCore/Support/ChildLauncher.h"
+
+#if defined(__APPLE__)
+#include <crt_externs.h>
+#endif
+
+namespace quellin {
+namespace {
+
+using detail::CStringVector;
+using detail::LaunchRequest;
+
+constexpr SystemError invalidArgument{EINVAL};
+
+char** ownEnvironment() {
+#if defined(__APPLE__)
+  return *_NSGetEnviron();
+#else
+  return environ;
+#endif
+}
+
+// A NUL inside a text would silently cut it short.
+bool holdsNUL(const std::string& text) { return text.find('\0') != std::string::npos; }
+
+// exec takes its vectors as non-const and does not write to them.
+char* mutableText(const std::string& text) { return const_cast<char*>(text.c_str()); }
+
+CStringVector cStrings(const std::vector<std::string>& texts) {
+  CStringVector pointers;
+  pointers.reserve(texts.size() + 2);
+  for (const std::string& text : texts) pointers.push_back(mutableText(text));
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+CStringVector environmentOf(const ChildProcessPlan& plan) {
+  if (plan.environment) return cStrings(*plan.environment);
+  CStringVector entries;
+  for (char** entry = ownEnvironment(); entry != nullptr && *entry != nullptr; ++entry) {
+    entries.push_back(*entry);
+  }
+  entries.push_back(nullptr);
+  return entries;
+}
+
+bool isWellFormed(const ChildProcessPlan& plan) {
+  return plan.executable.starts_with('/') && !holdsNUL(plan.executable) &&
+         plan.standardInput != ChildStream::pipe && std::ranges::none_of(plan.arguments, holdsNUL) &&
+         (!plan.environment || std::ranges::none_of(*plan.environment, holdsNUL));
+}
+
+/// One stream of the child: the end it gets, and the end that stays here.
+struct StreamEnds {
+  FileDescriptor child;
+  FileDescriptor parent;
+
+  [[nodiscard]] static std::expected<StreamEnds, SystemError> open(ChildStream stream) {
+    if (stream == ChildStream::inherit) return StreamEnds{};
+    if (stream == ChildStream::null) {
+      auto null = openDescriptor("/dev/null", O_RDWR);
+      if (!null) return std::unexpected(null.error());
+      return StreamEnds{std::move(*null), FileDescriptor{}};
+    }
+    auto pipe = Pipe::open();
+    if (!pipe) return std::unexpected(pipe.error());
+    return StreamEnds{std::move(pipe->writeEnd), std::move(pipe->readEnd)};
+  }
+};
+
+std::int32_t statusOf(int waitStatus) {
+  return WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
+}
+
+}  // namespace
+
+std::expected<ChildProcess, SystemError> ChildProcess::start(const ChildProcessPlan& plan) {
+  if (!isWellFormed(plan)) return std::unexpected(invalidArgument);
+  auto input = StreamEnds::open(plan.standardInput);
+  if (!input) return std::unexpected(input.error());
+  auto output = StreamEnds::open(plan.standardOutput);
+  if (!output) return std::unexpected(output.error());
+  auto error = StreamEnds::open(plan.standardError);
+  if (!error) return std::unexpected(error.error());
+
+  LaunchRequest request{.executable = plan.executable,
+                        .arguments = cStrings(plan.arguments),
+                        .environment = environmentOf(plan),
+                        .streams = {input->child.get(), output->child.get(), error->child.get()}};
+  request.arguments.insert(request.arguments.begin(), mutableText(plan.executable));
+  const auto processID = plan.identity == ChildIdentity::realRoot ? detail::forkChildAsRoot(request)
+                                                                  : detail::spawnChild(request);
+  if (!processID) return std::unexpected(processID.error());
+  return ChildProcess{*processID, std::move(output->parent), std::move(error->parent)};
+}
+
+ChildProcess::ChildProcess(pid_t processID, FileDescriptor standardOutput, FileDescriptor standardError)
+    : _processID(processID),
+      _standardOutput(std::move(standardOutput)),
+      _standardError(std::move(standardError)) {}
+
+ChildProcess::ChildProcess(ChildProcess&& other) noexcept
+    : _processID(std::exchange(other._processID, -1)),
+      _terminationStatus(other._terminationStatus),
+      _standardOutput(std::move(other._standardOutput)),
+      _standardError(std::move(other._standardError)) {}
+
+ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
+  std::swap(_processID, other._processID);
+  std::swap(_terminationStatus, other._terminationStatus);
+  std::swap(_standardOutput, other._standardOutput);
+  std::swap(_standardError, other._standardError);
+  return *this;
+}
+
+ChildProcess::~ChildProcess() {
+  kill();
+  if (_processID > 0) wait();
+}
+
+bool ChildProcess::isRunning() { return !collect(WNOHANG); }
+
+void ChildProcess::terminate() { signal(SIGTERM); }
+
+void ChildProcess::kill() { signal(SIGKILL); }
+
+std::int32_t ChildProcess::wait() {
+  collect(0);
+  return _terminationStatus.value_or(unknownStatus);
+}
+
+bool ChildProcess::waitUntil(Seconds deadline, MonotonicClock& clock,
+                             const std::function<bool()>& isInterrupted) {
+  while (isRunning() && clock.now() < deadline && !(isInterrupted && isInterrupted())) {
+    clock.sleep(pollInterval);
+  }
+  return !isRunning();
+}
+
+std::string ChildProcess::readStandardOutput(std::size_t limit) {
+  const FileDescriptor stream = std::move(_standardOutput);
+  return stream ? readToEnd(stream.get(), limit) : std::string{};
+}
+
+std::string ChildProcess::readStandardError(std::size_t limit) {
+  const FileDescriptor stream = std::move(_standardError);
+  return stream ? readToEnd(stream.get(), limit) : std::string{};
+}
+
+// Returns whether the child has ended. Its process id stays taken until then, so a signal cannot hit a
+// stranger.
+bool ChildProcess::collect(int options) {
+  if (_terminationStatus || _processID <= 0) return true;
+  int waitStatus = 0;
+  pid_t ended = 0;
+  do {
+    ended = waitpid(_processID, &waitStatus, options);
+  } while (ended < 0 && errno == EINTR);
+  if (ended == 0) return false;
+  _terminationStatus = ended == _processID ? statusOf(waitStatus) : unknownStatus;
+  return true;
+}
+
+void ChildProcess::signal(int number) {
+  if (isRunning()) ::kill(_processID, number);
+}
+
+}  // namespace quellin

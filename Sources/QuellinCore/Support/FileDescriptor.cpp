@@ -1,0 +1,69 @@
+#include "QuellinCore/Support/FileDescriptor.h"
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace quellin {
+namespace {
+
+constexpr int firstFreeNumber = 3;
+
+// A process started with a closed standard stream gets that stream's number for the next file it opens.
+std::expected<FileDescriptor, SystemError> aboveStandardStreams(FileDescriptor descriptor) {
+  if (descriptor.get() >= firstFreeNumber) return descriptor;
+  FileDescriptor moved{fcntl(descriptor.get(), F_DUPFD_CLOEXEC, firstFreeNumber)};
+  if (!moved) return std::unexpected(SystemError::last());
+  return moved;
+}
+
+std::expected<Pipe, SystemError> openRawPipe() {
+  std::array<int, 2> ends{};
+#if defined(__linux__)
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::unexpected(SystemError::last());
+  return Pipe{FileDescriptor{ends[0]}, FileDescriptor{ends[1]}};
+#else
+  if (pipe(ends.data()) != 0) return std::unexpected(SystemError::last());
+  Pipe result{FileDescriptor{ends[0]}, FileDescriptor{ends[1]}};
+  for (const int end : ends) {
+    if (fcntl(end, F_SETFD, FD_CLOEXEC) != 0) return std::unexpected(SystemError::last());
+  }
+  return result;
+#endif
+}
+
+}  // namespace
+
+void FileDescriptor::reset() {
+  if (_descriptor >= 0) close(std::exchange(_descriptor, -1));
+}
+
+std::expected<Pipe, SystemError> Pipe::open() {
+  auto ends = openRawPipe();
+  if (!ends) return std::unexpected(ends.error());
+  auto readEnd = aboveStandardStreams(std::move(ends->readEnd));
+  if (!readEnd) return std::unexpected(readEnd.error());
+  auto writeEnd = aboveStandardStreams(std::move(ends->writeEnd));
+  if (!writeEnd) return std::unexpected(writeEnd.error());
+  return Pipe{std::move(*readEnd), std::move(*writeEnd)};
+}
+
+std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags) {
+  FileDescriptor descriptor{::open(path.c_str(), flags | O_CLOEXEC)};
+  if (!descriptor) return std::unexpected(SystemError::last());
+  return aboveStandardStreams(std::move(descriptor));
+}
+
+std::string readToEnd(int descriptor, std::size_t limit) {
+  std::string bytes;
+  std::array<char, 16384> buffer{};
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return bytes;
+    bytes.append(buffer.data(), std::min(static_cast<std::size_t>(count), limit - bytes.size()));
+  }
+}
+
+}  // namespace quellin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <expected>
+#include <limits>
+#include <string>
+#include <utility>
+
+#include "QuellinCore/Support/SystemError.h"
+
+namespace quellin {
+
+/// Owner of one open file descriptor; closes it at the end of its life. Move-only.
+class FileDescriptor {
+ public:
+  FileDescriptor() = default;
+  /// Takes over `descriptor`; a negative number owns nothing.
+  explicit FileDescriptor(int descriptor) : _descriptor(descriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept : _descriptor(std::exchange(other._descriptor, -1)) {}
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+    std::swap(_descriptor, other._descriptor);
+    return *this;
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor() { reset(); }
+
+  /// The descriptor, or -1 when nothing is owned.
+  [[nodiscard]] int get() const { return _descriptor; }
+  [[nodiscard]] explicit operator bool() const { return _descriptor >= 0; }
+
+  /// Closes the descriptor now. An error of the close is not reported: the number is free either way.
+  void reset();
+
+ private:
+  int _descriptor = -1;
+};
+
+/// A pipe; both ends are closed on exec and numbered 3 or higher, so neither stands for a standard stream.
+struct Pipe {
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+
+  [[nodiscard]] static std::expected<Pipe, SystemError> open();
+};
+
+/// Opens `path` with `flags` as open(2) takes them; closed on exec and numbered 3 or higher.
+[[nodiscard]] std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags);
+
+/// Reads to the end of the file or pipe and returns the bytes. Bytes beyond `limit` are read and dropped, so
+/// that a writer is never stalled. An interrupted read is resumed; any other read error ends the reading.
+[[nodiscard]] std::string readToEnd(int descriptor,
+                                    std::size_t limit = std::numeric_limits<std::size_t>::max());
+
+}  // namespace quellin

@@ -1,0 +1,67 @@
+#include <array>
+#include <fcntl.h>
+#include <thread>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Support/FileDescriptor.h"
+
+namespace quellin {
+namespace {
+
+bool isOpen(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
+
+TEST(FileDescriptorTest, ClosesAtTheEndOfItsLifeAndOnce) {
+  const int number = dup(STDERR_FILENO);
+  {
+    FileDescriptor first{number};
+    const FileDescriptor second{std::move(first)};
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(second.get(), number);
+    EXPECT_TRUE(isOpen(number));
+  }
+  EXPECT_FALSE(isOpen(number));
+}
+
+TEST(FileDescriptorTest, PipeEndsAreClosedOnExecAndStayClearOfTheStandardStreams) {
+  const FileDescriptor savedInput{dup(STDIN_FILENO)};
+  close(STDIN_FILENO);
+  const auto ends = Pipe::open();
+  const auto null = openDescriptor("/dev/null", O_RDONLY);
+  dup2(savedInput.get(), STDIN_FILENO);
+
+  ASSERT_TRUE(ends && null);
+  for (const int end : {ends->readEnd.get(), ends->writeEnd.get(), null->get()}) {
+    EXPECT_GE(end, 3);
+    EXPECT_EQ(fcntl(end, F_GETFD), FD_CLOEXEC);
+  }
+}
+
+TEST(FileDescriptorTest, OpeningReportsTheSystemsError) {
+  const auto descriptor = openDescriptor("/nonexistent/file", O_RDONLY);
+  ASSERT_FALSE(descriptor);
+  EXPECT_EQ(descriptor.error(), SystemError{ENOENT});
+  EXPECT_EQ(descriptor.error().description(), "No such file or directory");
+}
+
+TEST(FileDescriptorTest, ReadsBeyondThePipesCapacityAndKeepsTheFirstBytesUpToTheLimit) {
+  const std::string sent = "head" + std::string(200'000, 'x');
+  for (const std::size_t limit : {sent.size() + 1, sent.size(), std::size_t{4}, std::size_t{0}}) {
+    auto ends = Pipe::open();
+    ASSERT_TRUE(ends);
+    std::jthread writer{[&] {
+      std::size_t written = 0;
+      while (written < sent.size()) {
+        const ssize_t count = write(ends->writeEnd.get(), sent.data() + written, sent.size() - written);
+        ASSERT_GT(count, 0);
+        written += static_cast<std::size_t>(count);
+      }
+      ends->writeEnd.reset();
+    }};
+    EXPECT_EQ(readToEnd(ends->readEnd.get(), limit), sent.substr(0, limit));
+  }
+}
+
+}  // namespace
+}  // namespace quellin
