@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin::testing_support {
+
+/// A monotonic clock that moves only when somebody sleeps on it or advances it by hand.
+class ManualMonotonicClock final : public MonotonicClock {
+ public:
+  std::vector<Seconds> sleeps;                ///< what was slept, in order
+  std::function<void(Seconds)> onSleep = {};  ///< called after each sleep has advanced the clock
+
+  [[nodiscard]] Seconds now() const override { return _now; }
+  void sleep(Seconds duration) override {
+    sleeps.push_back(duration);
+    advance(duration);
+    if (onSleep) onSleep(duration);
+  }
+  void advance(Seconds duration) {
+    if (duration.count() > 0) _now += duration;
+  }
+
+ private:
+  Seconds _now{1000};
+};
+
+/// A wall clock that shows what it was set to.
+class ManualWallClock final : public WallClock {
+ public:
+  explicit ManualWallClock(Instant now) : _now(now) {}
+  [[nodiscard]] Instant now() const override { return _now; }
+  void set(Instant now) { _now = now; }
+
+ private:
+  Instant _now;
+};
+
+}  // namespace quellin::testing_support
