@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Models/HelperStatus.h"
+#include "QuellinCore/Support/JSONEncoder.h"
+
+namespace quellin {
+namespace {
+
+HelperStatus usableStatus() {
+  return {.isInstalled = true,
+          .isExecutable = true,
+          .isSetuidRoot = true,
+          .ownerUserID = 0,
+          .groupID = 20,
+          .installedVersion = std::nullopt,
+          .supportsProTelemetry = true,
+          .path = "./QuellinHelper",
+          .error = std::nullopt};
+}
+
+TEST(HelperStatusTest, IsUsableOnlyWhenEveryConditionHolds) {
+  EXPECT_TRUE(usableStatus().isUsable());
+  for (bool HelperStatus::* condition : {&HelperStatus::isInstalled, &HelperStatus::isExecutable,
+                                         &HelperStatus::isSetuidRoot, &HelperStatus::supportsProTelemetry}) {
+    HelperStatus status = usableStatus();
+    status.*condition = false;
+    EXPECT_FALSE(status.isUsable());
+  }
+  HelperStatus status = usableStatus();
+  status.ownerUserID = 501;
+  EXPECT_FALSE(status.isUsable());
+}
+
+TEST(HelperStatusTest, IsUsableWhateverItsGroupVersionAndError) {
+  HelperStatus status = usableStatus();
+  status.groupID = -2;
+  status.installedVersion = "0.0.1";
+  status.error = "text";
+  EXPECT_TRUE(status.isUsable());
+}
+
+TEST(HelperStatusTest, EncodesItsFieldsInDeclarationOrder) {
+  HelperStatus status = usableStatus();
+  EXPECT_EQ(encodeJSON(status),
+            R"({"isInstalled":true,"isExecutable":true,"isSetuidRoot":true,"ownerUserID":0,"groupID":20,)"
+            R"("supportsProTelemetry":true,"path":".\/QuellinHelper"})");
+  status.installedVersion = "0.9.4";
+  status.error = "no";
+  EXPECT_EQ(
+      encodeJSON(status),
+      R"({"isInstalled":true,"isExecutable":true,"isSetuidRoot":true,"ownerUserID":0,"groupID":20,)"
+      R"("installedVersion":"0.9.4","supportsProTelemetry":true,"path":".\/QuellinHelper","error":"no"})");
+}
+
+}  // namespace
+}  // namespace quellin

@@ -1,0 +1,56 @@
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Support/CheckedArithmetic.h"
+
+namespace quellin {
+namespace {
+
+constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
+constexpr auto largestUnsigned = std::numeric_limits<std::uint64_t>::max();
+
+TEST(CheckedArithmeticTest, CalculatesUpToTheLimits) {
+  EXPECT_EQ(checkedAdd(largest - 1, 1), largest);
+  EXPECT_EQ(checkedSub(smallest + 1, 1), smallest);
+  EXPECT_EQ(checkedMul(std::int64_t{1} << 31, std::int64_t{1} << 31), std::int64_t{1} << 62);
+  EXPECT_EQ(checkedAdd<std::uint64_t>(largestUnsigned, 0), largestUnsigned);
+  EXPECT_EQ(checkedCast<std::uint64_t>(largest), 0x7FFF'FFFF'FFFF'FFFFU);
+  EXPECT_EQ(checkedCast<std::int32_t>(std::int64_t{-2147483648}), std::numeric_limits<std::int32_t>::min());
+}
+
+TEST(CheckedArithmeticDeathTest, EndsTheProcessOnOverflow) {
+  EXPECT_DEATH(static_cast<void>(checkedAdd(largest, 1)), "");
+  EXPECT_DEATH(static_cast<void>(checkedAdd<std::uint64_t>(largestUnsigned, 1)), "");
+  EXPECT_DEATH(static_cast<void>(checkedSub(smallest, 1)), "");
+  EXPECT_DEATH(static_cast<void>(checkedSub<std::uint64_t>(1, 2)), "");
+  EXPECT_DEATH(static_cast<void>(checkedMul(largest, 2)), "");
+  EXPECT_DEATH(static_cast<void>(checkedMul(smallest, -1)), "");
+}
+
+TEST(CheckedArithmeticDeathTest, EndsTheProcessWhereACastWouldChangeTheValue) {
+  EXPECT_DEATH(static_cast<void>(checkedCast<std::int64_t>(largestUnsigned)), "");
+  EXPECT_DEATH(static_cast<void>(checkedCast<std::uint64_t>(std::int64_t{-1})), "");
+  EXPECT_DEATH(static_cast<void>(checkedCast<std::int32_t>(std::int64_t{2147483648})), "");
+}
+
+TEST(CheckedArithmeticTest, RoundsHalvesAwayFromZero) {
+  EXPECT_EQ(roundedToInt64(0.5), 1);
+  EXPECT_EQ(roundedToInt64(-0.5), -1);
+  EXPECT_EQ(roundedToInt64(2.5), 3);
+  EXPECT_EQ(roundedToInt64(-2.5), -3);
+  EXPECT_EQ(roundedToInt64(0.49999999999999994), 0);
+  EXPECT_EQ(roundedToInt64(-0x1p63), smallest);
+  EXPECT_EQ(roundedToInt64(0x1p63 - 1024), largest - 1023);
+}
+
+TEST(CheckedArithmeticDeathTest, EndsTheProcessWhereRoundingHasNoResult) {
+  EXPECT_DEATH(static_cast<void>(roundedToInt64(0x1p63)), "");
+  EXPECT_DEATH(static_cast<void>(roundedToInt64(-0x1p63 - 2048)), "");
+  EXPECT_DEATH(static_cast<void>(roundedToInt64(std::numeric_limits<double>::infinity())), "");
+  EXPECT_DEATH(static_cast<void>(roundedToInt64(std::numeric_limits<double>::quiet_NaN())), "");
+}
+
+}  // namespace
+}  // namespace quellin
