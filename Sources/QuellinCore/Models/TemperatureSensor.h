@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
 #include <tuple>
 
@@ -12,6 +14,10 @@ struct TemperatureSensor {
   std::string key;         ///< identifier at the source; for SMC sensors the four-character key
   std::string name;        ///< human-readable label
   double temperature = 0;  ///< degrees Celsius
+
+  /// The SMC keys (case-sensitive) that are read as temperatures, each with its label, in byte order of the
+  /// keys. Built once, on first use, and never changed; may be called from any thread.
+  [[nodiscard]] static const std::map<std::string, std::string, std::less<>>& knownSensors();
 
   static constexpr auto fields() {
     return std::tuple{Field{"key", &TemperatureSensor::key}, Field{"name", &TemperatureSensor::name},
