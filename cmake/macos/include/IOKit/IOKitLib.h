@@ -18,6 +18,11 @@ typedef unsigned int IOOptionBits;
 
 extern const mach_port_t kIOMainPortDefault;
 
+enum : kern_return_t {
+  kIOReturnNotPrivileged = static_cast<kern_return_t>(0xe00002c1),
+  kIOReturnNotPermitted = static_cast<kern_return_t>(0xe00002e2),
+};
+
 kern_return_t IOObjectRelease(io_object_t object);
 
 CFMutableDictionaryRef IOServiceMatching(const char* className);

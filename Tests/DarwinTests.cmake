@@ -1,0 +1,26 @@
+# The Darwin sources, compiled for this host against our own declarations and run over the faked C functions. On a Mac
+# those functions are the system's own.
+if(APPLE)
+  return()
+endif()
+
+file(GLOB darwinSources CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/Sources/QuellinCore/Platform/Darwin/*.cpp
+  ${PROJECT_SOURCE_DIR}/Sources/QuellinCore/IOReport/*.cpp
+  FakeDarwin/*.cpp)
+file(GLOB darwinTests CONFIGURE_DEPENDS QuellinCore/Platform/Darwin/*Test.cpp QuellinCore/IOReport/*Test.cpp)
+set(darwinIncludes ${PROJECT_SOURCE_DIR}/cmake/macos/include ${CMAKE_CURRENT_SOURCE_DIR}/FakeDarwin/include)
+
+quellin_add_tests(DarwinTests SOURCES ${darwinTests} ${darwinSources} LIBRARIES QuellinCore)
+target_include_directories(DarwinTests SYSTEM PRIVATE ${darwinIncludes})
+
+# Each misuse of an owned handle has to be refused by the compiler, and the same file without it accepted.
+set(misuseSource ${CMAKE_CURRENT_SOURCE_DIR}/QuellinCore/Platform/Darwin/OwnedMisuse.cpp)
+file(STRINGS ${misuseSource} misuseLines REGEX "defined\\(MISUSE_")
+foreach(line IN LISTS misuseLines)
+  string(REGEX MATCH "MISUSE_[A-Za-z]+" misuse "${line}")
+  add_test(NAME OwnedMisuse.${misuse} COMMAND ${CMAKE_COMMAND}
+    -D compiler=${CMAKE_CXX_COMPILER} -D source=${misuseSource} -D misuse=${misuse}
+    "-D includes=${PROJECT_SOURCE_DIR}/Sources;${darwinIncludes}"
+    -P ${CMAKE_CURRENT_SOURCE_DIR}/expect_misuse_refused.cmake)
+endforeach()

@@ -1,0 +1,31 @@
+#include "FakeDarwin/FakeDarwin.h"
+
+#include <cstdlib>
+
+namespace quellin::fake {
+namespace {
+
+FakeDarwin* currentSystem = nullptr;  // C functions have no other way to reach the test they run in
+
+}  // namespace
+
+FakeDarwin::FakeDarwin() {
+  if (currentSystem != nullptr) std::abort();
+  currentSystem = this;
+}
+
+FakeDarwin::~FakeDarwin() { currentSystem = nullptr; }
+
+FakeDarwin& FakeDarwin::current() {
+  if (currentSystem == nullptr) std::abort();
+  return *currentSystem;
+}
+
+std::vector<std::string> FakeDarwin::leaks() const {
+  std::vector<std::string> leaked = objects.leaks();
+  const std::vector<std::string> ports = ioKit.leaks();
+  leaked.insert(leaked.end(), ports.begin(), ports.end());
+  return leaked;
+}
+
+}  // namespace quellin::fake

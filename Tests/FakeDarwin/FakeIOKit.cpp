@@ -1,0 +1,78 @@
+#include "FakeDarwin/FakeIOKit.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quellin::fake {
+namespace {
+
+constexpr mach_port_t firstPort = 0x1003;  // any number but 0: names are opaque
+
+}  // namespace
+
+void FakeIOKit::addService(std::string className, StructMethod method) {
+  services_.push_back({.className = std::move(className), .method = std::move(method)});
+}
+
+io_service_t FakeIOKit::lookUp(const std::string& className) {
+  const auto found = std::ranges::find(services_, className, &Service::className);
+  if (found == services_.end()) return 0;
+  return newPort(PortKind::service, static_cast<std::size_t>(found - services_.begin()));
+}
+
+io_connect_t FakeIOKit::connect(io_service_t service, std::uint32_t type) {
+  const Port* port = live(service, PortKind::service);
+  if (port == nullptr) return 0;
+  connectionTypes_.push_back(type);
+  return newPort(PortKind::connection, port->service);
+}
+
+bool FakeIOKit::checkService(io_service_t service) { return live(service, PortKind::service) != nullptr; }
+
+void FakeIOKit::releaseService(io_object_t service) {
+  if (Port* port = live(service, PortKind::service)) port->isLive = false;
+}
+
+void FakeIOKit::close(io_connect_t connection) {
+  if (Port* port = live(connection, PortKind::connection)) port->isLive = false;
+}
+
+kern_return_t FakeIOKit::call(io_connect_t connection, std::uint32_t selector, const void* input,
+                              std::size_t inputSize, void* output, std::size_t* outputSize) {
+  const Port* port = live(connection, PortKind::connection);
+  if (port == nullptr) return 1;
+  const StructMethod& method = services_[port->service].method;
+  return method ? method(selector, input, inputSize, output, outputSize) : 1;
+}
+
+std::vector<std::string> FakeIOKit::leaks() const {
+  std::vector<std::string> leaked;
+  for (const auto& [name, port] : ports_) {
+    if (!port.isLive) continue;
+    const char* what = port.kind == PortKind::service ? "service not released: " : "connection not closed: ";
+    leaked.push_back(what + services_[port.service].className);
+  }
+  return leaked;
+}
+
+mach_port_t FakeIOKit::newPort(PortKind kind, std::size_t service) {
+  const mach_port_t name = firstPort + static_cast<mach_port_t>(ports_.size());
+  ports_.emplace(name, Port{.kind = kind, .service = service, .isLive = true});
+  return name;
+}
+
+FakeIOKit::Port* FakeIOKit::live(mach_port_t name, PortKind kind) {
+  const auto found = ports_.find(name);
+  if (found == ports_.end() || found->second.kind != kind) {
+    ledger_.violation(kind == PortKind::service ? "not a service" : "not a connection");
+    return nullptr;
+  }
+  if (!found->second.isLive) {
+    ledger_.violation(kind == PortKind::service ? "service used after its release"
+                                                : "connection used after its close");
+    return nullptr;
+  }
+  return &found->second;
+}
+
+}  // namespace quellin::fake
