@@ -18,6 +18,8 @@ set(CMAKE_INSTALL_NAME_TOOL ${CMAKE_COMMAND} CACHE FILEPATH "Not used: nothing i
 set(thirdPartyHeaders ${here}/../../build/macos/include)
 cmake_path(NORMAL_PATH thirdPartyHeaders)
 set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES ${here}/include ${thirdPartyHeaders})
+# A Mac supplies its own C++ library: what that lacks at the minimum version must not compile here either.
+set(CMAKE_CXX_FLAGS_INIT "-U_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-F${here}/frameworks -L${here}/lib")
 
 # Nothing of the host may be found by accident: packages come from the folder beside this file.

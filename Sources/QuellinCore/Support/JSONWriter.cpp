@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "QuellinCore/Support/ISO8601.h"
+#include "QuellinCore/Support/ShortestDecimal.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
@@ -12,13 +13,8 @@ namespace {
 
 constexpr std::string_view lowerCaseDigits = "0123456789abcdef";
 
-// The longest scalar: a plain double of 17 digits below one, with sign, point and zeros.
-constexpr std::size_t scalarRoom = 40;
-
-// Up to here every whole double is written plainly; 2^53 is the last one whose neighbours are at most 1
-// apart.
-constexpr double largestPlain = 0x1p53;
-constexpr double smallestPlain = 1e-4;
+// A sign and 19 digits, or 20 digits.
+constexpr std::size_t integerRoom = 20;
 
 // True when the eight bytes go into a JSON string as they are: ASCII without controls, quote, slash and
 // backslash.
@@ -140,22 +136,18 @@ void JSONWriter::prettyField(std::string_view quotedName) {
 void JSONWriter::boolean(bool value) { put(value ? std::string_view{"true"} : std::string_view{"false"}); }
 
 void JSONWriter::integer(std::int64_t value) {
-  reserve(scalarRoom);
+  reserve(integerRoom);
   cursor_ = std::to_chars(cursor_, limit_, value).ptr;
 }
 
 void JSONWriter::unsignedInteger(std::uint64_t value) {
-  reserve(scalarRoom);
+  reserve(integerRoom);
   cursor_ = std::to_chars(cursor_, limit_, value).ptr;
 }
 
 void JSONWriter::number(double value) {
   if (!std::isfinite(value)) return fail("Unable to encode a number that is not finite directly in JSON.");
-  reserve(scalarRoom);
-  const double magnitude = std::abs(value);
-  const bool isPlain = value == 0 || (magnitude >= smallestPlain && magnitude <= largestPlain);
-  const auto form = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
-  cursor_ = std::to_chars(cursor_, limit_, value, form).ptr;
+  put(ShortestDecimal(value).text());
 }
 
 void JSONWriter::instant(Instant value) {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "QuellinCore/Models/SourceDiagnosis.h"
+#include "QuellinCore/Support/SystemError.h"
+
+namespace quellin {
+
+/// The source can be read; `reason` says what it gives.
+[[nodiscard]] SourceDiagnosis availableSource(std::string source, std::string reason, std::string path);
+
+/// The machine has no such source; `reason` says what is not there, `path` where it would be.
+[[nodiscard]] SourceDiagnosis absentSource(std::string source, std::string reason, std::string path);
+
+/// What the failure to read `path` says about a source: absent when the file or its device is not there, not
+/// permitted when access is denied (then `permission` says what would help), failed otherwise.
+[[nodiscard]] SourceDiagnosis unreadableSource(std::string source, const SystemError& error, std::string path,
+                                               std::optional<std::string> permission);
+
+/// Whether the error says that there is nothing to read, as opposed to something that cannot be read.
+[[nodiscard]] bool saysAbsent(const SystemError& error);
+
+/// Whether the error says that this process may not read.
+[[nodiscard]] bool saysNotPermitted(const SystemError& error);
+
+}  // namespace quellin

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace quellin {
+
+/// The shortest decimal text that reads back as the same double.
+///
+/// Plain digits for 0 and from 1e-4 to 2^53 in magnitude ("12", "-0", "0.1"); otherwise with an exponent that
+/// has a sign and at least two digits ("1e-05", "9.007199254740994e+15"). Locale plays no part. The value
+/// must be finite.
+///
+/// Not std::to_chars: the C++ library of macOS 12 lacks it for floating point.
+class ShortestDecimal {
+ public:
+  explicit ShortestDecimal(double value);
+
+  /// The text; valid as long as this object.
+  [[nodiscard]] std::string_view text() const { return {characters_.data(), size_}; }
+
+ private:
+  std::array<char, 32> characters_{};
+  std::size_t size_ = 0;
+};
+
+}  // namespace quellin

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "QuellinHelper/PropertyList.h"
+
+namespace quellin {
+
+/// Puts a property list together from the events of a reader, in document order, and holds the rules that
+/// both encodings share: the depth limit, one root, keys and values in turn, and that a repeated key keeps
+/// its first position and its last value. Once an operation has returned false the builder stays failed.
+class PropertyListBuilder {
+ public:
+  bool openDictionary() { return open(true); }
+  bool openArray() { return open(false); }
+  /// Ends the innermost open dictionary or array.
+  bool close();
+  /// The key of the next value; the text is copied.
+  bool addKey(std::string_view text);
+  /// A value that is no container. What it points to must lie in `arena()`.
+  bool add(PropertyListNode value);
+
+  /// The memory of the list being built.
+  [[nodiscard]] PropertyListArena& arena() { return _arena; }
+  /// Whether the innermost open container is a dictionary.
+  [[nodiscard]] bool isInDictionary() const { return !_frames.empty() && _frames.back().isDictionary; }
+  [[nodiscard]] bool hasRoot() const { return _root.has_value(); }
+  /// The first failure; empty while there is none.
+  [[nodiscard]] std::string_view failure() const { return _failure; }
+  bool fail(std::string_view reason);
+
+  /// The finished list; no value unless there is exactly one root and all is closed. Leaves the builder
+  /// empty.
+  [[nodiscard]] std::optional<PropertyList> finish();
+
+ private:
+  static constexpr std::uint32_t noKey = UINT32_MAX;
+
+  struct Frame {
+    std::size_t firstItem;
+    std::uint32_t pendingKey = noKey;
+    bool isDictionary;
+  };
+  struct Item {
+    PropertyListNode value;
+    std::uint32_t key;
+  };
+  struct Key {
+    std::string_view text;
+    std::uint64_t lastDictionary = 0;  // the closing that saw this key last, counted from 1
+    std::size_t position = 0;          // and the entry it has there
+  };
+
+  bool open(bool isDictionary);
+  bool canTakeValue();
+  void place(PropertyListNode value);
+  [[nodiscard]] PropertyListNode gatherEntries(std::size_t firstItem);
+  [[nodiscard]] PropertyListNode gatherElements(std::size_t firstItem);
+
+  PropertyListArena _arena;
+  std::vector<Frame> _frames;
+  std::vector<Item> _items;  // the values of all open containers, innermost last
+  std::vector<Key> _keys;    // each spelling once
+  std::unordered_map<std::string_view, std::uint32_t> _keyNumbers;
+  std::uint64_t _closedDictionaries = 0;
+  std::optional<PropertyListNode> _root;
+  std::string_view _failure;
+};
+
+}  // namespace quellin
