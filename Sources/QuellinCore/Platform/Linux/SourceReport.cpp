@@ -21,16 +21,16 @@ SourceDiagnosis absentSource(std::string source, std::string reason, std::string
           .remedy = std::nullopt};
 }
 
-SourceDiagnosis unreadableSource(std::string source, const SystemError& error, std::string path,
+SourceDiagnosis unreadableSource(std::string source, const ReadFault& fault,
                                  std::optional<std::string> permission) {
-  const bool denied = saysNotPermitted(error);
-  const auto availability = denied              ? SourceAvailability::notPermitted
-                            : saysAbsent(error) ? SourceAvailability::absent
-                                                : SourceAvailability::failed;
+  const bool denied = saysNotPermitted(fault.error);
+  const auto availability = denied                    ? SourceAvailability::notPermitted
+                            : saysAbsent(fault.error) ? SourceAvailability::absent
+                                                      : SourceAvailability::failed;
   return {.source = std::move(source),
           .availability = availability,
-          .reason = "Reading failed: " + error.description() + ".",
-          .path = std::move(path),
+          .reason = "Reading failed: " + fault.error.description() + ".",
+          .path = fault.path,
           .remedy = denied ? std::move(permission) : std::nullopt};
 }
 

@@ -8,15 +8,23 @@
 
 namespace quellin {
 
+/// A file that is there and could not be read.
+struct ReadFault {
+  std::string path;  ///< as a user would write it
+  SystemError error;
+
+  bool operator==(const ReadFault&) const = default;
+};
+
 /// The source can be read; `reason` says what it gives.
 [[nodiscard]] SourceDiagnosis availableSource(std::string source, std::string reason, std::string path);
 
 /// The machine has no such source; `reason` says what is not there, `path` where it would be.
 [[nodiscard]] SourceDiagnosis absentSource(std::string source, std::string reason, std::string path);
 
-/// What the failure to read `path` says about a source: absent when the file or its device is not there, not
+/// What the failure to read a file says about a source: absent when the file or its device is not there, not
 /// permitted when access is denied (then `permission` says what would help), failed otherwise.
-[[nodiscard]] SourceDiagnosis unreadableSource(std::string source, const SystemError& error, std::string path,
+[[nodiscard]] SourceDiagnosis unreadableSource(std::string source, const ReadFault& fault,
                                                std::optional<std::string> permission);
 
 /// Whether the error says that there is nothing to read, as opposed to something that cannot be read.

@@ -1,7 +1,6 @@
 #include <string>
 #include <utility>
 
-#include "QuellinCore/Platform/BatterySource.h"
 #include "QuellinCore/Platform/EnergySource.h"
 #include "QuellinCore/Platform/HIDSensorSource.h"
 #include "QuellinCore/Platform/ProcessSource.h"
@@ -18,12 +17,6 @@ SourceDiagnosis unread(std::string source) {
           .path = std::nullopt,
           .remedy = std::nullopt};
 }
-
-class UnreadBatterySource final : public BatterySource {
- public:
-  BatteryTables read() override { return {}; }
-  SourceDiagnosis diagnose() override { return unread("Battery"); }
-};
 
 class UnreadHIDSensorSource final : public HIDSensorSource {
  public:
@@ -57,8 +50,6 @@ class UnreadProcessSource final : public ProcessSource {
 };
 
 }  // namespace
-
-std::shared_ptr<BatterySource> nativeBatterySource() { return std::make_shared<UnreadBatterySource>(); }
 
 std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() { return std::make_shared<UnreadHIDSensorSource>(); }
 

@@ -15,19 +15,19 @@ TEST(SourceReportTest, TheErrorDecidesTheVerdict) {
       {EINVAL, SourceAvailability::failed},      {EMFILE, SourceAvailability::failed},
   };
   for (const auto& [code, expected] : cases) {
-    EXPECT_EQ(unreadableSource("Battery", SystemError{code}, "/sys/x", "Ask.").availability, expected)
+    EXPECT_EQ(unreadableSource("Battery", {"/sys/x", SystemError{code}}, "Ask.").availability, expected)
         << code;
   }
 }
 
 TEST(SourceReportTest, OnlyDeniedAccessHasARemedy) {
-  const SourceDiagnosis denied = unreadableSource("Battery", SystemError{EACCES}, "/sys/x", "Ask.");
+  const SourceDiagnosis denied = unreadableSource("Battery", {"/sys/x", SystemError{EACCES}}, "Ask.");
   EXPECT_EQ(denied, (SourceDiagnosis{.source = "Battery",
                                      .availability = SourceAvailability::notPermitted,
                                      .reason = "Reading failed: Permission denied.",
                                      .path = "/sys/x",
                                      .remedy = "Ask."}));
-  EXPECT_EQ(unreadableSource("Battery", SystemError{EIO}, "/sys/x", "Ask.").remedy, std::nullopt);
+  EXPECT_EQ(unreadableSource("Battery", {"/sys/x", SystemError{EIO}}, "Ask.").remedy, std::nullopt);
 }
 
 }  // namespace
