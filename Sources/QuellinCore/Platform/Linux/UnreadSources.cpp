@@ -1,7 +1,6 @@
 #include <string>
 #include <utility>
 
-#include "QuellinCore/Platform/EnergySource.h"
 #include "QuellinCore/Platform/HIDSensorSource.h"
 #include "QuellinCore/Platform/ProcessSource.h"
 #include "QuellinCore/Platform/ThermalSource.h"
@@ -22,12 +21,6 @@ class UnreadHIDSensorSource final : public HIDSensorSource {
  public:
   std::vector<HIDTemperatureService> temperatureServices() override { return {}; }
   SourceDiagnosis diagnose() override { return unread("Temperature sensors"); }
-};
-
-class UnreadEnergySource final : public EnergySource {
- public:
-  std::unique_ptr<EnergyMeasurement> begin() override { return nullptr; }
-  SourceDiagnosis diagnose() override { return unread("Energy counters"); }
 };
 
 class UnreadThermalSource final : public ThermalSource {
@@ -52,8 +45,6 @@ class UnreadProcessSource final : public ProcessSource {
 }  // namespace
 
 std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() { return std::make_shared<UnreadHIDSensorSource>(); }
-
-std::shared_ptr<EnergySource> nativeEnergySource() { return std::make_shared<UnreadEnergySource>(); }
 
 std::shared_ptr<ThermalSource> nativeThermalSource() { return std::make_shared<UnreadThermalSource>(); }
 
