@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <numeric>
 #include <vector>
 
 #include "QuellinCore/Support/Clock.h"
@@ -19,6 +20,8 @@ class ManualMonotonicClock final : public MonotonicClock {
     advance(duration);
     if (onSleep) onSleep(duration);
   }
+  /// The sum of what was slept.
+  [[nodiscard]] Seconds slept() const { return std::accumulate(sleeps.begin(), sleeps.end(), Seconds{0}); }
   void advance(Seconds duration) {
     if (duration.count() > 0) _now += duration;
   }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quellin {
+
+/// Where the installed tool lives: the folder for privileged tools and the tool's reverse-DNS label.
+inline constexpr std::string_view installedHelperPath = "/Library/PrivilegedHelperTools/org.quellin.helper";
+
+/// `text` as one word of a POSIX shell: in single quotes, each single quote in it closed, escaped, reopened.
+[[nodiscard]] std::string shellQuoted(std::string_view text);
+
+/// `text` escaped for the inside of an AppleScript string literal: backslashes, then double quotes.
+[[nodiscard]] std::string appleScriptEscaped(std::string_view text);
+
+/// The two commands that make the folder of `destination` and copy `source` there, owned by root with the
+/// set-user-ID bit, joined for a POSIX shell.
+[[nodiscard]] std::string installCommand(std::string_view source, std::string_view destination);
+
+/// A program that asks for an administrator's password and runs a shell command as root.
+struct AdministratorPrompt {
+  enum class Kind {
+    appleScript,  ///< osascript, "do shell script … with administrator privileges"
+    policyKit,    ///< pkexec with a POSIX shell
+  };
+
+  Kind kind = Kind::appleScript;
+  std::string executable;  ///< absolute path of the program
+
+  /// The arguments that make the program run `command`.
+  [[nodiscard]] std::vector<std::string> arguments(std::string_view command) const;
+
+  /// The one of this host: /usr/bin/osascript on macOS, /usr/bin/pkexec elsewhere.
+  [[nodiscard]] static AdministratorPrompt native();
+};
+
+}  // namespace quellin

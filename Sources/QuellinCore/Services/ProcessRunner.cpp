@@ -1,0 +1,52 @@
+#include "QuellinCore/Services/ProcessRunner.h"
+
+#include <utility>
+
+#include "QuellinCore/Support/ChildProcess.h"
+#include "QuellinCore/Support/Text.h"
+
+namespace quellin {
+namespace {
+
+std::optional<std::string> unlessEmpty(std::string bytes) {
+  if (bytes.empty()) return std::nullopt;
+  return bytes;
+}
+
+ProcessRunResult startFailure(const SystemError& error) {
+  ProcessRunResult result;
+  result.error = error.description();
+  return result;
+}
+
+}  // namespace
+
+std::optional<std::string> trimmedText(std::string_view bytes) {
+  if (!isValidUTF8(bytes)) return std::nullopt;
+  return std::string{trimmed(bytes)};
+}
+
+ProcessRunResult runProcess(const std::string& executable, const std::vector<std::string>& arguments,
+                            Seconds timeout, MonotonicClock& clock) {
+  auto child = ChildProcess::start({.executable = executable,
+                                    .arguments = arguments,
+                                    .standardOutput = ChildStream::pipe,
+                                    .standardError = ChildStream::pipe});
+  if (!child) return startFailure(child.error());
+  if (!child->waitUntil(clock.now() + timeout, clock)) {
+    child->terminate();
+    child->wait();
+  }
+  std::string output = child->readStandardOutput(maximumChildOutput);
+  std::string error = child->readStandardError(maximumChildOutput);
+
+  ProcessRunResult result;
+  result.terminationStatus = child->wait();
+  result.output = trimmedText(output);
+  result.error = trimmedText(error);
+  result.outputData = unlessEmpty(std::move(output));
+  result.errorData = unlessEmpty(std::move(error));
+  return result;
+}
+
+}  // namespace quellin

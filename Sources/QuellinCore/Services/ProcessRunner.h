@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin {
+
+/// What came of running a child process.
+struct ProcessRunResult {
+  /// Exit status, or the number of the signal that ended the child; -1 when it could not be started.
+  std::int32_t terminationStatus = -1;
+  std::optional<std::string> outputData;  ///< the bytes of standard output; absent when there are none
+  std::optional<std::string> errorData;   ///< the bytes of standard error; absent when there are none
+  /// Standard output as text, trimmed of white space and line breaks; absent when it is not valid UTF-8.
+  std::optional<std::string> output;
+  /// Standard error as text, likewise; the system's description when the child could not be started.
+  std::optional<std::string> error;
+
+  bool operator==(const ProcessRunResult&) const = default;
+};
+
+/// The most bytes of one stream of a child that are kept; the rest is read and dropped.
+inline constexpr std::size_t maximumChildOutput = std::size_t{16} << 20U;
+
+/// `bytes` as text, trimmed of white space and line breaks at both ends; absent when not valid UTF-8.
+[[nodiscard]] std::optional<std::string> trimmedText(std::string_view bytes);
+
+/// Runs `executable` with `arguments` and blocks until it has ended; after `timeout` it is asked to
+/// terminate.
+///
+/// The child's streams are read only once it has ended: one that fills a pipe is stalled until the deadline.
+/// No text tells of a timeout, the result is what the child left.
+[[nodiscard]] ProcessRunResult runProcess(const std::string& executable,
+                                          const std::vector<std::string>& arguments, Seconds timeout,
+                                          MonotonicClock& clock);
+
+}  // namespace quellin
