@@ -1,0 +1,13 @@
+#pragma once
+
+#include <mach/mach.h>
+#include <stdint.h>
+
+struct mach_timebase_info {
+  uint32_t numer;
+  uint32_t denom;
+};
+typedef struct mach_timebase_info* mach_timebase_info_t;
+typedef struct mach_timebase_info mach_timebase_info_data_t;
+
+extern "C" kern_return_t mach_timebase_info(mach_timebase_info_t info);
