@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "QuellinCore/Models/EnergyChannel.h"
+#include "QuellinCore/Models/PowerMetrics.h"
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin {
+
+/// Power out of the energy that counters gained over `interval`. A channel with a component's exact name is
+/// that component's total and wins over the sum of the channels that merely mention it; a negative total
+/// counts as 0 W. No value when no channel is recognised or the interval is not above 0. A sum that overflows
+/// ends the process.
+[[nodiscard]] std::optional<PowerMetrics> parseEnergyDelta(std::span<const EnergyChannel> channels,
+                                                           Seconds interval);
+
+}  // namespace quellin
