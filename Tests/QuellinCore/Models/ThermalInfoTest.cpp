@@ -1,0 +1,67 @@
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Models/ThermalInfo.h"
+
+namespace quellin {
+namespace {
+
+struct ThermalCase {
+  ThermalSignals signals;
+  ThermalInfo info;
+};
+
+class ThermalInfoTest : public ::testing::TestWithParam<ThermalCase> {};
+
+TEST_P(ThermalInfoTest, MapsEachSignalOnItsOwn) {
+  EXPECT_EQ(thermalInfo(GetParam().signals), GetParam().info);
+}
+
+ThermalCase stateCase(std::optional<std::int64_t> code, ThermalState state) {
+  return {{.stateCode = code, .pressureState = 0, .isLowPowerMode = false}, {state, 0, false}};
+}
+
+ThermalCase pressureCase(std::optional<std::uint64_t> state, std::int64_t pressure) {
+  return {{.stateCode = 2, .pressureState = state, .isLowPowerMode = false},
+          {ThermalState::serious, pressure, false}};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    States, ThermalInfoTest,
+    ::testing::Values(stateCase(0, ThermalState::nominal), stateCase(1, ThermalState::fair),
+                      stateCase(2, ThermalState::serious), stateCase(3, ThermalState::critical),
+                      stateCase(4, ThermalState::nominal), stateCase(7, ThermalState::nominal),
+                      stateCase(-1, ThermalState::nominal), stateCase(std::nullopt, ThermalState::nominal)));
+
+INSTANTIATE_TEST_SUITE_P(Pressures, ThermalInfoTest,
+                         ::testing::Values(pressureCase(0, 0), pressureCase(3, 3), pressureCase(4, 4),
+                                           pressureCase(5, 4), pressureCase(8, 4),
+                                           pressureCase(std::numeric_limits<std::int64_t>::max(), 4),
+                                           pressureCase(std::nullopt, 0)));
+
+INSTANTIATE_TEST_SUITE_P(
+    LowPowerMode, ThermalInfoTest,
+    ::testing::Values(ThermalCase{{.stateCode = 0, .pressureState = {}, .isLowPowerMode = true},
+                                  {ThermalState::nominal, 0, true}},
+                      ThermalCase{{.stateCode = 1, .pressureState = 2, .isLowPowerMode = {}},
+                                  {ThermalState::fair, 2, false}},
+                      ThermalCase{{}, {}}));
+
+TEST(ThermalInfoDeathTest, EndsTheProcessOnAPressureThatIsNegativeWhenSigned) {
+  const ThermalSignals signals{
+      .stateCode = 0, .pressureState = std::uint64_t{1} << 63U, .isLowPowerMode = false};
+  EXPECT_DEATH(static_cast<void>(thermalInfo(signals)), "");
+}
+
+TEST(ThermalStateTest, IsNamedByItsExactRawString) {
+  EXPECT_EQ(rawValue(ThermalState::nominal), "nominal");
+  EXPECT_EQ(rawValue(ThermalState::fair), "fair");
+  EXPECT_EQ(rawValue(ThermalState::serious), "serious");
+  EXPECT_EQ(rawValue(ThermalState::critical), "critical");
+  EXPECT_EQ(fromRawValue<ThermalState>("critical"), ThermalState::critical);
+  EXPECT_EQ(fromRawValue<ThermalState>("Critical"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quellin
