@@ -1,0 +1,50 @@
+#include "QuellinCore/Models/ProcessSample.h"
+
+#include <cstddef>
+#include <utility>
+
+#include "QuellinCore/Support/CheckedArithmetic.h"
+#include "QuellinCore/Support/Text.h"
+
+namespace quellin {
+namespace {
+
+constexpr std::size_t smallestRoom = 4096;
+constexpr std::size_t largestRoom = 65536;
+
+std::optional<std::uint64_t> sumOfKnown(std::optional<std::uint64_t> first,
+                                        std::optional<std::uint64_t> second) {
+  if (!first || !second) return first ? first : second;
+  return checkedAdd(*first, *second);
+}
+
+}  // namespace
+
+std::vector<std::int32_t> processIDs(const ProcessIDLister& list) {
+  for (std::size_t room = smallestRoom; room <= largestRoom; room *= 2) {
+    std::vector<std::int32_t> ids(room);
+    const std::int64_t written = list(ids);
+    if (written < 1) return {};
+    if (written >= static_cast<std::int64_t>(std::span(ids).size_bytes())) continue;
+    ids.resize(static_cast<std::size_t>(written) / sizeof(std::int32_t));
+    return ids;
+  }
+  return {};
+}
+
+std::string processName(std::optional<std::string_view> bytes, std::int32_t pid) {
+  const std::string_view text = bytes.value_or("").substr(0, bytes.value_or("").find('\0'));
+  return text.empty() ? "PID " + std::to_string(pid) : repairedUTF8(text);
+}
+
+ProcessSample processSample(std::int32_t pid, std::string name, const ProcessUsage& usage) {
+  return {.pid = pid,
+          .name = std::move(name),
+          .cpuTimeNanoseconds = checkedAdd(usage.userTimeNanoseconds, usage.systemTimeNanoseconds),
+          .wakeups = sumOfKnown(usage.packageIdleWakeups, usage.interruptWakeups),
+          .diskBytes = sumOfKnown(usage.diskBytesRead, usage.diskBytesWritten),
+          .energyNanojoules = usage.energyNanojoules,
+          .startToken = usage.startToken};
+}
+
+}  // namespace quellin
