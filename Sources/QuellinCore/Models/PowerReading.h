@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+#include "QuellinCore/Support/RawValue.h"
+#include "QuellinCore/Support/Record.h"
+
+namespace quellin {
+
+/// Which physical quantity a watt figure is.
+enum class PowerReadingKind { batteryDischarge, batteryChargeInput, batterySupplement, ioReportSiliconPower };
+
+template <>
+inline constexpr std::array rawValues<PowerReadingKind>{
+    std::string_view{"batteryDischarge"}, std::string_view{"batteryChargeInput"},
+    std::string_view{"batterySupplement"}, std::string_view{"ioReportSiliconPower"}};
+
+/// Where a watt figure came from.
+enum class PowerReadingConfidence { batteryTerminal, ioReport };
+
+template <>
+inline constexpr std::array rawValues<PowerReadingConfidence>{std::string_view{"batteryTerminal"},
+                                                              std::string_view{"ioReport"}};
+
+/// One watt figure with its provenance.
+struct PowerReading {
+  double watts = 0;  ///< never negative
+  PowerReadingKind kind{};
+  std::string label;    ///< short human label
+  std::string summary;  ///< one line on what the figure does and does not include
+  PowerReadingConfidence confidence{};
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"watts", &PowerReading::watts}, Field{"kind", &PowerReading::kind},
+                      Field{"label", &PowerReading::label}, Field{"summary", &PowerReading::summary},
+                      Field{"confidence", &PowerReading::confidence}};
+  }
+
+  bool operator==(const PowerReading&) const = default;
+};
+
+}  // namespace quellin
