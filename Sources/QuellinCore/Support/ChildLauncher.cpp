@@ -15,6 +15,14 @@ namespace {
 
 constexpr int startFailureStatus = 127;
 
+// On macOS a posix_spawn with this flag replaces the calling process, as exec does, and closes what exec
+// would not.
+#if defined(__APPLE__)
+constexpr int replaceProcessFlag = POSIX_SPAWN_SETEXEC;
+#else
+constexpr int replaceProcessFlag = 0;
+#endif
+
 /// Holds every signal back while it lives, so that no handler of this process runs in the forked child.
 class AllSignalsBlocked {
  public:
@@ -25,6 +33,8 @@ class AllSignalsBlocked {
   }
   AllSignalsBlocked(const AllSignalsBlocked&) = delete;
   AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
+  AllSignalsBlocked(AllSignalsBlocked&&) = delete;
+  AllSignalsBlocked& operator=(AllSignalsBlocked&&) = delete;
   ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &_previous, nullptr); }
 
  private:
@@ -71,10 +81,10 @@ bool keepOnlyStreamsAnd(int& report) {
 
 // SIGKILL, SIGSTOP and the C library's own signals refuse, and need nothing.
 void resetSignals() {
-  for (int number = 1; number < NSIG; ++number) ::signal(number, SIG_DFL);
+  for (int number = 1; number < NSIG; ++number) static_cast<void>(std::signal(number, SIG_DFL));
   sigset_t none{};
   sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
 void execute(const LaunchRequest& request, const SpawnAttributes&, int& report) {
@@ -108,11 +118,9 @@ std::expected<pid_t, SystemError> spawnChild(const LaunchRequest& request) {
 
 std::expected<pid_t, SystemError> forkChildAsRoot(const LaunchRequest& request) {
   SpawnAttributes attributes;
-#if defined(__APPLE__)
-  if (auto prepared = attributes.prepare(request, POSIX_SPAWN_SETEXEC); !prepared) {
+  if (auto prepared = attributes.prepare(request, replaceProcessFlag); !prepared) {
     return std::unexpected(prepared.error());
   }
-#endif
   auto report = Pipe::open();
   if (!report) return std::unexpected(report.error());
 

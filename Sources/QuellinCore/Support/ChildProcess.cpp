@@ -31,20 +31,23 @@ char** ownEnvironment() {
 // A NUL inside a text would silently cut it short.
 bool holdsNUL(const std::string& text) { return text.find('\0') != std::string::npos; }
 
-// exec takes its vectors as non-const and does not write to them.
-char* mutableText(const std::string& text) { return const_cast<char*>(text.c_str()); }
-
-CStringVector cStrings(const std::vector<std::string>& texts) {
-  CStringVector pointers;
-  pointers.reserve(texts.size() + 2);
-  for (const std::string& text : texts) pointers.push_back(mutableText(text));
+void append(CStringVector& pointers, std::vector<std::string>& texts) {
+  for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
+}
+
+CStringVector argumentsOf(ChildProcessPlan& plan) {
+  CStringVector pointers{plan.executable.data()};
+  append(pointers, plan.arguments);
   return pointers;
 }
 
-CStringVector environmentOf(const ChildProcessPlan& plan) {
-  if (plan.environment) return cStrings(*plan.environment);
+CStringVector environmentOf(ChildProcessPlan& plan) {
   CStringVector entries;
+  if (plan.environment) {
+    append(entries, *plan.environment);
+    return entries;
+  }
   for (char** entry = ownEnvironment(); entry != nullptr && *entry != nullptr; ++entry) {
     entries.push_back(*entry);
   }
@@ -68,11 +71,11 @@ struct StreamEnds {
     if (stream == ChildStream::null) {
       auto null = openDescriptor("/dev/null", O_RDWR);
       if (!null) return std::unexpected(null.error());
-      return StreamEnds{std::move(*null), FileDescriptor{}};
+      return StreamEnds{.child = std::move(*null), .parent = FileDescriptor{}};
     }
     auto pipe = Pipe::open();
     if (!pipe) return std::unexpected(pipe.error());
-    return StreamEnds{std::move(pipe->writeEnd), std::move(pipe->readEnd)};
+    return StreamEnds{.child = std::move(pipe->writeEnd), .parent = std::move(pipe->readEnd)};
   }
 };
 
@@ -82,7 +85,7 @@ std::int32_t statusOf(int waitStatus) {
 
 }  // namespace
 
-std::expected<ChildProcess, SystemError> ChildProcess::start(const ChildProcessPlan& plan) {
+std::expected<ChildProcess, SystemError> ChildProcess::start(ChildProcessPlan plan) {
   if (!isWellFormed(plan)) return std::unexpected(invalidArgument);
   auto input = StreamEnds::open(plan.standardInput);
   if (!input) return std::unexpected(input.error());
@@ -91,11 +94,10 @@ std::expected<ChildProcess, SystemError> ChildProcess::start(const ChildProcessP
   auto error = StreamEnds::open(plan.standardError);
   if (!error) return std::unexpected(error.error());
 
-  LaunchRequest request{.executable = plan.executable,
-                        .arguments = cStrings(plan.arguments),
-                        .environment = environmentOf(plan),
-                        .streams = {input->child.get(), output->child.get(), error->child.get()}};
-  request.arguments.insert(request.arguments.begin(), mutableText(plan.executable));
+  const LaunchRequest request{.executable = plan.executable,
+                              .arguments = argumentsOf(plan),
+                              .environment = environmentOf(plan),
+                              .streams = {input->child.get(), output->child.get(), error->child.get()}};
   const auto processID = plan.identity == ChildIdentity::realRoot ? detail::forkChildAsRoot(request)
                                                                   : detail::spawnChild(request);
   if (!processID) return std::unexpected(processID.error());

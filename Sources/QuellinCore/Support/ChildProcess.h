@@ -62,7 +62,7 @@ class ChildProcess {
 
   /// Starts the child and returns once it executes the new program. The error is that of the step that
   /// failed, in this process or in the child before the program ran; nothing is left behind then.
-  [[nodiscard]] static std::expected<ChildProcess, SystemError> start(const ChildProcessPlan& plan);
+  [[nodiscard]] static std::expected<ChildProcess, SystemError> start(ChildProcessPlan plan);
 
   ChildProcess(ChildProcess&& other) noexcept;
   ChildProcess& operator=(ChildProcess&& other) noexcept;

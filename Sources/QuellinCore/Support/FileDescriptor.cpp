@@ -22,10 +22,10 @@ std::expected<Pipe, SystemError> openRawPipe() {
   std::array<int, 2> ends{};
 #if defined(__linux__)
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::unexpected(SystemError::last());
-  return Pipe{FileDescriptor{ends[0]}, FileDescriptor{ends[1]}};
+  return Pipe{.readEnd = FileDescriptor{ends[0]}, .writeEnd = FileDescriptor{ends[1]}};
 #else
   if (pipe(ends.data()) != 0) return std::unexpected(SystemError::last());
-  Pipe result{FileDescriptor{ends[0]}, FileDescriptor{ends[1]}};
+  Pipe result{.readEnd = FileDescriptor{ends[0]}, .writeEnd = FileDescriptor{ends[1]}};
   for (const int end : ends) {
     if (fcntl(end, F_SETFD, FD_CLOEXEC) != 0) return std::unexpected(SystemError::last());
   }
@@ -46,7 +46,7 @@ std::expected<Pipe, SystemError> Pipe::open() {
   if (!readEnd) return std::unexpected(readEnd.error());
   auto writeEnd = aboveStandardStreams(std::move(ends->writeEnd));
   if (!writeEnd) return std::unexpected(writeEnd.error());
-  return Pipe{std::move(*readEnd), std::move(*writeEnd)};
+  return Pipe{.readEnd = std::move(*readEnd), .writeEnd = std::move(*writeEnd)};
 }
 
 std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags) {

@@ -15,6 +15,8 @@ class SpawnAttributes {
   SpawnAttributes();
   SpawnAttributes(const SpawnAttributes&) = delete;
   SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  SpawnAttributes(SpawnAttributes&&) = delete;
+  SpawnAttributes& operator=(SpawnAttributes&&) = delete;
   ~SpawnAttributes();
 
   /// Fills both for `request`. `extraFlags` are added to the attributes' flags.

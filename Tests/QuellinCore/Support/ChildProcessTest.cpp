@@ -10,28 +10,13 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/ChildProcess.h"
+#include "Support/ManualClock.h"
 
 namespace quellin {
 namespace {
 
 using testing::ElementsAre;
-
-/// A clock that stands still until somebody sleeps on it.
-class SleepCountingClock : public MonotonicClock {
- public:
-  std::vector<double> sleeps;
-  std::function<void()> whenSlept;
-
-  [[nodiscard]] Seconds now() const override { return _now; }
-  void sleep(Seconds duration) override {
-    sleeps.push_back(duration.count());
-    _now += duration;
-    if (whenSlept) whenSlept();
-  }
-
- private:
-  Seconds _now{1000};
-};
+using testing_support::ManualMonotonicClock;
 
 ChildProcessPlan shellPlan(std::string script) {
   return {.executable = "/bin/sh",
@@ -186,8 +171,9 @@ TEST(ChildProcessTest, StartErrorsCarryTheSystemsDescription) {
     std::string description;
   };
   for (const Case& c :
-       {Case{"/nonexistent/tool", ENOENT, "No such file or directory"},
-        Case{"/dev/null", EACCES, "Permission denied"}, Case{"relative/tool", EINVAL, "Invalid argument"}}) {
+       {Case{.executable = "/nonexistent/tool", .code = ENOENT, .description = "No such file or directory"},
+        Case{.executable = "/dev/null", .code = EACCES, .description = "Permission denied"},
+        Case{.executable = "relative/tool", .code = EINVAL, .description = "Invalid argument"}}) {
     const auto child = ChildProcess::start({.executable = c.executable});
     ASSERT_FALSE(child) << c.executable;
     EXPECT_EQ(child.error().code, c.code);
@@ -251,22 +237,22 @@ TEST(ChildProcessTest, WaitingWorksWhereTheEndOfChildrenIsIgnored) {
 }
 
 TEST(ChildProcessTest, DeadlineEndsTheWaitOfARunningChild) {
-  SleepCountingClock clock;
+  ManualMonotonicClock clock;
   ChildProcess child = startSleeper();
   EXPECT_FALSE(child.waitUntil(clock.now() + Seconds{0.12}, clock));
-  EXPECT_THAT(clock.sleeps, ElementsAre(0.05, 0.05, 0.05));
+  EXPECT_THAT(clock.sleeps, ElementsAre(Seconds{0.05}, Seconds{0.05}, Seconds{0.05}));
   EXPECT_TRUE(child.isRunning());
 }
 
 TEST(ChildProcessTest, DeadlineAlreadyReachedMeansNoPause) {
-  SleepCountingClock clock;
+  ManualMonotonicClock clock;
   ChildProcess child = startSleeper();
   EXPECT_FALSE(child.waitUntil(clock.now(), clock));
   EXPECT_TRUE(clock.sleeps.empty());
 }
 
 TEST(ChildProcessTest, EndedChildMeansNoPauseEvenBeforeTheDeadline) {
-  SleepCountingClock clock;
+  ManualMonotonicClock clock;
   ChildProcess child = startOrDie(shellPlan("exit 0"));
   awaitEnd(child.processID());
   EXPECT_TRUE(child.waitUntil(clock.now() + Seconds{10}, clock));
@@ -274,9 +260,9 @@ TEST(ChildProcessTest, EndedChildMeansNoPauseEvenBeforeTheDeadline) {
 }
 
 TEST(ChildProcessTest, WaitStopsAfterThePauseInWhichTheChildEnded) {
-  SleepCountingClock clock;
+  ManualMonotonicClock clock;
   ChildProcess child = startSleeper();
-  clock.whenSlept = [&] {
+  clock.onSleep = [&](Seconds) {
     if (clock.sleeps.size() < 3) return;
     ::kill(child.processID(), SIGTERM);
     awaitEnd(child.processID());
@@ -287,7 +273,7 @@ TEST(ChildProcessTest, WaitStopsAfterThePauseInWhichTheChildEnded) {
 }
 
 TEST(ChildProcessTest, InterruptionEndsTheWaitBeforeTheNextPause) {
-  SleepCountingClock clock;
+  ManualMonotonicClock clock;
   ChildProcess child = startSleeper();
   EXPECT_FALSE(child.waitUntil(clock.now() + Seconds{10}, clock, [&] { return clock.sleeps.size() == 2; }));
   EXPECT_EQ(clock.sleeps.size(), 2U);
@@ -365,9 +351,9 @@ TEST(ChildProcessNeedsRootTest, StartErrorsAfterTheForkComeBack) {
 
 TEST(ChildProcessNeedsRootTest, OrdinaryUserCannotStartARootChild) {
   const std::string printed = printedUnderOrdinaryRealUser([] {
-    setuid(65534);
+    if (setuid(65534) != 0) return std::string{"still root"};
     const auto child = ChildProcess::start({.executable = "/bin/true", .identity = ChildIdentity::realRoot});
-    return child ? "started" : child.error().description();
+    return child ? std::string{"started"} : child.error().description();
   });
   EXPECT_EQ(printed, "Operation not permitted");
 }

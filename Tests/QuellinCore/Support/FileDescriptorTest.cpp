@@ -50,7 +50,7 @@ TEST(FileDescriptorTest, ReadsBeyondThePipesCapacityAndKeepsTheFirstBytesUpToThe
   for (const std::size_t limit : {sent.size() + 1, sent.size(), std::size_t{4}, std::size_t{0}}) {
     auto ends = Pipe::open();
     ASSERT_TRUE(ends);
-    std::jthread writer{[&] {
+    const std::jthread writer{[&] {
       std::size_t written = 0;
       while (written < sent.size()) {
         const ssize_t count = write(ends->writeEnd.get(), sent.data() + written, sent.size() - written);

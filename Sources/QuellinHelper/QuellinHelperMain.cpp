@@ -1,0 +1,64 @@
+#include "QuellinHelper/QuellinHelperMain.h"
+
+#include <array>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+
+#include "QuellinCore/Support/RawValue.h"
+#include "QuellinHelper/HelperVersion.h"
+
+namespace quellin {
+namespace {
+
+using namespace std::string_view_literals;
+
+enum class Command { status, readTemperatures, readProTelemetry };
+
+}  // namespace
+
+template <>
+inline constexpr std::array rawValues<Command>{"status-json"sv, "read-temperatures-json"sv,
+                                               "read-pro-telemetry-json"sv};
+
+ExitStatus QuellinHelperMain::answer(std::span<const std::string> arguments, const HelperSurroundings& with) {
+  const auto command = arguments.size() < 2 ? std::nullopt : fromRawValue<Command>(arguments[1]);
+  if (!command) {
+    return fail(ExitStatus::usage,
+                "usage: QuellinHelper status-json|read-temperatures-json|read-pro-telemetry-json\n", with);
+  }
+  if (with.effectiveUserID != 0) {
+    return fail(ExitStatus::notRoot, "QuellinHelper must run with effective uid 0\n", with);
+  }
+  switch (*command) {
+    case Command::status:
+      return emitJSON(ownStatus(arguments[0], with), with);
+    case Command::readTemperatures:
+      return emitJSON(with.readTemperatures(), with);
+    case Command::readProTelemetry:
+      return emitJSON(with.sampleProTelemetry(), with);
+  }
+  std::abort();
+}
+
+// A standard error that takes nothing changes nothing: the exit status tells the same.
+ExitStatus QuellinHelperMain::fail(ExitStatus status, const char* message, const HelperSurroundings& with) {
+  static_cast<void>(writeAll(with.standardError, message));
+  return status;
+}
+
+// Asserted, not measured: a tool that got this far runs with root rights. What is on disk is the client's to
+// check.
+HelperStatus QuellinHelperMain::ownStatus(const std::string& path, const HelperSurroundings& with) {
+  return HelperStatus{.isInstalled = true,
+                      .isExecutable = true,
+                      .isSetuidRoot = true,
+                      .ownerUserID = with.effectiveUserID,
+                      .groupID = with.effectiveGroupID,
+                      .installedVersion = helperVersion,
+                      .supportsProTelemetry = true,
+                      .path = path,
+                      .error = std::nullopt};
+}
+
+}  // namespace quellin

@@ -1,0 +1,123 @@
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "QuellinHelper/ProcessHardening.h"
+#include "QuellinHelper/ProgramRun.h"
+
+#if defined(__linux__)
+#include <array>
+#include <cstddef>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#endif
+
+namespace quellin {
+namespace {
+
+using testing_support::ProgramResult;
+using testing_support::require;
+using testing_support::runProgram;
+
+const std::string hardened =
+    "environment: PATH=/usr/bin:/bin:/usr/sbin:/sbin\n"
+    "folder: /\n"
+    "umask: 63\n";
+
+const std::string quiet = "not default: " + std::to_string(SIGPIPE) + " " + std::to_string(SIGXFSZ) +
+                          "\n"
+                          "blocked:\n"
+                          "timers: off off off\n"
+                          "core: 0 0\n"
+#if defined(__linux__)
+                          "dumpable: 0\n"
+#endif
+    ;
+
+ProgramResult runProbe(const std::function<void()>& prepare, const std::string& reportTo = "1") {
+  return runProgram({.executable = QUELLIN_HARDENING_PROBE,
+                     .arguments = {"probe", reportTo},
+                     .environment = {"TMPDIR=/hostile", "PATH=/hostile", "TZ=:/hostile", "=", "malformed"},
+                     .prepare = prepare});
+}
+
+void blockAndIgnoreSignals() {
+  for (const int number : {SIGCHLD, SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGUSR1}) {
+    require(std::signal(number, SIG_IGN) != SIG_ERR, "ignore");
+  }
+  sigset_t every{};
+  sigfillset(&every);
+  require(sigprocmask(SIG_SETMASK, &every, nullptr) == 0, "block");
+}
+
+void armTimers() {
+  const itimerval soon{.it_interval = {}, .it_value = {.tv_sec = 1000, .tv_usec = 0}};
+  for (const auto kind : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF}) {
+    require(setitimer(kind, &soon, nullptr) == 0, "timer");
+  }
+}
+
+TEST(ProcessHardeningTest, NothingOfAHostileCallerIsLeft) {
+  const ProgramResult result = runProbe([] {
+    umask(0);
+    require(chdir("/tmp") == 0, "folder");
+    blockAndIgnoreSignals();
+    armTimers();
+    for (const int number : {3, 7, 200}) require(dup2(STDIN_FILENO, number) == number, "descriptor");
+    // Descriptor 200 stays open although nothing above 9 can be opened any more.
+    const rlimit few{.rlim_cur = 10, .rlim_max = 10};
+    require(setrlimit(RLIMIT_NOFILE, &few) == 0, "limit");
+  });
+  EXPECT_EQ(result.output, hardened + "descriptors: 0:in 1:out 2:out\n" + quiet);
+  EXPECT_EQ(result.error, "");
+  EXPECT_EQ(result.exitStatus, 0);
+}
+
+TEST(ProcessHardeningTest, ClosedStreamsAreOccupiedByWhatFailsInTheirDirection) {
+  const ProgramResult noInputAndOutput = runProbe(
+      [] {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+      },
+      "2");
+  EXPECT_EQ(noInputAndOutput.error, hardened + "descriptors: 0:out 1:in 2:out\n" + quiet);
+
+  const ProgramResult noError = runProbe([] { close(STDERR_FILENO); });
+  EXPECT_EQ(noError.output, hardened + "descriptors: 0:in 1:out 2:in\n" + quiet);
+}
+
+#if defined(__linux__)
+
+// Makes the kernel refuse one call to this process and its successors.
+void refuseCall(long number) {
+  std::array instructions{
+      sock_filter{.code = BPF_LD | BPF_W | BPF_ABS, .jt = 0, .jf = 0, .k = offsetof(seccomp_data, nr)},
+      sock_filter{.code = BPF_JMP | BPF_JEQ | BPF_K, .jt = 0, .jf = 1, .k = static_cast<unsigned>(number)},
+      sock_filter{.code = BPF_RET | BPF_K, .jt = 0, .jf = 0, .k = SECCOMP_RET_ERRNO | EPERM},
+      sock_filter{.code = BPF_RET | BPF_K, .jt = 0, .jf = 0, .k = SECCOMP_RET_ALLOW},
+  };
+  const sock_fprog program{.len = instructions.size(), .filter = instructions.data()};
+  require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+              prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0,
+          "filter");
+}
+
+TEST(ProcessHardeningTest, EveryRefusedStepIsReported) {
+  for (const long call : {SYS_chdir, SYS_setitimer, SYS_prctl}) {
+    const ProgramResult result = runProbe([call] { refuseCall(call); });
+    EXPECT_EQ(result.output + result.error, "") << call;
+    EXPECT_EQ(result.exitStatus, 1) << call;
+  }
+}
+
+#endif
+
+}  // namespace
+}  // namespace quellin

@@ -1,0 +1,81 @@
+#include "QuellinHelper/ProgramRun.h"
+
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <grp.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace quellin::testing_support {
+namespace {
+
+constexpr int preparationFailed = 125;
+constexpr int executionFailed = 126;
+
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+  std::vector<char*> result;
+  result.reserve(texts.size() + 1);
+  for (std::string& text : texts) result.push_back(text.data());
+  result.push_back(nullptr);
+  return result;
+}
+
+Pipe openPipe() {
+  auto pipe = Pipe::open();
+  if (!pipe) throw std::runtime_error(pipe.error().description());
+  return std::move(*pipe);
+}
+
+[[noreturn]] void becomeProgram(ProgramStart start, int output, int error) {
+  const auto null = openDescriptor("/dev/null", O_RDONLY);
+  require(null && dup2(null->get(), STDIN_FILENO) >= 0 && dup2(error, STDERR_FILENO) >= 0 &&
+              dup2(output, STDOUT_FILENO) >= 0,
+          "streams");
+  start.prepare();
+  execve(start.executable.c_str(), pointers(start.arguments).data(), pointers(start.environment).data());
+  _exit(executionFailed);
+}
+
+}  // namespace
+
+RunningProgram::RunningProgram(const ProgramStart& start) : RunningProgram(start, openPipe(), openPipe()) {}
+
+RunningProgram::RunningProgram(const ProgramStart& start, Pipe output, Pipe error)
+    : _processID(fork()), _output(std::move(output.readEnd)), _error(std::move(error.readEnd)) {
+  if (_processID == 0) becomeProgram(start, output.writeEnd.get(), error.writeEnd.get());
+}
+
+ProgramResult RunningProgram::finish() {
+  ProgramResult result{.output = readToEnd(_output.get()), .error = readToEnd(_error.get())};
+  int status = 0;
+  waitpid(_processID, &status, 0);
+  if (WIFEXITED(status)) result.exitStatus = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+  return result;
+}
+
+ProgramResult runProgram(const ProgramStart& start) { return RunningProgram{start}.finish(); }
+
+void becomeOrdinaryUser() {
+  const gid_t group = ordinaryUser;
+  require(setgroups(1, &group) == 0 && setgid(group) == 0 && setuid(ordinaryUser) == 0, "ordinary user");
+}
+
+void require(bool succeeded, const char* step) {
+  if (succeeded) return;
+  perror(step);
+  _exit(preparationFailed);
+}
+
+void installProgram(const std::string& file, const std::string& path, unsigned owner, unsigned mode) {
+  std::filesystem::copy_file(file, path);
+  // The owner first: changing it takes the set-user-ID bit away.
+  if (chown(path.c_str(), owner, 0) != 0 || chmod(path.c_str(), mode) != 0) {
+    throw std::runtime_error("cannot install " + path);
+  }
+}
+
+}  // namespace quellin::testing_support
