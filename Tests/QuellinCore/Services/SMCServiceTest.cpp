@@ -201,6 +201,15 @@ TEST_F(SMCServiceTest, AsksForSizeAndTypeAndThenForThatManyBytes) {
   EXPECT_EQ(std::memcmp(&ear->questions[1], &read, sizeof(read)), 0);
 }
 
+TEST_F(SMCServiceTest, AsksForNoBytesWhenTheSizeIsOutOfRange) {
+  for (const std::size_t size : {0U, 33U}) {
+    smc->set("FNum", "ui8 ", Bytes(size, 1));
+    const auto ear = std::make_shared<Eavesdropper>(smc);
+    EXPECT_THAT(SMCService{ear}.readFans(), IsEmpty());
+    EXPECT_THAT(ear->questions, SizeIs(1)) << size;
+  }
+}
+
 TEST_F(SMCServiceTest, ReadsTheSpeedsOfAFanInTheirOrder) {
   smc->set("FNum", "ui8 ", {1});
   const auto ear = std::make_shared<Eavesdropper>(smc);
