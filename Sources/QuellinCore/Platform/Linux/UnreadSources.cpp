@@ -1,9 +1,7 @@
 #include <string>
 #include <utility>
 
-#include "QuellinCore/Platform/HIDSensorSource.h"
 #include "QuellinCore/Platform/ProcessSource.h"
-#include "QuellinCore/Platform/ThermalSource.h"
 
 // Sources that this host is not read for. They supply nothing and say so.
 namespace quellin {
@@ -16,18 +14,6 @@ SourceDiagnosis unread(std::string source) {
           .path = std::nullopt,
           .remedy = std::nullopt};
 }
-
-class UnreadHIDSensorSource final : public HIDSensorSource {
- public:
-  std::vector<HIDTemperatureService> temperatureServices() override { return {}; }
-  SourceDiagnosis diagnose() override { return unread("Temperature sensors"); }
-};
-
-class UnreadThermalSource final : public ThermalSource {
- public:
-  ThermalSignals read() override { return {}; }
-  SourceDiagnosis diagnose() override { return unread("Thermal state"); }
-};
 
 class UnreadProcessScan final : public ProcessScan {
  public:
@@ -43,10 +29,6 @@ class UnreadProcessSource final : public ProcessSource {
 };
 
 }  // namespace
-
-std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() { return std::make_shared<UnreadHIDSensorSource>(); }
-
-std::shared_ptr<ThermalSource> nativeThermalSource() { return std::make_shared<UnreadThermalSource>(); }
 
 std::shared_ptr<ProcessSource> nativeProcessSource() { return std::make_shared<UnreadProcessSource>(); }
 

@@ -1,0 +1,61 @@
+#include "QuellinCore/Platform/Linux/CoolingDevice.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "QuellinCore/Platform/Linux/KernelText.h"
+
+namespace quellin {
+namespace {
+
+constexpr std::string_view entryPrefix = "cooling_device";
+
+// The kernel's processor and frequency drivers, older and newer spellings.
+constexpr std::array<std::string_view, 7> throttlingTypes = {
+    "Processor", "intel_powerclamp", "cpufreq-", "thermal-cpufreq-", "devfreq-", "thermal-devfreq-", "idle-"};
+
+std::optional<std::int64_t> stateCode(const CoolingDevice& device) {
+  if (!throttles(device) || !device.current || device.maximum.value_or(0) < 1) return std::nullopt;
+  if (*device.current < 1) return 0;
+  if (*device.current >= *device.maximum) return 3;
+  return *device.current >= *device.maximum - *device.current ? 2 : 1;
+}
+
+}  // namespace
+
+std::expected<CoolingDevices, SystemError> readCoolingDevices(const FileTree& sys) {
+  const auto names = sortedNames(sys, thermalDirectory);
+  if (!names) return std::unexpected(names.error());
+  CoolingDevices result;
+  const auto keep = [&](const std::string& path, auto value) {
+    if (!value && !result.firstFault && !saysAbsent(value.error())) {
+      result.firstFault = ReadFault{sys.displayPath(path), value.error()};
+    }
+    return valueOf(std::move(value));
+  };
+  for (const std::string& name : *names) {
+    if (!numberWithin(name, entryPrefix, "")) continue;
+    const std::string directory = std::string{thermalDirectory} + "/" + name;
+    const auto number = [&](const char* file) {
+      return keep(directory + file, readInteger(sys, directory + file));
+    };
+    auto type = keep(directory + "/type", readText(sys, directory + "/type"));
+    if (type) result.devices.push_back({*std::move(type), number("/cur_state"), number("/max_state")});
+  }
+  return result;
+}
+
+bool throttles(const CoolingDevice& device) {
+  return std::ranges::any_of(throttlingTypes,
+                             [&](std::string_view type) { return device.type.starts_with(type); });
+}
+
+std::optional<std::int64_t> thermalStateCode(std::span<const CoolingDevice> devices) {
+  std::optional<std::int64_t> hardest;
+  for (const CoolingDevice& device : devices) hardest = std::max(hardest, stateCode(device));
+  return hardest;
+}
+
+}  // namespace quellin

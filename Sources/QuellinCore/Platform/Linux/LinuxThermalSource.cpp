@@ -1,0 +1,61 @@
+#include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "QuellinCore/Platform/Linux/CoolingDevice.h"
+#include "QuellinCore/Platform/Linux/SourceReport.h"
+
+namespace quellin {
+namespace {
+
+constexpr const char* sourceName = "Thermal state";
+constexpr const char* profilePath = "firmware/acpi/platform_profile";
+
+std::optional<bool> lowPowerMode(const std::expected<std::string, SystemError>& profile) {
+  return profile ? std::optional{*profile == "low-power"} : std::nullopt;
+}
+
+std::string describe(bool hasState, bool hasProfile) {
+  std::string text = hasState ? "Cooling devices give the thermal state."
+                              : "No cooling device says how hard the machine throttles.";
+  text += hasProfile ? " The platform profile gives low-power mode."
+                     : " There is no platform profile to give low-power mode.";
+  return text;
+}
+
+}  // namespace
+
+LinuxThermalSource::LinuxThermalSource(std::shared_ptr<const FileTree> sys) : sys_(std::move(sys)) {}
+
+ThermalSignals LinuxThermalSource::read() {
+  const auto cooling = readCoolingDevices(*sys_);
+  return {.stateCode = cooling ? thermalStateCode(cooling->devices) : std::nullopt,
+          .pressureState = std::nullopt,
+          .isLowPowerMode = lowPowerMode(readText(*sys_, profilePath))};
+}
+
+SourceDiagnosis LinuxThermalSource::diagnose() {
+  const std::string devicesPath = sys_->displayPath(thermalDirectory);
+  const auto cooling = readCoolingDevices(*sys_);
+  const auto profile = readText(*sys_, profilePath);
+  const bool hasState = cooling && thermalStateCode(cooling->devices).has_value();
+  if (hasState || profile) {
+    return availableSource(sourceName, describe(hasState, profile.has_value()),
+                           hasState ? devicesPath : sys_->displayPath(profilePath));
+  }
+  std::vector<ReadFault> faults;
+  if (!cooling) faults.push_back({devicesPath, cooling.error()});
+  if (cooling && cooling->firstFault) faults.push_back(*cooling->firstFault);
+  faults.push_back({sys_->displayPath(profilePath), profile.error()});
+  for (const ReadFault& fault : faults) {
+    if (!saysAbsent(fault.error)) return unreadableSource(sourceName, fault, std::nullopt);
+  }
+  return absentSource(sourceName, "The machine has no cooling device that throttles and no platform profile.",
+                      devicesPath);
+}
+
+std::shared_ptr<ThermalSource> nativeThermalSource() { return std::make_shared<LinuxThermalSource>(); }
+
+}  // namespace quellin
