@@ -44,9 +44,13 @@ struct Reading {
   std::string textBuffer;
 };
 
+constexpr bool isBlank(char character) {
+  return character == ' ' || character == '\n' || character == '\r' || character == '\t';
+}
+
 std::string_view withoutTrailingBlanks(std::string_view token) {
-  const std::size_t last = token.find_last_not_of(" \t\r\n");
-  return token.substr(0, last + 1);
+  while (!token.empty() && isBlank(token.back())) token.remove_suffix(1);
+  return token;
 }
 
 }  // namespace
@@ -94,11 +98,18 @@ bool forEachElement(JSONNode& node, Visit visit) {
   return true;
 }
 
-// The characters of a key up to its closing quote, which the parser has made sure of.
-std::string_view rawKey(const char* start) {
+// The text of a key, whose closing quote the parser has made sure of; no value when it holds a faulty escape.
+std::optional<std::string_view> keyText(const char* start, std::string& buffer) {
   const char* end = start;
-  while (*end != '"') end += *end == '\\' ? 2 : 1;
-  return {start, static_cast<std::size_t>(end - start)};
+  bool hasEscape = false;
+  for (; *end != '"'; ++end) {
+    if (*end != '\\') continue;
+    hasEscape = true;
+    ++end;
+  }
+  const std::string_view raw{start, static_cast<std::size_t>(end - start)};
+  if (!hasEscape) return raw;
+  return unescapedJSON(raw, buffer);
 }
 
 // Calls `visit` with the key and value of every field, and with the step that leads to it.
@@ -111,7 +122,7 @@ bool forEachField(JSONNode& node, Visit visit) {
   for (auto entry : object) {
     ondemand::field field;
     if (std::move(entry).get(field) != simdjson::SUCCESS) return false;
-    const auto key = unescapedJSON(rawKey(field.key().raw()), node.reading.keyBuffer);
+    const auto key = keyText(field.key().raw(), node.reading.keyBuffer);
     if (!key) return false;
     JSONNode child{field.value(), node.reading, &step, node.depth + 1};
     if (!visit(*key, child, step)) return false;
@@ -119,7 +130,10 @@ bool forEachField(JSONNode& node, Visit visit) {
   return true;
 }
 
+// The text of a string. The parser must be moved over it here: left to itself it takes a string before a
+// colon for a key, wherever it stands.
 std::optional<std::string_view> unescapedText(JSONNode& node) {
+  if (node.value.get_raw_json_string().error() != simdjson::SUCCESS) return std::nullopt;
   if (node.token.size() < 2 || node.token.back() != '"') return std::nullopt;
   return unescapedJSON(node.token.substr(1, node.token.size() - 2), node.reading.textBuffer);
 }

@@ -297,6 +297,11 @@ TEST(JSONDecoderTest, RefusesWhatIsNotStrictJSONEvenWhereItIsSkipped) {
       "{\"a\":1:2}",
       "[1:2]",
       "\"\\",
+      "\"a\":{}",
+      "[\"a\":[]]",
+      "[\"a\":\"b\"}]",
+      "{\"a\":\"b\":{}}",
+      "[1,\"a\":{}]",
       "[\"a\":1]",
       "\xC2\xA0"
       "1",
