@@ -68,7 +68,8 @@ static_assert(
 static_assert(is_same_v<decltype(CFDateFormatterCreateStringWithAbsoluteTime),
                         CFStringRef(CFAllocatorRef, CFDateFormatterRef, CFAbsoluteTime)>);
 
-static_assert(is_same_v<io_registry_entry_t, io_object_t> && is_same_v<IOOptionBits, std::uint32_t>);
+static_assert(is_same_v<io_registry_entry_t, io_object_t>);
+static_assert(is_same_v<IOOptionBits, std::uint32_t>);
 static_assert(is_same_v<decltype(IOServiceNameMatching), CFMutableDictionaryRef(const char*)>);
 static_assert(
     is_same_v<decltype(IORegistryEntryCreateCFProperties),
