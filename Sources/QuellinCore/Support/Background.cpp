@@ -16,7 +16,7 @@ struct ContinuousClock {
   using rep = duration::rep;
   using period = duration::period;
   using time_point = std::chrono::time_point<ContinuousClock>;
-  static constexpr bool is_steady = true;
+  [[maybe_unused]] static constexpr bool is_steady = true;
 
   static time_point now() {
     return time_point{std::chrono::duration_cast<duration>(systemMonotonicClock().now())};
