@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "QuellinCore/Models/SystemPowerState.h"
+#include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Services/BatteryService.h"
+#include "QuellinCore/Services/HIDSensorService.h"
+#include "QuellinCore/Services/PowerService.h"
+#include "QuellinCore/Services/PrivilegedSMCHelperService.h"
+#include "QuellinCore/Services/SMCService.h"
+#include "QuellinCore/Services/ThermalService.h"
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin {
+
+/// All the readers that make up one snapshot of the machine; by default those of this host. The wall clock
+/// must outlive it.
+struct SystemReader {
+  BatteryService batteryService = BatteryService{};
+  ThermalService thermalService = ThermalService{};
+  PowerService powerService = PowerService{};
+  SMCService smcService = SMCService{};
+  PrivilegedSMCHelperService privilegedSMCHelperService = PrivilegedSMCHelperService{};
+  HIDSensorService hidSensorService = HIDSensorService{};
+  const WallClock* wallClock = &systemWallClock();
+
+  /// One full read. Blocks the calling thread: 0.1 s for the energy counters, and as long as the privileged
+  /// tool takes when it is asked. Never fails: a source that is missing leaves its item out.
+  [[nodiscard]] SystemPowerState readAll() const;
+
+ private:
+  [[nodiscard]] std::vector<TemperatureSensor> readTemperatures() const;
+};
+
+}  // namespace quellin

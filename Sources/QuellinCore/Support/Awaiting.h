@@ -1,0 +1,78 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include <boost/asio/async_result.hpp>
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/system_executor.hpp>
+#include <boost/asio/use_awaitable.hpp>
+
+#include "QuellinCore/Support/Background.h"
+#include "QuellinCore/Support/MainExecutor.h"
+
+namespace quellin {
+
+// The bridge between coroutines and the main executor. Including it costs seconds of compile time: only .cpp
+// files that hold a coroutine do.
+
+/// The main executor in the form that Boost.Asio runs coroutines on.
+class CoroutineExecutor {
+ public:
+  explicit CoroutineExecutor(std::shared_ptr<MainExecutor> executor) : executor_(std::move(executor)) {}
+
+  template <class Function>
+  void execute(Function function) const {
+    // std::function needs something copyable, coroutines are not.
+    executor_->post([shared = std::make_shared<Function>(std::move(function))] { std::move (*shared)(); });
+  }
+
+  static boost::asio::execution_context& query(boost::asio::execution::context_t) noexcept {
+    return boost::asio::query(boost::asio::system_executor{}, boost::asio::execution::context);
+  }
+  static constexpr boost::asio::execution::blocking_t query(boost::asio::execution::blocking_t) noexcept {
+    return boost::asio::execution::blocking.never;
+  }
+
+  bool operator==(const CoroutineExecutor&) const noexcept = default;
+
+ private:
+  std::shared_ptr<MainExecutor> executor_;
+};
+
+/// Starts a coroutine on the main executor; nobody waits for it. An exception that leaves it ends the
+/// process.
+inline void spawn(const std::shared_ptr<MainExecutor>& executor, boost::asio::awaitable<void> coroutine) {
+  boost::asio::co_spawn(CoroutineExecutor{executor}, std::move(coroutine),
+                        [](const std::exception_ptr& error) {
+                          if (error) std::rethrow_exception(error);
+                        });
+}
+
+/// Suspends the coroutine until `start`'s argument is called, which must happen on the main executor.
+template <class... Values, class Start>
+auto awaitCallback(Start start) {
+  return boost::asio::async_initiate<const boost::asio::use_awaitable_t<>, void(Values...)>(
+      [](auto handler, Start begin) {
+        auto shared = std::make_shared<decltype(handler)>(std::move(handler));
+        begin([shared](Values... values) { std::move (*shared)(std::move(values)...); });
+      },
+      boost::asio::use_awaitable, std::move(start));
+}
+
+/// Runs blocking `work` on `background` and resumes on `executor` with its result.
+template <class Work>
+auto awaitBackground(Background& background, std::shared_ptr<MainExecutor> executor, Work work) {
+  using Value = std::invoke_result_t<Work>;
+  return awaitCallback<Value>(
+      [&background, executor = std::move(executor), work = std::move(work)](auto resume) {
+        background.run([executor, work, resume] {
+          executor->post([resume, value = std::make_shared<Value>(work())] { resume(std::move(*value)); });
+        });
+      });
+}
+
+}  // namespace quellin
