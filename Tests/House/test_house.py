@@ -34,6 +34,13 @@ class IncludeDirections(Tree):
         self.assertEqual(house.include_violations(self.root),
                          ["QuellinCore/Support/A.h: QuellinCore/Support must not include QuellinCore/Models/B.h"])
 
+    def test_an_included_file_exists_or_is_configured(self):
+        self.write("QuellinHelper/A.h", '#include "QuellinHelper/Version.h"\n')
+        self.assertEqual(house.include_violations(self.root),
+                         ["QuellinHelper/A.h: includes QuellinHelper/Version.h, which is not there"])
+        self.write("QuellinHelper/Version.h.in", "")
+        self.assertEqual(house.include_violations(self.root), [])
+
     def test_sessions_reach_the_process_service_only(self):
         self.write("QuellinCore/Services/ProcessActivityService.h", "")
         self.write("QuellinCore/Services/Other.h", "")
