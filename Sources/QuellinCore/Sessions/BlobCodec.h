@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "QuellinCore/Sessions/BlobCompressor.h"
+#include "QuellinCore/Sessions/BlobShape.h"
+
+namespace quellin {
+
+/// What a blob holds. Blobs of one role resemble each other.
+enum class BlobRole : std::uint8_t { snapshot, processActivity, proTelemetry };
+
+/// The stored form of blobs: a format byte, a CRC-32C, and the blob, alone or as its differences from an
+/// earlier blob of the same session, a reference. Blobs come back byte for byte; damaged ones come back as no
+/// value. Every stored blob is readable with the references alone. The layout is described in
+/// docs/formats.md. One thread at a time may use it.
+class BlobCodec {
+ public:
+  /// Whether another reference of this role would be of use.
+  [[nodiscard]] bool hasRoomFor(BlobRole role, std::string_view blob) const;
+
+  /// Makes `blob` reference number `number` (from 0), which must be free.
+  void addReference(std::uint32_t number, BlobRole role, std::string blob);
+
+  /// The number that the next reference gets.
+  [[nodiscard]] std::uint32_t nextReference() const { return nextReference_; }
+  /// Leaves `number` and all before it unused: a reference that cannot be read.
+  void skipReference(std::uint32_t number);
+
+  /// The stored form of a blob that differs from a reference by nothing but its numbers; no value for any
+  /// other.
+  [[nodiscard]] std::optional<std::string> encodeAsNumbers(BlobRole role, std::string_view blob) const;
+
+  /// The stored form of any blob, compressed against the first reference of its role where that makes it
+  /// smaller.
+  [[nodiscard]] std::string encode(BlobRole role, std::string_view blob);
+
+  /// The blob of a stored form; no value when it is damaged or names a reference that is not there.
+  [[nodiscard]] std::optional<std::string> decode(std::string_view stored);
+
+ private:
+  struct Reference {
+    Reference(BlobRole blobRole, std::string blob);
+
+    BlobRole role;
+    BlobShape shape;
+    BlobCompressor compressor;
+  };
+
+  [[nodiscard]] std::optional<std::string> decodeCompressed(std::string_view payload);
+  [[nodiscard]] std::optional<std::string> decodeNumbers(std::string_view payload) const;
+
+  std::map<std::uint32_t, Reference> references_;  // node-based: compressors point into their shapes
+  BlobCompressor alone_{{}};
+  std::uint32_t nextReference_ = 0;
+};
+
+}  // namespace quellin
