@@ -8,6 +8,7 @@
 
 #include "QuellinCore/Sessions/Query.h"
 #include "QuellinCore/Sessions/StoreSchema.h"
+#include "QuellinCore/Sessions/Transaction.h"
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinCore/Support/SystemError.h"
 
@@ -64,11 +65,24 @@ void closeToOthers(const std::filesystem::path& path) {
   }
 }
 
-void useWriteAheadLog(Database& database) {
+std::string switchedJournal(Database& database) {
   Query query(database, "PRAGMA journal_mode = WAL");
   query.step();
-  if (query.bytes(0) != "wal")
-    throw database.error(StoreError::Kind::cannotOpen, "the file system cannot hold a log");
+  return std::string(query.bytes(0));
+}
+
+// While others open the same file, the switch answers "locked" without waiting; a transaction waits its turn.
+void useWriteAheadLog(Database& database) {
+  constexpr int attempts = 50;
+  for (int attempt = 1;; ++attempt) {
+    try {
+      if (switchedJournal(database) == "wal") return;
+      throw database.error(StoreError::Kind::cannotOpen, "the file system cannot hold a log");
+    } catch (const StoreError& error) {
+      if (error.kind() != StoreError::Kind::locked || attempt == attempts) throw;
+      Transaction(database).rollback();
+    }
+  }
 }
 
 }  // namespace

@@ -120,19 +120,18 @@ void requireKnown(const Database& database, const StoreIdentity& identity) {
 
 void migrate(Database& database) {
   while (true) {
-    const StoreIdentity seen = storeIdentity(database);
-    requireKnown(database, seen);
-    if (seen.version == storeVersion) return requireWholeSchema(database);
+    if (database.integer("PRAGMA user_version") == storeVersion) break;
     Transaction transaction(database);
-    const StoreIdentity identity = storeIdentity(database);  // another process may have been faster
+    const StoreIdentity identity = storeIdentity(database);
     requireKnown(database, identity);
-    if (identity.version < storeVersion) {
+    if (identity.version < storeVersion) {  // another process may have been faster
       database.execute(steps.at(static_cast<std::size_t>(identity.version)));
       database.execute("PRAGMA application_id = " + std::to_string(storeApplicationID) +
                        "; PRAGMA user_version = " + std::to_string(identity.version + 1));
     }
     transaction.commit();
   }
+  requireWholeSchema(database);
 }
 
 }  // namespace quellin
