@@ -1,0 +1,293 @@
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "QuellinHelper/PowermetricsSampler.h"
+#include "Support/ManualClock.h"
+#include "Support/TemporaryFolder.h"
+
+namespace quellin {
+namespace {
+
+namespace fs = std::filesystem;
+using testing_support::contentOf;
+using testing_support::ManualMonotonicClock;
+using testing_support::ManualWallClock;
+using testing_support::TemporaryFolder;
+
+/// Returns once a child of this process has ended, without collecting it.
+void awaitChildEnd() {
+  siginfo_t info{};
+  while (waitid(P_ALL, 0, &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+  }
+}
+
+/// Stand-ins for the measuring tool are scripts. They see their output path as $output.
+class PowermetricsSamplerTest : public testing::Test {
+ protected:
+  PowermetricsSamplerTest() : _temporary(_folder.pathOf("temporary")) { fs::create_directory(_temporary); }
+
+  /// A measurement with a script in place of the tool; `onSleep` takes the place of time passing.
+  ProTelemetrySnapshot sampleWith(const std::string& script, std::function<void()> onSleep = awaitChildEnd) {
+    const std::string body = "while [ \"$1\" != -o ]; do shift; done; output=$2\n" + script;
+    return sampleFrom(_folder.writeScript("tool", body), std::move(onSleep));
+  }
+
+  ProTelemetrySnapshot sampleFrom(const std::string& executable,
+                                  std::function<void()> onSleep = awaitChildEnd) {
+    _clock.onSleep = [onSleep = std::move(onSleep)](Seconds) { onSleep(); };
+    PowermetricsSampler sampler{executable, _temporary, _wallClock, _clock};
+    ProTelemetrySnapshot snapshot = sampler.sample();
+    _interruption = sampler.interruption();
+    expectNothingLeft();
+    return snapshot;
+  }
+
+  void expectNothingLeft() const {
+    EXPECT_TRUE(fs::is_empty(_temporary)) << "a file was left behind";
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was left behind";
+    EXPECT_EQ(errno, ECHILD);
+  }
+
+  void expectFailure(const ProTelemetrySnapshot& snapshot, const std::string& error) const {
+    ProTelemetrySnapshot expected;
+    expected.source = "powermetrics";
+    expected.sampledAt = _wallClock.now();
+    expected.sampleIntervalMilliseconds = 1000;
+    expected.error = error;
+    EXPECT_EQ(snapshot, expected) << snapshot.error.value_or("no error");
+  }
+
+  TemporaryFolder _folder;
+  std::string _temporary;
+  ManualWallClock _wallClock{instantAt(1'740'821'412.5)};
+  ManualMonotonicClock _clock;
+  std::optional<int> _interruption;
+};
+
+TEST_F(PowermetricsSamplerTest, ReportsWhatTheToolWrote) {
+  const std::string stream =
+      _folder.write("stream", R"(<plist><dict><key>cpu_power</key><integer>4523</integer>
+<key>tasks</key><array><dict><key>pid</key><integer>7</integer><key>name</key><string>p</string>
+<key>energy_impact</key><real>1.5</real></dict></array></dict></plist>)");
+  const auto snapshot = sampleWith("cat '" + stream + "' > \"$output\"");
+  EXPECT_EQ(snapshot,
+            (ProTelemetrySnapshot{.isAvailable = true,
+                                  .source = "powermetrics --show-process-energy",
+                                  .sampledAt = _wallClock.now(),
+                                  .sampleIntervalMilliseconds = 1000,
+                                  .processes = {ProProcessEnergy{7, "p", 1.5, {}, {}, {}}},
+                                  .cpuPowerWatts = 4.523,
+                                  .gpuPowerWatts = {},
+                                  .anePowerWatts = {},
+                                  .rawSampleSummary =
+                                      "Parsed 1 plist sample(s), 1 process energy row(s); power keys: "
+                                      "cpu=exact:cpu_power raw=4523 normalized=4.523W",
+                                  .error = {}}));
+  EXPECT_EQ(_interruption, std::nullopt);
+}
+
+TEST_F(PowermetricsSamplerTest, PassesTheArgumentsInOrder) {
+  const std::string seen = _folder.pathOf("seen");
+  const std::string tool = _folder.writeScript("tool", "printf '%s\\n' \"$@\" > '" + seen + "'");
+  static_cast<void>(sampleFrom(tool));
+  EXPECT_THAT(contentOf(seen),
+              testing::MatchesRegex("-n\n1\n-i\n1000\n--show-process-energy\n--samplers\n"
+                                    "tasks,cpu_power,gpu_power,ane_power\n-f\nplist\n-o\n" +
+                                    _temporary + "/quellin-powermetrics-[0-9A-F-]{36}\\.pliststream\n"));
+}
+
+TEST_F(PowermetricsSamplerTest, TheToolSeesAMinimalEnvironmentAndAnEmptyInput) {
+  const std::string seen = _folder.pathOf("seen");
+  ASSERT_EQ(setenv("QUELLIN_TEST_SECRET", "1", 1), 0);
+  static_cast<void>(
+      sampleWith("{ /usr/bin/env | /usr/bin/grep -v -e ^PWD= -e ^_= -e ^OLDPWD= -e ^SHLVL=; "
+                 "/usr/bin/wc -c; } > '" +
+                 seen + "'"));
+  unsetenv("QUELLIN_TEST_SECRET");
+  EXPECT_EQ(contentOf(seen), "PATH=/usr/bin:/bin:/usr/sbin:/sbin\n0\n");
+}
+
+TEST_F(PowermetricsSamplerTest, AToolThatCannotBeStartedGivesTheSystemsDescription) {
+  expectFailure(sampleFrom(_folder.pathOf("none")), "No such file or directory");
+  expectFailure(sampleFrom(_folder.write("data", "x")), "Permission denied");
+}
+
+TEST_F(PowermetricsSamplerTest, NoOutputFileMeansNoStart) {
+  const std::string ran = _folder.pathOf("ran");
+  const std::string tool = _folder.writeScript("tool", "touch '" + ran + "'");
+  PowermetricsSampler sampler{tool, _folder.pathOf("missing"), _wallClock, _clock};
+  expectFailure(sampler.sample(), "No such file or directory");
+  EXPECT_FALSE(fs::exists(ran));
+}
+
+TEST_F(PowermetricsSamplerTest, ANonZeroExitGivesTheTrimmedErrorTextOrTheStatus) {
+  expectFailure(sampleWith("echo x > \"$output\"; printf ' \\n\\tmust be the superuser \\n\\n' >&2; exit 1"),
+                "must be the superuser");
+  expectFailure(sampleWith("exit 3"), "powermetrics exited with status 3");
+  expectFailure(sampleWith("printf ' \\n' >&2; exit 4"), "powermetrics exited with status 4");
+  expectFailure(sampleWith("printf '\\377' >&2; exit 5"), "powermetrics exited with status 5");
+  expectFailure(sampleWith("kill -KILL $$"), "powermetrics exited with status 9");
+}
+
+TEST_F(PowermetricsSamplerTest, AMissingOrEmptyOutputFileIsAFailureOfStatus0) {
+  expectFailure(sampleWith("exit 0"), "powermetrics exited with status 0");
+  expectFailure(sampleWith("rm \"$output\""), "powermetrics exited with status 0");
+  expectFailure(sampleWith("echo unhappy >&2; : > \"$output\""), "unhappy");
+}
+
+TEST_F(PowermetricsSamplerTest, ErrorTextIsNoFailureWhenThereIsOutput) {
+  const auto snapshot = sampleWith("echo noise >&2; echo '<dict/>' > \"$output\"");
+  EXPECT_TRUE(snapshot.isAvailable);
+  EXPECT_EQ(snapshot.error, std::nullopt);
+  EXPECT_EQ(snapshot.rawSampleSummary, "Parsed 1 plist sample(s), 0 process energy row(s); power keys: ");
+}
+
+TEST_F(PowermetricsSamplerTest, OutputWithoutAPropertyListIsShown) {
+  const auto snapshot = sampleWith("printf 'no list' > \"$output\"");
+  EXPECT_FALSE(snapshot.isAvailable);
+  EXPECT_EQ(snapshot.source, "powermetrics --show-process-energy");
+  EXPECT_EQ(snapshot.error, "powermetrics returned no parseable plist samples");
+  EXPECT_EQ(snapshot.rawSampleSummary, "no list");
+  EXPECT_EQ(snapshot.sampledAt, _wallClock.now());
+}
+
+TEST_F(PowermetricsSamplerTest, AnotherFileInTheOutputsPlaceIsNotReadAndIsRemoved) {
+  const std::string other = _folder.write("other", "<dict/>");
+  expectFailure(sampleWith("ln -sf '" + other + "' \"$output\""), "powermetrics exited with status 0");
+  expectFailure(sampleWith("cp '" + other + "' \"$output.new\"; mv \"$output.new\" \"$output\""),
+                "powermetrics exited with status 0");
+  EXPECT_EQ(contentOf(other), "<dict/>");
+}
+
+TEST_F(PowermetricsSamplerTest, OutputBeyondTheLimitIsNotRead) {
+  expectFailure(sampleWith("truncate -s " + std::to_string(SampleFile::sizeLimit + 1) + " \"$output\""),
+                "powermetrics exited with status 0");
+}
+
+TEST_F(PowermetricsSamplerTest, AHangingToolIsEndedAfter15Seconds) {
+  const Seconds start = _clock.now();
+  // Time passes by itself up to the limit; after that the tool is awaited.
+  expectFailure(sampleWith("exec sleep 600",
+                           [this, start] {
+                             if (_clock.now() - start > Seconds{15.5}) awaitChildEnd();
+                           }),
+                "powermetrics timed out");
+  // The tool is given a moment to end once it has been asked.
+  EXPECT_GE(_clock.now() - start, Seconds{15});
+  EXPECT_LE(_clock.now() - start, Seconds{15.6});
+  EXPECT_THAT(_clock.sleeps, testing::Each(Seconds{0.05}));
+}
+
+TEST_F(PowermetricsSamplerTest, AHangingToolIsAskedBeforeItIsKilled) {
+  const std::string ready = _folder.pathOf("ready");
+  ASSERT_EQ(mkfifo(ready.c_str(), 0600), 0);
+  const Seconds start = _clock.now();
+  bool isReady = false;
+  const std::string script =
+      "sleep 600 & sleeper=$!\n"
+      "trap 'kill $sleeper; echo asked > \"" +
+      _folder.pathOf("asked") +
+      "\"; exit 0' TERM\n"
+      "echo > '" +
+      ready + "'; wait";
+  expectFailure(sampleWith(script,
+                           [&] {
+                             if (!isReady) isReady = !contentOf(ready).empty();
+                             if (_clock.now() - start > Seconds{15.5}) awaitChildEnd();
+                           }),
+                "powermetrics timed out");
+  EXPECT_EQ(contentOf(_folder.pathOf("asked")), "asked\n");
+}
+
+TEST_F(PowermetricsSamplerTest, AToolThatDoesNotHeedIsKilled) {
+  const std::string ready = _folder.pathOf("ready");
+  ASSERT_EQ(mkfifo(ready.c_str(), 0600), 0);
+  bool isReady = false;
+  expectFailure(sampleWith("trap '' TERM; echo > '" + ready + "'; exec sleep 600",
+                           [&] {
+                             if (!isReady) isReady = !contentOf(ready).empty();
+                           }),
+                "powermetrics timed out");
+}
+
+TEST_F(PowermetricsSamplerTest, ASignalEndsTheWaitAndIsReported) {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+    const Seconds start = _clock.now();
+    bool isSent = false;
+    expectFailure(sampleWith("exec sleep 600",
+                             [&isSent, number] {
+                               if (isSent) return awaitChildEnd();
+                               isSent = kill(getpid(), number) == 0;
+                             }),
+                  "powermetrics was interrupted");
+    EXPECT_EQ(_interruption, number);
+    EXPECT_LT((_clock.now() - start).count(), 0.2);
+  }
+}
+
+TEST_F(PowermetricsSamplerTest, ASignalDuringASuccessfulRunIsReportedToo) {
+  const std::string go = _folder.pathOf("go");
+  ASSERT_EQ(mkfifo(go.c_str(), 0600), 0);
+  const auto snapshot = sampleWith("read line < '" + go + "'; echo '<dict/>' > \"$output\"", [this] {
+    kill(getpid(), SIGTERM);
+    _folder.write("go", "on\n");
+    awaitChildEnd();
+  });
+  EXPECT_TRUE(snapshot.isAvailable);
+  EXPECT_EQ(_interruption, SIGTERM);
+}
+
+TEST_F(PowermetricsSamplerTest, AnInterruptionIsForgottenByTheNextMeasurement) {
+  _clock.onSleep = [](Seconds) { awaitChildEnd(); };
+  const std::string tool = _folder.writeScript("tool", "exit 0");
+  PowermetricsSampler sampler{tool, _temporary, _wallClock, _clock};
+  // Held back by nobody yet, the signal is blocked here by hand so that it waits for the sampler.
+  BlockedSignals signals;
+  kill(getpid(), SIGHUP);
+  static_cast<void>(sampler.sample());
+  EXPECT_EQ(sampler.interruption(), SIGHUP);
+  static_cast<void>(sampler.sample());
+  EXPECT_EQ(sampler.interruption(), std::nullopt);
+}
+
+TEST_F(PowermetricsSamplerTest, TheToolStartsWithNoSignalHeldBack) {
+  const std::string seen = _folder.pathOf("seen");
+  static_cast<void>(sampleWith("/usr/bin/grep SigBlk /proc/self/status > '" + seen + "'"));
+  EXPECT_THAT(contentOf(seen), testing::MatchesRegex("SigBlk:\t0+\n"));
+}
+
+TEST(PowermetricsSamplerDeathTest, AnImpossibleIdentifierEndsTheProcessWithNoFileLeft) {
+  const TemporaryFolder folder;
+  const std::string temporary = folder.pathOf("temporary");
+  fs::create_directory(temporary);
+  const std::string tool =
+      folder.writeScript("tool",
+                         "while [ \"$1\" != -o ]; do shift; done\n"
+                         "echo '<dict><key>pid</key><integer>4294967296</integer></dict>' > \"$2\"");
+  EXPECT_DEATH(
+      {
+        PowermetricsSampler sampler(tool, temporary);
+        static_cast<void>(sampler.sample());
+      },
+      "");
+  EXPECT_TRUE(fs::is_empty(temporary));
+}
+
+TEST(SystemTemporaryFolderTest, DoesNotAskTheEnvironment) {
+  ASSERT_EQ(setenv("TMPDIR", "/attacker", 1), 0);
+  EXPECT_EQ(systemTemporaryFolder(), "/tmp");
+  unsetenv("TMPDIR");
+}
+
+}  // namespace
+}  // namespace quellin
