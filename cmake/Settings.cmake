@@ -7,7 +7,16 @@ target_compile_options(QuellinSettings INTERFACE
   -fvisibility=hidden -fstack-protector-strong
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 
+# clang calls std::stable_sort deprecated for what libstdc++ 12 does inside it.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND NOT APPLE)
+  target_compile_options(QuellinSettings INTERFACE -Wno-deprecated-declarations)
+endif()
+
 if(QUELLIN_SANITIZERS)
+  # GCC cannot follow the fences of Boost.Asio under the thread sanitizer, and says so as a warning.
+  if(QUELLIN_SANITIZERS STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(QuellinSettings INTERFACE -Wno-tsan)
+  endif()
   set(sanitizerFlags -fsanitize=${QUELLIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(QuellinSettings INTERFACE ${sanitizerFlags})
   target_link_options(QuellinSettings INTERFACE ${sanitizerFlags})
