@@ -21,6 +21,11 @@ template <>
 inline constexpr std::array rawValues<Command>{"status-json"sv, "read-temperatures-json"sv,
                                                "read-pro-telemetry-json"sv};
 
+void QuellinHelperMain::main(std::span<char* const> arguments) {
+  const std::vector<std::string> texts(arguments.begin(), arguments.end());
+  std::exit(static_cast<int>(answer(texts, HelperSurroundings::ofThisProcess())));
+}
+
 ExitStatus QuellinHelperMain::answer(std::span<const std::string> arguments, const HelperSurroundings& with) {
   const auto command = arguments.size() < 2 ? std::nullopt : fromRawValue<Command>(arguments[1]);
   if (!command) {

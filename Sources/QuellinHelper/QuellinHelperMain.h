@@ -35,11 +35,18 @@ struct HelperSurroundings {
   /// command.
   std::function<std::vector<TemperatureSensor>()> readTemperatures;
   std::function<ProTelemetrySnapshot()> sampleProTelemetry;
+
+  /// This process with the machine's own readings.
+  [[nodiscard]] static HelperSurroundings ofThisProcess();
 };
 
 /// The tool from its arguments to its exit status. Single-threaded.
 class QuellinHelperMain {
  public:
+  /// Answers the arguments of the process, the program name being the first, and ends the process. A signal
+  /// that cut the telemetry short ends it before anything is written.
+  [[noreturn]] static void main(std::span<char* const> arguments);
+
   /// Answers the one command word in `arguments`; returns how the process is to end. Writes one JSON document
   /// to standard output, or one line to standard error, or nothing when the output itself fails.
   [[nodiscard]] static ExitStatus answer(std::span<const std::string> arguments,

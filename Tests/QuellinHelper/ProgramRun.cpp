@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <grp.h>
+#include <ostream>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -55,6 +56,11 @@ ProgramResult RunningProgram::finish() {
   if (WIFEXITED(status)) result.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
   return result;
+}
+
+void PrintTo(const ProgramResult& result, std::ostream* stream) {
+  *stream << "exit status " << result.exitStatus << ", signal " << result.signal << ", output \""
+          << result.output << "\", error \"" << result.error << "\"";
 }
 
 ProgramResult runProgram(const ProgramStart& start) { return RunningProgram{start}.finish(); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <iosfwd>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -26,6 +27,9 @@ struct ProgramResult {
 
   bool operator==(const ProgramResult&) const = default;
 };
+
+/// Shows a result in the messages of failed tests.
+void PrintTo(const ProgramResult& result, std::ostream* stream);
 
 /// A started program, its standard input empty, its outputs on pipes.
 class RunningProgram {
