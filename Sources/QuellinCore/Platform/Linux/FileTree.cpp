@@ -74,7 +74,9 @@ class DirectoryTree final : public FileTree {
     return remainingNames(*stream);
   }
 
-  std::string displayPath(const std::string& path) const override { return root_ + "/" + path; }
+  std::string displayPath(const std::string& path) const override {
+    return path.empty() ? root_ : root_ + "/" + path;
+  }
 
  private:
   std::string root_;

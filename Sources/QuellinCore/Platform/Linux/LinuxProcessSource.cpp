@@ -12,7 +12,8 @@ namespace {
 
 constexpr const char* sourceName = "Processes";
 constexpr const char* firstProcess = "1";
-constexpr const char* permission = "Run as root to see all processes and their disk traffic.";
+constexpr const char* permission =
+    "Run as root, with the capability CAP_SYS_PTRACE, to see all processes and their disk traffic.";
 
 }  // namespace
 

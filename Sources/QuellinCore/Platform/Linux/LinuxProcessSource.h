@@ -14,7 +14,7 @@ namespace quellin {
 /// CPU time is that of the whole process, to the nanosecond; how it divides into user and system time is
 /// known in clock ticks only. Wakeups are the voluntary context switches of the main thread, which is the
 /// nearest that Linux counts. Disk traffic is what passed the block layer, where this process may know. There
-/// is no energy per process. Names are the kernel's own, at most 15 bytes.
+/// is no energy per process. Names are the kernel's own: 15 bytes at most, more for its own workers.
 ///
 /// A process whose CPU clock stands still between the two snapshots of a scan has done nothing, so its files
 /// are not opened again. No descriptor is kept between the snapshots; the start time tells a taken-over id

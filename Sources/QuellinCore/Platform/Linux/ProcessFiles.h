@@ -9,7 +9,7 @@ namespace quellin {
 
 /// What /proc/PID/stat says of a process and all its threads, those that have ended included.
 struct ProcessStat {
-  std::string name;               ///< at most 15 bytes, of any kind
+  std::string name;               ///< bytes of any kind: 15 at most, more for the kernel's own workers
   std::uint64_t userTicks = 0;    ///< clock ticks
   std::uint64_t systemTicks = 0;  ///< clock ticks
   std::uint64_t startTicks = 0;   ///< clock ticks from the boot to the start of the process

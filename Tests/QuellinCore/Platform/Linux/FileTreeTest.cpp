@@ -55,6 +55,7 @@ TEST_F(FileTreeTest, AMissingRootFailsEveryOperation) {
 
 TEST_F(FileTreeTest, PathsAreShownFromTheRoot) {
   EXPECT_EQ(directoryTree("/sys")->displayPath("class/hwmon"), "/sys/class/hwmon");
+  EXPECT_EQ(directoryTree("/proc")->displayPath(""), "/proc");
 }
 
 }  // namespace
