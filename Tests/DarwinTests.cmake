@@ -14,6 +14,10 @@ set(darwinIncludes ${PROJECT_SOURCE_DIR}/cmake/macos/include ${CMAKE_CURRENT_SOU
 quellin_add_tests(DarwinTests SOURCES ${darwinTests} ${darwinSources} LIBRARIES QuellinCore)
 target_include_directories(DarwinTests SYSTEM PRIVATE ${darwinIncludes})
 
+# The HID functions are looked up by name in the process itself, and the fakes watch over each look-up.
+set_target_properties(DarwinTests PROPERTIES ENABLE_EXPORTS ON)
+target_link_options(DarwinTests PRIVATE LINKER:--wrap=dlopen,--wrap=dlsym,--wrap=dlclose,--wrap=dlerror)
+
 # Each misuse of an owned handle has to be refused by the compiler, and the same file without it accepted.
 set(misuseSource ${CMAKE_CURRENT_SOURCE_DIR}/QuellinCore/Platform/Darwin/OwnedMisuse.cpp)
 file(STRINGS ${misuseSource} misuseLines REGEX "defined\\(MISUSE_")

@@ -23,8 +23,8 @@ FakeDarwin& FakeDarwin::current() {
 
 std::vector<std::string> FakeDarwin::leaks() const {
   std::vector<std::string> leaked = objects.leaks();
-  const std::vector<std::string> ports = ioKit.leaks();
-  leaked.insert(leaked.end(), ports.begin(), ports.end());
+  for (const auto& more : {ioKit.leaks(), loader.leaks()})
+    leaked.insert(leaked.end(), more.begin(), more.end());
   return leaked;
 }
 

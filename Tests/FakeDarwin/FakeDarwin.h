@@ -4,7 +4,11 @@
 #include <vector>
 
 #include "FakeDarwin/CallLog.h"
+#include "FakeDarwin/FakeCoreFoundation.h"
+#include "FakeDarwin/FakeHID.h"
 #include "FakeDarwin/FakeIOKit.h"
+#include "FakeDarwin/FakeLoader.h"
+#include "FakeDarwin/FakePowerSources.h"
 #include "FakeDarwin/Ledger.h"
 #include "FakeDarwin/ObjectTable.h"
 
@@ -29,7 +33,11 @@ class FakeDarwin {
   CallLog calls;
   Ledger ledger;
   ObjectTable objects{ledger};
+  FakeCoreFoundation coreFoundation{objects};
   FakeIOKit ioKit{ledger};
+  FakeHID hid;
+  FakeLoader loader{ledger};
+  FakePowerSources powerSources;
 };
 
 }  // namespace quellin::fake

@@ -11,13 +11,30 @@ constexpr mach_port_t firstPort = 0x1003;  // any number but 0: names are opaque
 }  // namespace
 
 void FakeIOKit::addService(std::string className, StructMethod method) {
-  services_.push_back({.className = std::move(className), .method = std::move(method)});
+  services_.push_back({.identity = {.by = Matching::By::className, .text = std::move(className)},
+                       .method = std::move(method),
+                       .properties = {}});
 }
 
-io_service_t FakeIOKit::lookUp(const std::string& className) {
-  const auto found = std::ranges::find(services_, className, &Service::className);
+void FakeIOKit::addEntry(std::string name, ObjectMaker properties) {
+  services_.push_back({.identity = {.by = Matching::By::name, .text = std::move(name)},
+                       .method = {},
+                       .properties = std::move(properties)});
+}
+
+io_service_t FakeIOKit::lookUp(const Matching& matching) {
+  const auto found = std::ranges::find_if(services_, [&](const Service& service) {
+    return service.identity.by == matching.by && service.identity.text == matching.text;
+  });
   if (found == services_.end()) return 0;
   return newPort(PortKind::service, static_cast<std::size_t>(found - services_.begin()));
+}
+
+CFTypeRef FakeIOKit::properties(io_service_t service) {
+  const Port* port = live(service, PortKind::service);
+  if (port == nullptr) return nullptr;
+  const ObjectMaker& make = services_[port->service].properties;
+  return make ? make() : nullptr;
 }
 
 io_connect_t FakeIOKit::connect(io_service_t service, std::uint32_t type) {
@@ -50,7 +67,7 @@ std::vector<std::string> FakeIOKit::leaks() const {
   for (const auto& [name, port] : ports_) {
     if (!port.isLive) continue;
     const char* what = port.kind == PortKind::service ? "service not released: " : "connection not closed: ";
-    leaked.push_back(what + services_[port.service].className);
+    leaked.push_back(what + services_[port.service].identity.text);
   }
   return leaked;
 }

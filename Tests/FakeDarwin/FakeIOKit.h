@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "FakeDarwin/FakeCoreFoundation.h"
 #include "FakeDarwin/Ledger.h"
 
 namespace quellin::fake {
@@ -14,6 +15,13 @@ namespace quellin::fake {
 /// The kernel's answer to a struct call: selector, input and its size, output and the place of its size.
 using StructMethod =
     std::function<kern_return_t(std::uint32_t, const void*, std::size_t, void*, std::size_t*)>;
+
+/// How a service is looked for.
+struct Matching {
+  enum class By { className, name };
+  By by = By::className;
+  std::string text;
+};
 
 /// The registry's services, and the port names that the code under test holds on them.
 class FakeIOKit {
@@ -23,8 +31,14 @@ class FakeIOKit {
   /// Puts a service of `className` into the registry; its user client answers with `method`.
   void addService(std::string className, StructMethod method = {});
 
-  /// A new name for the first service of a class, 0 when there is none.
-  io_service_t lookUp(const std::string& className);
+  /// Puts an entry called `name` into the registry, whose properties `properties` makes anew for each caller.
+  void addEntry(std::string name, ObjectMaker properties);
+
+  /// A new name for the first service that matches, 0 when there is none.
+  io_service_t lookUp(const Matching& matching);
+
+  /// The properties of the service behind a name, with one reference, which is the caller's.
+  CFTypeRef properties(io_service_t service);
 
   /// A new connection to the service behind a name, of the connection type asked for.
   io_connect_t connect(io_service_t service, std::uint32_t type);
@@ -54,8 +68,9 @@ class FakeIOKit {
   enum class PortKind { service, connection };
 
   struct Service {
-    std::string className;
+    Matching identity;
     StructMethod method;
+    ObjectMaker properties;
   };
 
   struct Port {

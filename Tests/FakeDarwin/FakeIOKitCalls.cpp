@@ -8,17 +8,25 @@
 namespace {
 
 using quellin::fake::FakeDarwin;
+using quellin::fake::Matching;
 
 class MatchingDictionary final : public quellin::fake::Object {
  public:
-  explicit MatchingDictionary(std::string className) : className_(std::move(className)) {}
+  explicit MatchingDictionary(Matching matching) : matching_(std::move(matching)) {}
 
   [[nodiscard]] std::string kind() const override { return "matching dictionary"; }
-  [[nodiscard]] const std::string& className() const { return className_; }
+  [[nodiscard]] const Matching& matching() const { return matching_; }
 
  private:
-  std::string className_;
+  Matching matching_;
 };
+
+CFMutableDictionaryRef makeMatching(const char* function, Matching matching) {
+  FakeDarwin& system = FakeDarwin::current();
+  if (system.calls.enter(function)) return nullptr;
+  return static_cast<CFMutableDictionaryRef>(
+      system.objects.add(std::make_unique<MatchingDictionary>(std::move(matching))));
+}
 
 }  // namespace
 
@@ -34,10 +42,11 @@ kern_return_t IOObjectRelease(io_object_t object) {
 }
 
 CFMutableDictionaryRef IOServiceMatching(const char* className) {
-  FakeDarwin& system = FakeDarwin::current();
-  if (system.calls.enter(__func__)) return nullptr;
-  return static_cast<CFMutableDictionaryRef>(
-      system.objects.add(std::make_unique<MatchingDictionary>(className)));
+  return makeMatching(__func__, {.by = Matching::By::className, .text = className});
+}
+
+CFMutableDictionaryRef IOServiceNameMatching(const char* name) {
+  return makeMatching(__func__, {.by = Matching::By::name, .text = name});
 }
 
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching) {
@@ -46,9 +55,9 @@ io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef m
   if (mainPort != kIOMainPortDefault) system.ioKit.violation("a main port other than the default");
   if (matching == nullptr) return 0;
   const auto* dictionary = system.objects.as<MatchingDictionary>(matching);
-  const std::string className = dictionary == nullptr ? "" : dictionary->className();
+  const Matching wanted = dictionary == nullptr ? Matching{} : dictionary->matching();
   system.objects.release(matching);
-  return failure ? 0 : system.ioKit.lookUp(className);
+  return failure ? 0 : system.ioKit.lookUp(wanted);
 }
 
 kern_return_t IOServiceOpen(io_service_t service, task_port_t owningTask, uint32_t type,
@@ -77,6 +86,21 @@ kern_return_t IOConnectCallStructMethod(mach_port_t connection, uint32_t selecto
   FakeDarwin& system = FakeDarwin::current();
   if (const auto failure = system.calls.enter(__func__)) return *failure;
   return system.ioKit.call(connection, selector, input, inputSize, output, outputSize);
+}
+
+kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMutableDictionaryRef* properties,
+                                                CFAllocatorRef allocator, IOOptionBits options) {
+  FakeDarwin& system = FakeDarwin::current();
+  const auto failure = system.calls.enter(__func__);
+  if (allocator != kCFAllocatorDefault || options != 0) system.ioKit.violation("an allocator or options");
+  if (failure) {
+    // What a failing call leaves here means nothing.
+    *properties = reinterpret_cast<CFMutableDictionaryRef>(std::uintptr_t{0xdead0});
+    return *failure;
+  }
+  // A registry that answers with another kind of object does so under this type, too.
+  *properties = static_cast<CFMutableDictionaryRef>(const_cast<void*>(system.ioKit.properties(entry)));
+  return KERN_SUCCESS;
 }
 
 }  // extern "C"

@@ -19,6 +19,11 @@ void ObjectTable::release(CFTypeRef reference) {
   if (entry != nullptr && --entry->references == 0) entry->object->dispose();
 }
 
+Object* ObjectTable::any(CFTypeRef reference) {
+  Entry* entry = live(reference, "used");
+  return entry == nullptr ? nullptr : entry->object.get();
+}
+
 int ObjectTable::references(CFTypeRef reference) const {
   const auto found = entries_.find(reference);
   return found == entries_.end() ? 0 : found->second.references;

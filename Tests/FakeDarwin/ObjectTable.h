@@ -22,6 +22,9 @@ class Object {
   /// The kind, as leaks and misuses name it.
   [[nodiscard]] virtual std::string kind() const = 0;
 
+  /// The kind, as code can ask for it; 1 for every kind that no code needs to tell apart.
+  [[nodiscard]] virtual CFTypeID typeID() const { return 1; }
+
   /// Called when the last reference is gone: gives back the references that the object holds.
   virtual void dispose() {}
 };
@@ -47,6 +50,9 @@ class ObjectTable {
     if (object == nullptr) ledger_.violation(entry->object->kind() + " taken for another kind of object");
     return object;
   }
+
+  /// The live object behind a reference, of any kind; null, and a noted misuse, when there is none.
+  Object* any(CFTypeRef reference);
 
   /// The references to an object; 0 once it is gone.
   [[nodiscard]] int references(CFTypeRef reference) const;

@@ -1,11 +1,10 @@
 #include <expected>
-#include <mach/mach_error.h>
-#include <string>
 #include <tuple>
 #include <utility>
 
 #include "QuellinCore/Platform/Darwin/CoreFoundationHandles.h"
 #include "QuellinCore/Platform/Darwin/IOKitHandles.h"
+#include "QuellinCore/Platform/Darwin/SourceFault.h"
 #include "QuellinCore/Platform/SMCSource.h"
 
 namespace quellin {
@@ -14,7 +13,9 @@ namespace {
 using darwin::OwnedCF;
 using darwin::OwnedIOConnection;
 using darwin::OwnedIOObject;
+using darwin::SourceFault;
 
+constexpr const char* sourceName = "SMC";
 constexpr const char* serviceClass = "AppleSMC";
 constexpr std::uint32_t connectionType = 2;
 
@@ -39,32 +40,16 @@ OwnedIOObject findService() {
   return OwnedIOObject::adopt(IOServiceGetMatchingService(kIOMainPortDefault, matching.release()));
 }
 
-SourceDiagnosis diagnosis(SourceAvailability availability, std::string reason) {
-  return {.source = "SMC",
-          .availability = availability,
-          .reason = std::move(reason),
-          .path = serviceClass,
-          .remedy = std::nullopt};
-}
-
-SourceDiagnosis refusal(kern_return_t code) {
-  const bool notPermitted = code == kIOReturnNotPermitted || code == kIOReturnNotPrivileged;
-  return diagnosis(notPermitted ? SourceAvailability::notPermitted : SourceAvailability::failed,
-                   std::string{"IOServiceOpen failed: "}.append(mach_error_string(code)));
-}
-
-std::expected<OwnedIOConnection, SourceDiagnosis> openUserClient() {
+std::expected<OwnedIOConnection, SourceFault> openUserClient() {
   const OwnedIOObject service = findService();
-  if (!service) {
-    return std::unexpected(diagnosis(SourceAvailability::absent, "This machine has no such service."));
-  }
+  if (!service) return std::unexpected(darwin::absentFault("This machine has no such service."));
   OwnedIOConnection connection;
   const kern_return_t code =
       IOServiceOpen(service.get(), mach_task_self(), connectionType, connection.outParameter());
   if (code != KERN_SUCCESS) {
     // What a failing open leaves in the place for the handle is not ours to close.
     std::ignore = connection.release();
-    return std::unexpected(refusal(code));
+    return std::unexpected(darwin::kernelFault("IOServiceOpen", code));
   }
   return connection;
 }
@@ -78,9 +63,9 @@ class DarwinSMCSource final : public SMCSource {
   }
 
   [[nodiscard]] SourceDiagnosis diagnose() override {
-    const auto connection = openUserClient();
-    if (!connection) return connection.error();
-    return diagnosis(SourceAvailability::available, "The user client can be opened.");
+    auto connection = openUserClient();
+    if (!connection) return darwin::faultDiagnosis(sourceName, std::move(connection.error()), serviceClass);
+    return darwin::availableDiagnosis(sourceName, "The user client can be opened.", serviceClass);
   }
 };
 

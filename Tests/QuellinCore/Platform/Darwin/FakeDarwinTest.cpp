@@ -1,4 +1,5 @@
 #include <IOKit/IOKitLib.h>
+#include <dlfcn.h>
 
 #include "FakeDarwin/DarwinTest.h"
 #include "FakeDarwin/FakeDarwin.h"
@@ -77,6 +78,27 @@ TEST_F(FakeDarwinTest, NotesAConnectionReleasedLikeAService) {
   EXPECT_THAT(system.ledger.takeViolations(), ElementsAre("not a service"));
   IOObjectRelease(service);
   IOServiceClose(connection);
+}
+
+TEST_F(FakeDarwinTest, LetsACollectionHoldItsElementsUntilItIsGone) {
+  CFStringRef element = system.coreFoundation.string("a");
+  CFArrayRef array = system.coreFoundation.array({element});
+  EXPECT_EQ(CFArrayGetValueAtIndex(array, 0), element);
+  CFRelease(array);
+  EXPECT_EQ(system.objects.references(element), 0);
+  EXPECT_EQ(CFStringGetLength(element), 0);
+  EXPECT_THAT(system.ledger.takeViolations(), ElementsAre("string used after its last release"));
+}
+
+TEST_F(FakeDarwinTest, NamesALibraryThatIsNotClosedAndNotesUsesOfAClosedOne) {
+  void* process = dlopen(nullptr, RTLD_NOW);
+  EXPECT_THAT(system.leaks(), ElementsAre("library not closed, handles: 1"));
+  EXPECT_NE(dlsym(process, "IOHIDEventGetFloatValue"), nullptr);
+  dlclose(process);
+  dlclose(process);
+  dlsym(process, "IOHIDEventGetFloatValue");
+  EXPECT_THAT(system.ledger.takeViolations(),
+              ElementsAre("library closed that is not open", "symbol looked up in a closed library"));
 }
 
 TEST_F(FakeDarwinTest, FailsTheCallsItIsToldTo) {
