@@ -1,11 +1,18 @@
 #include "QuellinCore/Models/SystemPowerState.h"
 
 #include <cmath>
+#include <string>
+
+#include "QuellinCore/Models/PowerReadingRules.h"
 
 namespace quellin {
 namespace {
 
-bool delivers(const BatteryInfo& battery) { return battery.wattage < 0; }
+// The magnitude of the battery's flow, where it is a flow of that kind.
+std::optional<double> batteryWatts(const std::optional<BatteryInfo>& battery, PowerReadingKind kind) {
+  if (!battery || batteryReadingKind(BatteryFlow::of(*battery)) != kind) return std::nullopt;
+  return std::abs(battery->wattage);
+}
 
 }  // namespace
 
@@ -15,18 +22,15 @@ std::optional<double> SystemPowerState::batteryTerminalWatts() const {
 }
 
 std::optional<double> SystemPowerState::batteryDischargeWatts() const {
-  if (!battery || battery->acConnected || !delivers(*battery)) return std::nullopt;
-  return std::abs(battery->wattage);
+  return batteryWatts(battery, PowerReadingKind::batteryDischarge);
 }
 
 std::optional<double> SystemPowerState::batteryChargeInputWatts() const {
-  if (!battery || !battery->isCharging || !(battery->wattage > 0)) return std::nullopt;
-  return battery->wattage;
+  return batteryWatts(battery, PowerReadingKind::batteryChargeInput);
 }
 
 std::optional<double> SystemPowerState::batterySupplementWatts() const {
-  if (!battery || !battery->acConnected || !delivers(*battery)) return std::nullopt;
-  return std::abs(battery->wattage);
+  return batteryWatts(battery, PowerReadingKind::batterySupplement);
 }
 
 std::optional<double> SystemPowerState::siliconWatts() const {
@@ -43,26 +47,13 @@ std::optional<double> SystemPowerState::displayAndOtherPower() const {
 }
 
 std::optional<PowerReading> SystemPowerState::primaryPowerReading() const {
-  if (const auto watts = batteryDischargeWatts()) {
-    return PowerReading{*watts, PowerReadingKind::batteryDischarge, "Battery draw",
-                        "SmartBattery whole-system draw while unplugged",
-                        PowerReadingConfidence::batteryTerminal};
-  }
-  if (const auto watts = batterySupplementWatts()) {
-    return PowerReading{*watts, PowerReadingKind::batterySupplement, "Battery supplement",
-                        "Battery is supplementing adapter input; not total system load",
-                        PowerReadingConfidence::batteryTerminal};
-  }
-  if (const auto watts = batteryChargeInputWatts()) {
-    return PowerReading{*watts, PowerReadingKind::batteryChargeInput, "Battery charge input",
-                        "SmartBattery charge rate; not total system load",
-                        PowerReadingConfidence::batteryTerminal};
-  }
-  if (const auto watts = siliconWatts()) {
-    return PowerReading{*watts, PowerReadingKind::ioReportSiliconPower, "IOReport silicon power",
-                        "CPU/GPU/ANE/DRAM energy model", PowerReadingConfidence::ioReport};
-  }
-  return std::nullopt;
+  const auto kind = primaryReadingKind(battery, power.has_value());
+  if (!kind) return std::nullopt;
+  const auto watts =
+      *kind == PowerReadingKind::ioReportSiliconPower ? siliconWatts() : batteryWatts(battery, *kind);
+  const PowerReadingTexts& texts = powerReadingTexts(*kind);
+  return PowerReading{*watts, *kind, std::string(texts.label), std::string(texts.summary),
+                      powerReadingConfidence(*kind)};
 }
 
 }  // namespace quellin
