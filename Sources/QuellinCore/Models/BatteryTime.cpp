@@ -9,7 +9,7 @@
 namespace quellin {
 namespace {
 
-constexpr std::uint64_t minutesPerWeek = 7 * 24 * 60;
+constexpr std::uint64_t minutesPerWeek = 10080;
 constexpr double milliamperesPerAmpere = 1000;
 constexpr double minutesPerHour = 60;
 constexpr double smallestFlowAmperes = 0.05;

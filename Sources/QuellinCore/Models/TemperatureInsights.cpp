@@ -76,13 +76,13 @@ std::array<std::optional<Reading>, 6> categorySlots(const TemperatureSelection& 
                                                     const std::optional<BatteryInfo>& battery,
                                                     bool includePeak) {
   auto peak = selection.siliconPeakReading();
-  auto cell = selection.batteryReading(battery);
+  auto batteryRow = selection.batteryReading(battery);
   auto storage = selection.categoryReading(&Traits::isStorageSensor, "storage", "Storage");
   auto memory = selection.categoryReading(&Traits::isMemorySensor, "memory", "Memory");
   auto ambient = selection.ambientReading();
   auto wireless = selection.categoryReading(&Traits::isWirelessSensor, "wireless", "Wireless");
-  if (includePeak) return {peak, cell, storage, memory, ambient, wireless};
-  return {storage, cell, memory, ambient, wireless, peak};
+  if (includePeak) return {peak, batteryRow, storage, memory, ambient, wireless};
+  return {storage, batteryRow, memory, ambient, wireless, peak};
 }
 
 std::vector<Reading> curatedReadings(std::span<const TemperatureSensor> sensors,

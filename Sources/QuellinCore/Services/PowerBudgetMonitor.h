@@ -20,10 +20,11 @@ struct PowerBudgetMonitor {
     bool operator==(const Alert&) const = default;
   };
 
-  std::optional<double> cpuThreshold;     ///< watts; absent switches the check off, here and below
-  std::optional<double> gpuThreshold;     ///< watts
-  std::optional<double> aneThreshold;     ///< watts
-  std::optional<double> systemThreshold;  ///< watts
+  // An absent limit switches its check off. All in watts.
+  std::optional<double> cpuThreshold = std::nullopt;     ///< against `cpuPower`
+  std::optional<double> gpuThreshold = std::nullopt;     ///< against `gpuPower`
+  std::optional<double> aneThreshold = std::nullopt;     ///< against `anePower`
+  std::optional<double> systemThreshold = std::nullopt;  ///< against `systemPower`
 
   /// An alert for every limit that `metrics` exceeds (equal is not exceeded), in the order CPU, GPU, ANE,
   /// System.

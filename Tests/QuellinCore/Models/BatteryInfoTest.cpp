@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryInfo.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -52,6 +53,32 @@ INSTANTIATE_TEST_SUITE_P(
                       DrainCase{true, -1.0, false, false}, DrainCase{true, -0.5, false, false},
                       DrainCase{true, 3.0, false, false}, DrainCase{true, -3.0, true, false},
                       DrainCase{false, -3.0, false, false}));
+
+TEST(BatteryInfoTest, DescribesEveryFieldInOrder) {
+  BatteryInfo battery;
+  battery.chargePercent = 1;
+  battery.currentCapacity = 2;
+  battery.maxCapacity = 3;
+  battery.designCapacity = 4;
+  battery.healthPercent = 5;
+  battery.cycleCount = 6;
+  battery.voltage = 7.5;
+  battery.amperage = 8.5;
+  battery.wattage = 9.5;
+  battery.temperature = 10.5;
+  battery.isFullyCharged = true;
+  battery.adapterWatts = 11;
+  battery.timeRemaining = 12;
+  battery.timeRemainingKind = BatteryTimeRemainingKind::untilFull;
+  battery.health = "Good";
+  battery.serialNumber = "S";
+  EXPECT_EQ(
+      encodeJSON(battery),
+      R"({"chargePercent":1,"currentCapacity":2,"maxCapacity":3,"designCapacity":4,"healthPercent":5,)"
+      R"("cycleCount":6,"voltage":7.5,"amperage":8.5,"wattage":9.5,"temperature":10.5,"isCharging":false,)"
+      R"("isFullyCharged":true,"acConnected":false,"adapterWatts":11,"timeRemaining":12,)"
+      R"("timeRemainingKind":"untilFull","health":"Good","serialNumber":"S"})");
+}
 
 }  // namespace
 }  // namespace quellin

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/EnergyDelta.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -108,6 +109,12 @@ TEST(EnergyDeltaRulesTest, DividesByTheInterval) {
 TEST(EnergyDeltaRulesDeathTest, EndsTheProcessWhenASumOverflows) {
   const Channels channels{{"ECPU", std::numeric_limits<std::int64_t>::max()}, {"PCPU", 1}};
   EXPECT_DEATH(static_cast<void>(parseEnergyDelta(channels, tenth)), "");
+}
+
+TEST(PowerMetricsTest, DescribesEveryFieldInOrder) {
+  EXPECT_EQ(encodeJSON(PowerMetrics{1.5, 2.5, 3.5, 4.5, 5.5, 6.5, 7.5}),
+            R"({"cpuPower":1.5,"gpuPower":2.5,"anePower":3.5,"ramPower":4.5,"systemPower":5.5,)"
+            R"("cpuUsagePercent":6.5,"gpuUsagePercent":7.5})");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/ProcessActivity.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -148,6 +149,12 @@ TEST(ProcessActivityTest, SortsByScoreAndKeepsTheOrderOfEqualScores) {
     EXPECT_EQ(activity[index].pid, static_cast<std::int32_t>(2 * index + 2));
     EXPECT_EQ(activity[index + 20].pid, static_cast<std::int32_t>(2 * index + 1));
   }
+}
+
+TEST(ProcessActivityInfoTest, DescribesEveryFieldInOrder) {
+  EXPECT_EQ(encodeJSON(ProcessActivityInfo{1, 2, "n", 3.5, 4.5, 5.5, 6.5, 7.5}),
+            R"({"id":1,"pid":2,"name":"n","cpuPercent":3.5,"wakeupsPerSecond":4.5,"diskBytesPerSecond":5.5,)"
+            R"("energyWattsEstimate":6.5,"impactScore":7.5})");
 }
 
 }  // namespace

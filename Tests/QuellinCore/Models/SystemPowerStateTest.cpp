@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/SystemPowerState.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -181,6 +182,12 @@ TEST(PowerReadingTest, NamesItsConfidencesByTheirExactRawStrings) {
   EXPECT_EQ(rawValue(PowerReadingConfidence::ioReport), "ioReport");
   EXPECT_EQ(fromRawValue<PowerReadingConfidence>("ioreport"), std::nullopt);
   EXPECT_EQ(fromRawValue<PowerReadingConfidence>("BatteryTerminal"), std::nullopt);
+}
+
+TEST(PowerReadingTest, DescribesEveryFieldInOrder) {
+  EXPECT_EQ(encodeJSON(draw(1.5)),
+            R"({"watts":1.5,"kind":"batteryDischarge","label":"Battery draw",)"
+            R"("summary":"SmartBattery whole-system draw while unplugged","confidence":"batteryTerminal"})");
 }
 
 }  // namespace

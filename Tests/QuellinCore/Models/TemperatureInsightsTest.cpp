@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/TemperatureInsights.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 #include "QuellinCore/Support/LetterCase.h"
 
 namespace quellin {
@@ -191,14 +192,19 @@ TEST(TemperatureInsightsTest, NeverLetsNaNReplaceATemperature) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(representative({{"a", "Duct", 40}, {"b", "Pipe", nan}}), (Reading{"a", "Duct", 40}));
   EXPECT_TRUE(std::isnan(representative({{"a", "CPU Core 1", 40}, {"b", "CPU Core 2", nan}})->temperature));
-  const auto rows = dashboard(
-      {{"a", "Duct", 40}, {"b", "Pipe", nan}, {"c", "Vent", 41}, {"d", "Grille", nan}, {"e", "Lid", 42}});
-  ASSERT_EQ(rows.size(), 5U);
-  EXPECT_EQ(rows[0].id, "e");
-  EXPECT_EQ(rows[1].id, "c");
-  EXPECT_EQ(rows[2].id, "a");
+  const Sensors sensors{
+      {"a", "Pipe", nan}, {"b", "Duct", 40}, {"c", "Vent", 41}, {"d", "Grille", nan}, {"e", "Lid", 42}};
+  const auto rows = dashboard(sensors, batteryAt(30));
+  ASSERT_EQ(rows.size(), 6U);
+  EXPECT_EQ(rows[1].id, "e");
+  EXPECT_EQ(rows[2].id, "c");
   EXPECT_EQ(rows[3].id, "b");
-  EXPECT_EQ(rows[4].id, "d");
+  EXPECT_EQ(rows[4].id, "a");
+  EXPECT_EQ(rows[5].id, "d");
+}
+
+TEST(TemperatureDisplayReadingTest, DescribesEveryFieldInOrder) {
+  EXPECT_EQ(encodeJSON(Reading{"id", "Label", 1.5}), R"({"id":"id","label":"Label","temperature":1.5})");
 }
 
 }  // namespace

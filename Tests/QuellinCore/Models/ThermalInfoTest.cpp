@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/ThermalInfo.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -61,6 +62,11 @@ TEST(ThermalStateTest, IsNamedByItsExactRawString) {
   EXPECT_EQ(rawValue(ThermalState::critical), "critical");
   EXPECT_EQ(fromRawValue<ThermalState>("critical"), ThermalState::critical);
   EXPECT_EQ(fromRawValue<ThermalState>("Critical"), std::nullopt);
+}
+
+TEST(ThermalStateTest, DescribesEveryFieldInOrder) {
+  EXPECT_EQ(encodeJSON(ThermalInfo{ThermalState::fair, 2, true}),
+            R"({"state":"fair","pressure":2,"isLowPowerMode":true})");
 }
 
 }  // namespace

@@ -26,8 +26,7 @@ TEST(PowerBudgetMonitorTest, RaisesNothingWithoutLimits) {
 }
 
 TEST(PowerBudgetMonitorTest, RaisesNothingAtTheLimitItself) {
-  const PowerBudgetMonitor monitor{
-      .cpuThreshold = 10, .gpuThreshold = {}, .aneThreshold = {}, .systemThreshold = {}};
+  const PowerBudgetMonitor monitor{.cpuThreshold = 10};
   EXPECT_THAT(monitor.check(metrics(10, 99, 99, 99)), IsEmpty());
   EXPECT_EQ(monitor.check(metrics(10.0001, 0, 0, 0)).size(), 1U);
 }

@@ -117,12 +117,13 @@ TEST_F(ProcessActivityServiceTest, WaitsAtLeastATenthOfASecondAndReckonsWithIt) 
   }
 }
 
-TEST_F(ProcessActivityServiceTest, GivesNoneForALimitBelowOne) {
+TEST_F(ProcessActivityServiceTest, GivesNoneForALimitBelowOneWithoutWaiting) {
   source->add(1, 0);
   whileAsleep([this] { source->add(1, second); });
   EXPECT_THAT(service.sampleTopProcesses(0, Seconds{1}), IsEmpty());
   EXPECT_THAT(service.sampleTopProcesses(-1, Seconds{1}), IsEmpty());
   EXPECT_THAT(service.sampleTopProcesses(std::numeric_limits<int>::min(), Seconds{1}), IsEmpty());
+  EXPECT_THAT(clock.sleeps, IsEmpty());
 }
 
 TEST_F(ProcessActivityServiceTest, DoesNotWaitWhenTheFirstSnapshotIsEmpty) {

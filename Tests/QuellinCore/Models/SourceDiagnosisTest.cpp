@@ -1,0 +1,38 @@
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Models/SourceDiagnosis.h"
+#include "QuellinCore/Support/JSONEncoder.h"
+
+namespace quellin {
+namespace {
+
+TEST(SourceDiagnosisTest, NamesItsVerdictsByTheirExactRawStrings) {
+  EXPECT_EQ(rawValue(SourceAvailability::available), "available");
+  EXPECT_EQ(rawValue(SourceAvailability::absent), "absent");
+  EXPECT_EQ(rawValue(SourceAvailability::notPermitted), "notPermitted");
+  EXPECT_EQ(rawValue(SourceAvailability::failed), "failed");
+}
+
+TEST(SourceDiagnosisTest, DescribesEveryFieldInOrder) {
+  const SourceDiagnosis diagnosis{.source = "Energy counters",
+                                  .availability = SourceAvailability::notPermitted,
+                                  .reason = "open: Permission denied",
+                                  .path = "energy_uj",
+                                  .remedy = "Run as root"};
+  EXPECT_EQ(encodeJSON(diagnosis),
+            R"({"source":"Energy counters","availability":"notPermitted","reason":"open: Permission denied",)"
+            R"("path":"energy_uj","remedy":"Run as root"})");
+}
+
+TEST(SourceDiagnosisTest, LeavesOutWhatDoesNotApply) {
+  const SourceDiagnosis diagnosis{.source = "Battery",
+                                  .availability = SourceAvailability::absent,
+                                  .reason = "This machine has no battery.",
+                                  .path = {},
+                                  .remedy = {}};
+  EXPECT_EQ(encodeJSON(diagnosis),
+            R"({"source":"Battery","availability":"absent","reason":"This machine has no battery."})");
+}
+
+}  // namespace
+}  // namespace quellin
