@@ -23,6 +23,7 @@ inline constexpr std::array rawValues<Command>{"status-json"sv, "read-temperatur
 
 void QuellinHelperMain::main(std::span<char* const> arguments) {
   const std::vector<std::string> texts(arguments.begin(), arguments.end());
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): the process has one thread
   std::exit(static_cast<int>(answer(texts, HelperSurroundings::ofThisProcess())));
 }
 

@@ -42,7 +42,7 @@ std::string descriptorReport() {
 
 std::string signalReport() {
   sigset_t blocked{};
-  sigprocmask(SIG_SETMASK, nullptr, &blocked);
+  pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
   std::string ignored;
   std::string held;
   for (int number = 1; number < NSIG; ++number) {

@@ -95,7 +95,7 @@ exit 1
     for (const int number : {3, 8, 60}) require(dup2(STDIN_FILENO, number) == number, "descriptor");
     sigset_t every{};
     sigfillset(&every);
-    sigprocmask(SIG_SETMASK, &every, nullptr);
+    pthread_sigmask(SIG_SETMASK, &every, nullptr);
     require(signal(SIGTERM, SIG_IGN) != SIG_ERR && signal(SIGCHLD, SIG_IGN) != SIG_ERR, "ignore");
     require(chdir("/tmp") == 0, "folder");
     umask(0);

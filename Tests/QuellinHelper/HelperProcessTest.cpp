@@ -19,7 +19,6 @@ using testing_support::becomeOrdinaryUser;
 using testing_support::installProgram;
 using testing_support::ordinaryUser;
 using testing_support::ProgramResult;
-using testing_support::ProgramStart;
 using testing_support::require;
 using testing_support::runProgram;
 using testing_support::TemporaryFolder;
@@ -47,13 +46,13 @@ ProgramResult run(const std::vector<std::string>& arguments, const std::function
 /// Copies of the tool where every user can run them.
 class InstalledTool {
  public:
-  InstalledTool(unsigned owner, unsigned mode) : path(_folder.pathOf("QuellinHelper")) {
-    chmod(_folder.path().c_str(), 0755);
+  InstalledTool(unsigned owner, unsigned mode) : path(folder_.pathOf("QuellinHelper")) {
+    chmod(folder_.path().c_str(), 0755);
     installProgram(tool, path, owner, mode);
   }
 
  private:
-  TemporaryFolder _folder;
+  TemporaryFolder folder_;
 
  public:
   const std::string path;
@@ -157,7 +156,7 @@ TEST(HelperProcessNeedsRootTest, HostileProcessStateIsHarmless) {
     becomeOrdinaryUser();
     sigset_t every{};
     sigfillset(&every);
-    sigprocmask(SIG_SETMASK, &every, nullptr);
+    pthread_sigmask(SIG_SETMASK, &every, nullptr);
     for (const int number : {SIGCHLD, SIGPIPE, SIGTERM})
       require(std::signal(number, SIG_IGN) != SIG_ERR, "ignore");
     for (const int number : {3, 9, 77}) require(dup2(STDIN_FILENO, number) == number, "descriptor");

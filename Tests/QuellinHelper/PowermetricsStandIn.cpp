@@ -38,33 +38,33 @@ void writeProgram(const std::string& path, const std::string& text) {
 }  // namespace
 
 PowermetricsStandIn::PowermetricsStandIn(const std::string& body)
-    : _programs(_folder.pathOf("bin")), _hasOwnView(allowsOwnView()) {
-  std::filesystem::permissions(_folder.path(), std::filesystem::perms{0777});
-  std::filesystem::create_directory(_programs);
-  if (!_hasOwnView) _programs = "/usr/bin";
-  _script = "#!" + _programs + "/sh\nPATH=" + _programs +
+    : programs_(folder_.pathOf("bin")), hasOwnView_(allowsOwnView()) {
+  std::filesystem::permissions(folder_.path(), std::filesystem::perms{0777});
+  std::filesystem::create_directory(programs_);
+  if (!hasOwnView_) programs_ = "/usr/bin";
+  script_ = "#!" + programs_ + "/sh\nPATH=" + programs_ +
             "\nwhile [ \"$1\" != -o ]; do shift; done; output=$2\n" + body;
-  if (!_hasOwnView) occupyRealPlace();
+  if (!hasOwnView_) occupyRealPlace();
 }
 
 PowermetricsStandIn::~PowermetricsStandIn() {
-  if (!_hasOwnView) unlink(place.c_str());
+  if (!hasOwnView_) unlink(place.c_str());
 }
 
 void PowermetricsStandIn::enter() const {
-  if (!_hasOwnView) return;
+  if (!hasOwnView_) return;
   require(leaveSharedView(), "own view of the file system");
-  require(mount("/usr/bin", _programs.c_str(), nullptr, MS_BIND, nullptr) == 0, "programs");
+  require(mount("/usr/bin", programs_.c_str(), nullptr, MS_BIND, nullptr) == 0, "programs");
   require(mount("none", "/usr/bin", "tmpfs", MS_NOSUID, "mode=755") == 0, "empty /usr/bin");
-  writeProgram(place, _script);
+  writeProgram(place, script_);
 }
 
 void PowermetricsStandIn::occupyRealPlace() {
-  _turn =
+  turn_ =
       FileDescriptor{open("/tmp/QuellinHelperTests.turn", O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)};
-  if (!_turn || flock(_turn.get(), LOCK_EX) != 0) throw std::runtime_error("no turn for " + place);
+  if (!turn_ || flock(turn_.get(), LOCK_EX) != 0) throw std::runtime_error("no turn for " + place);
   if (std::filesystem::exists(place)) throw std::runtime_error(place + " exists");
-  writeProgram(place, _script);
+  writeProgram(place, script_);
 }
 
 }  // namespace quellin::testing_support

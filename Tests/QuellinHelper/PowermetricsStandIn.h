@@ -24,16 +24,16 @@ class PowermetricsStandIn {
   void enter() const;
 
   /// The path of `name` in a folder that every user may use.
-  [[nodiscard]] std::string pathOf(const std::string& name) const { return _folder.pathOf(name); }
+  [[nodiscard]] std::string pathOf(const std::string& name) const { return folder_.pathOf(name); }
 
  private:
   void occupyRealPlace();
 
-  TemporaryFolder _folder;
-  std::string _programs;
-  bool _hasOwnView;
-  std::string _script;
-  FileDescriptor _turn;
+  TemporaryFolder folder_;
+  std::string programs_;
+  bool hasOwnView_;
+  std::string script_;
+  FileDescriptor turn_;
 };
 
 }  // namespace quellin::testing_support

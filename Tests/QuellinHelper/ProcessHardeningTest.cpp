@@ -54,7 +54,7 @@ void blockAndIgnoreSignals() {
   }
   sigset_t every{};
   sigfillset(&every);
-  require(sigprocmask(SIG_SETMASK, &every, nullptr) == 0, "block");
+  require(pthread_sigmask(SIG_SETMASK, &every, nullptr) == 0, "block");
 }
 
 void armTimers() {

@@ -45,22 +45,22 @@ Pipe openPipe() {
 RunningProgram::RunningProgram(const ProgramStart& start) : RunningProgram(start, openPipe(), openPipe()) {}
 
 RunningProgram::RunningProgram(const ProgramStart& start, Pipe output, Pipe error)
-    : _processID(fork()), _output(std::move(output.readEnd)), _error(std::move(error.readEnd)) {
-  if (_processID == 0) becomeProgram(start, output.writeEnd.get(), error.writeEnd.get());
+    : processID_(fork()), output_(std::move(output.readEnd)), error_(std::move(error.readEnd)) {
+  if (processID_ == 0) becomeProgram(start, output.writeEnd.get(), error.writeEnd.get());
 }
 
 ProgramResult RunningProgram::finish() {
-  ProgramResult result{.output = readToEnd(_output.get()), .error = readToEnd(_error.get())};
+  ProgramResult result{.output = readToEnd(output_.get()), .error = readToEnd(error_.get())};
   int status = 0;
-  waitpid(_processID, &status, 0);
+  waitpid(processID_, &status, 0);
   if (WIFEXITED(status)) result.exitStatus = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
   return result;
 }
 
-void PrintTo(const ProgramResult& result, std::ostream* stream) {
-  *stream << "exit status " << result.exitStatus << ", signal " << result.signal << ", output \""
-          << result.output << "\", error \"" << result.error << "\"";
+std::ostream& operator<<(std::ostream& stream, const ProgramResult& result) {
+  return stream << "exit status " << result.exitStatus << ", signal " << result.signal << ", output \""
+                << result.output << "\", error \"" << result.error << "\"";
 }
 
 ProgramResult runProgram(const ProgramStart& start) { return RunningProgram{start}.finish(); }

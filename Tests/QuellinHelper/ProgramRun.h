@@ -29,23 +29,23 @@ struct ProgramResult {
 };
 
 /// Shows a result in the messages of failed tests.
-void PrintTo(const ProgramResult& result, std::ostream* stream);
+std::ostream& operator<<(std::ostream& stream, const ProgramResult& result);
 
 /// A started program, its standard input empty, its outputs on pipes.
 class RunningProgram {
  public:
   explicit RunningProgram(const ProgramStart& start);
 
-  [[nodiscard]] pid_t processID() const { return _processID; }
+  [[nodiscard]] pid_t processID() const { return processID_; }
   /// Reads both outputs to their end and waits for the program's.
   [[nodiscard]] ProgramResult finish();
 
  private:
   RunningProgram(const ProgramStart& start, Pipe output, Pipe error);
 
-  pid_t _processID;
-  FileDescriptor _output;
-  FileDescriptor _error;
+  pid_t processID_;
+  FileDescriptor output_;
+  FileDescriptor error_;
 };
 
 /// Starts the program and waits for its end. The outputs together must fit a pipe each.

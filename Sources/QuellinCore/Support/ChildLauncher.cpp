@@ -29,16 +29,16 @@ class AllSignalsBlocked {
   AllSignalsBlocked() {
     sigset_t every{};
     sigfillset(&every);
-    pthread_sigmask(SIG_SETMASK, &every, &_previous);
+    pthread_sigmask(SIG_SETMASK, &every, &previous_);
   }
   AllSignalsBlocked(const AllSignalsBlocked&) = delete;
   AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
   AllSignalsBlocked(AllSignalsBlocked&&) = delete;
   AllSignalsBlocked& operator=(AllSignalsBlocked&&) = delete;
-  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &_previous, nullptr); }
+  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
 
  private:
-  sigset_t _previous{};
+  sigset_t previous_{};
 };
 
 // From here to the end of the namespace: runs in the forked child, so only calls that are safe after a fork

@@ -105,27 +105,27 @@ std::expected<ChildProcess, SystemError> ChildProcess::start(ChildProcessPlan pl
 }
 
 ChildProcess::ChildProcess(pid_t processID, FileDescriptor standardOutput, FileDescriptor standardError)
-    : _processID(processID),
-      _standardOutput(std::move(standardOutput)),
-      _standardError(std::move(standardError)) {}
+    : processID_(processID),
+      standardOutput_(std::move(standardOutput)),
+      standardError_(std::move(standardError)) {}
 
 ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : _processID(std::exchange(other._processID, -1)),
-      _terminationStatus(other._terminationStatus),
-      _standardOutput(std::move(other._standardOutput)),
-      _standardError(std::move(other._standardError)) {}
+    : processID_(std::exchange(other.processID_, -1)),
+      terminationStatus_(other.terminationStatus_),
+      standardOutput_(std::move(other.standardOutput_)),
+      standardError_(std::move(other.standardError_)) {}
 
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
-  std::swap(_processID, other._processID);
-  std::swap(_terminationStatus, other._terminationStatus);
-  std::swap(_standardOutput, other._standardOutput);
-  std::swap(_standardError, other._standardError);
+  std::swap(processID_, other.processID_);
+  std::swap(terminationStatus_, other.terminationStatus_);
+  std::swap(standardOutput_, other.standardOutput_);
+  std::swap(standardError_, other.standardError_);
   return *this;
 }
 
 ChildProcess::~ChildProcess() {
   kill();
-  if (_processID > 0) wait();
+  if (processID_ > 0) wait();
 }
 
 bool ChildProcess::isRunning() { return !collect(WNOHANG); }
@@ -136,7 +136,7 @@ void ChildProcess::kill() { signal(SIGKILL); }
 
 std::int32_t ChildProcess::wait() {
   collect(0);
-  return _terminationStatus.value_or(unknownStatus);
+  return terminationStatus_.value_or(unknownStatus);
 }
 
 bool ChildProcess::waitUntil(Seconds deadline, MonotonicClock& clock,
@@ -148,31 +148,31 @@ bool ChildProcess::waitUntil(Seconds deadline, MonotonicClock& clock,
 }
 
 std::string ChildProcess::readStandardOutput(std::size_t limit) {
-  const FileDescriptor stream = std::move(_standardOutput);
+  const FileDescriptor stream = std::move(standardOutput_);
   return stream ? readToEnd(stream.get(), limit) : std::string{};
 }
 
 std::string ChildProcess::readStandardError(std::size_t limit) {
-  const FileDescriptor stream = std::move(_standardError);
+  const FileDescriptor stream = std::move(standardError_);
   return stream ? readToEnd(stream.get(), limit) : std::string{};
 }
 
 // Returns whether the child has ended. Its process id stays taken until then, so a signal cannot hit a
 // stranger.
 bool ChildProcess::collect(int options) {
-  if (_terminationStatus || _processID <= 0) return true;
+  if (terminationStatus_ || processID_ <= 0) return true;
   int waitStatus = 0;
   pid_t ended = 0;
   do {
-    ended = waitpid(_processID, &waitStatus, options);
+    ended = waitpid(processID_, &waitStatus, options);
   } while (ended < 0 && errno == EINTR);
   if (ended == 0) return false;
-  _terminationStatus = ended == _processID ? statusOf(waitStatus) : unknownStatus;
+  terminationStatus_ = ended == processID_ ? statusOf(waitStatus) : unknownStatus;
   return true;
 }
 
 void ChildProcess::signal(int number) {
-  if (isRunning()) ::kill(_processID, number);
+  if (isRunning()) ::kill(processID_, number);
 }
 
 }  // namespace quellin

@@ -70,7 +70,7 @@ class ChildProcess {
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess();
 
-  [[nodiscard]] pid_t processID() const { return _processID; }
+  [[nodiscard]] pid_t processID() const { return processID_; }
 
   /// Whether the child has not ended yet. Never blocks.
   [[nodiscard]] bool isRunning();
@@ -100,10 +100,10 @@ class ChildProcess {
   bool collect(int options);
   void signal(int number);
 
-  pid_t _processID = -1;
-  std::optional<std::int32_t> _terminationStatus;
-  FileDescriptor _standardOutput;
-  FileDescriptor _standardError;
+  pid_t processID_ = -1;
+  std::optional<std::int32_t> terminationStatus_;
+  FileDescriptor standardOutput_;
+  FileDescriptor standardError_;
 };
 
 }  // namespace quellin

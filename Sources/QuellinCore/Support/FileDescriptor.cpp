@@ -36,7 +36,7 @@ std::expected<Pipe, SystemError> openRawPipe() {
 }  // namespace
 
 void FileDescriptor::reset() {
-  if (_descriptor >= 0) close(std::exchange(_descriptor, -1));
+  if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
 }
 
 std::expected<Pipe, SystemError> Pipe::open() {

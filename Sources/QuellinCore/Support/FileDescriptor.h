@@ -15,10 +15,10 @@ class FileDescriptor {
  public:
   FileDescriptor() = default;
   /// Takes over `descriptor`; a negative number owns nothing.
-  explicit FileDescriptor(int descriptor) : _descriptor(descriptor) {}
-  FileDescriptor(FileDescriptor&& other) noexcept : _descriptor(std::exchange(other._descriptor, -1)) {}
+  explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
-    std::swap(_descriptor, other._descriptor);
+    std::swap(descriptor_, other.descriptor_);
     return *this;
   }
   FileDescriptor(const FileDescriptor&) = delete;
@@ -26,14 +26,14 @@ class FileDescriptor {
   ~FileDescriptor() { reset(); }
 
   /// The descriptor, or -1 when nothing is owned.
-  [[nodiscard]] int get() const { return _descriptor; }
-  [[nodiscard]] explicit operator bool() const { return _descriptor >= 0; }
+  [[nodiscard]] int get() const { return descriptor_; }
+  [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }
 
   /// Closes the descriptor now. An error of the close is not reported: the number is free either way.
   void reset();
 
  private:
-  int _descriptor = -1;
+  int descriptor_ = -1;
 };
 
 /// A pipe; both ends are closed on exec and numbered 3 or higher, so neither stands for a standard stream.

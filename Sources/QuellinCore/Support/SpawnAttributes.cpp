@@ -45,31 +45,31 @@ int setSignals(posix_spawnattr_t& attributes, int extraFlags) {
 
 }  // namespace
 
-SpawnAttributes::SpawnAttributes() : _initialised(posix_spawnattr_init(&_attributes)) {
-  if (_initialised != 0) return;
-  _initialised = posix_spawn_file_actions_init(&_actions);
-  if (_initialised != 0) posix_spawnattr_destroy(&_attributes);
+SpawnAttributes::SpawnAttributes() : initialised_(posix_spawnattr_init(&attributes_)) {
+  if (initialised_ != 0) return;
+  initialised_ = posix_spawn_file_actions_init(&actions_);
+  if (initialised_ != 0) posix_spawnattr_destroy(&attributes_);
 }
 
 SpawnAttributes::~SpawnAttributes() {
-  if (_initialised != 0) return;
-  posix_spawn_file_actions_destroy(&_actions);
-  posix_spawnattr_destroy(&_attributes);
+  if (initialised_ != 0) return;
+  posix_spawn_file_actions_destroy(&actions_);
+  posix_spawnattr_destroy(&attributes_);
 }
 
 std::expected<void, SystemError> SpawnAttributes::prepare(const LaunchRequest& request, int extraFlags) {
-  int error = _initialised;
-  if (error == 0) error = setSignals(_attributes, extraFlags);
+  int error = initialised_;
+  if (error == 0) error = setSignals(attributes_, extraFlags);
   for (int stream = 0; error == 0 && stream <= STDERR_FILENO; ++stream) {
-    error = passStream(_actions, request.streams.at(static_cast<std::size_t>(stream)), stream);
+    error = passStream(actions_, request.streams.at(static_cast<std::size_t>(stream)), stream);
   }
-  if (error == 0) error = closeOthers(_actions);
+  if (error == 0) error = closeOthers(actions_);
   if (error != 0) return std::unexpected(SystemError{error});
   return {};
 }
 
 int SpawnAttributes::spawn(pid_t& processID, const LaunchRequest& request) const {
-  return posix_spawn(&processID, request.executable.c_str(), &_actions, &_attributes,
+  return posix_spawn(&processID, request.executable.c_str(), &actions_, &attributes_,
                      request.arguments.data(), request.environment.data());
 }
 

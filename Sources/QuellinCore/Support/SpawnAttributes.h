@@ -26,9 +26,9 @@ class SpawnAttributes {
   [[nodiscard]] int spawn(pid_t& processID, const LaunchRequest& request) const;
 
  private:
-  int _initialised;  // the error of the initialisation, 0 when both exist
-  posix_spawnattr_t _attributes{};
-  posix_spawn_file_actions_t _actions{};
+  int initialised_;  // the error of the initialisation, 0 when both exist
+  posix_spawnattr_t attributes_{};
+  posix_spawn_file_actions_t actions_{};
 };
 
 }  // namespace quellin::detail
