@@ -43,13 +43,12 @@ class VirtualSMC::Connection final : public SMCConnection {
   std::shared_ptr<const Table> table_;
 };
 
-VirtualSMC::VirtualSMC() : table_(std::make_shared<const Table>()) {}
+VirtualSMC::VirtualSMC() : table_(std::make_shared<Table>()) {}
 
 void VirtualSMC::set(std::string_view key, std::string_view dataType, std::vector<std::uint8_t> bytes) {
-  Table changed = *table_;
-  changed.insert_or_assign(SMCDecoding::fourCharCode(key),
+  if (table_.use_count() > 1) table_ = std::make_shared<Table>(*table_);
+  table_->insert_or_assign(SMCDecoding::fourCharCode(key),
                            Value{.dataType = SMCDecoding::fourCharCode(dataType), .bytes = std::move(bytes)});
-  table_ = std::make_shared<const Table>(std::move(changed));
 }
 
 std::unique_ptr<SMCConnection> VirtualSMC::open() { return std::make_unique<Connection>(table_); }

@@ -39,7 +39,7 @@ class VirtualSMC final : public SMCSource {
   };
   using Table = std::map<std::uint32_t, Value>;
 
-  std::shared_ptr<const Table> table_;
+  std::shared_ptr<Table> table_;  // shared with open connections, changed only while it is not
 };
 
 }  // namespace quellin

@@ -9,36 +9,14 @@
 #include <utility>
 
 #include "QuellinCore/Models/SMCDecoding.h"
+#include "QuellinCore/Models/SMCKeys.h"
+#include "QuellinCore/Platform/SMCValue.h"
 
 namespace quellin {
 namespace {
 
-struct TypedValue {
-  std::vector<std::uint8_t> bytes;
-  std::uint32_t dataType = 0;
-};
-
-// The block's own result byte is left alone on purpose: a size out of range and an unknown type say enough.
-std::optional<SMCKeyData> callSMC(SMCConnection& connection, const SMCKeyData& input) {
-  SMCKeyData output;
-  std::size_t outputSize = sizeof(output);
-  if (connection.callStruct(smcStructSelector, input, output, outputSize) != 0) return std::nullopt;
-  return output;
-}
-
-std::optional<TypedValue> readSMCKeyTyped(SMCConnection& connection, std::string_view key) {
-  SMCKeyData question;
-  question.key = SMCDecoding::fourCharCode(key);
-  question.command = SMCCommand::readKeyInfo;
-  const auto info = callSMC(connection, question);
-  if (!info || info->dataSize < 1 || info->dataSize > SMCKeyData::capacity) return std::nullopt;
-
-  question.dataSize = info->dataSize;
-  question.command = SMCCommand::readBytes;
-  const auto answer = callSMC(connection, question);
-  if (!answer) return std::nullopt;
-  return TypedValue{.bytes = {answer->bytes.begin(), answer->bytes.begin() + info->dataSize},
-                    .dataType = info->dataType};
+std::optional<SMCValue> readSMCKeyTyped(SMCConnection& connection, std::string_view key) {
+  return readSMCValue(connection, SMCDecoding::fourCharCode(key));
 }
 
 std::optional<std::int64_t> readRPM(SMCConnection& connection, std::string_view key) {
@@ -47,22 +25,20 @@ std::optional<std::int64_t> readRPM(SMCConnection& connection, std::string_view 
 }
 
 std::size_t readFanCount(SMCConnection& connection) {
-  constexpr std::size_t mostFans = 15;
-  const auto value = readSMCKeyTyped(connection, "FNum");
+  const auto value = readSMCKeyTyped(connection, SMCKeys::fanCount);
   const std::size_t count = value ? value->bytes.front() : 0;
-  return count <= mostFans ? count : 0;
+  return count <= SMCKeys::mostFans ? count : 0;
 }
 
 FanInfo readFan(SMCConnection& connection, std::size_t index) {
-  const std::string number = std::to_string(index);
-  const auto speed = [&](std::string_view suffix) {
-    return readRPM(connection, ("F" + number).append(suffix)).value_or(0);
+  const auto speed = [&](std::string_view which) {
+    return readRPM(connection, SMCKeys::fanSpeed(index, which)).value_or(0);
   };
   return {.id = static_cast<std::int64_t>(index),
-          .name = "Fan " + number,
-          .currentRPM = speed("Ac"),
-          .minRPM = speed("Mn"),
-          .maxRPM = speed("Mx")};
+          .name = "Fan " + std::to_string(index),
+          .currentRPM = speed(SMCKeys::currentSpeed),
+          .minRPM = speed(SMCKeys::minimumSpeed),
+          .maxRPM = speed(SMCKeys::maximumSpeed)};
 }
 
 bool isPlausible(double degreesCelsius) { return degreesCelsius > 0 && degreesCelsius < 150; }

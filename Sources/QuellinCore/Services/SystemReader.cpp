@@ -1,5 +1,7 @@
 #include "QuellinCore/Services/SystemReader.h"
 
+#include <utility>
+
 namespace quellin {
 
 SystemPowerState SystemReader::readAll() const {
@@ -11,6 +13,17 @@ SystemPowerState SystemReader::readAll() const {
   state.sensors = readTemperatures();
   state.timestamp = wallClock->now();
   return state;
+}
+
+SystemReader SystemReader::over(const PlatformSources& sources, PrivilegedSMCHelperService helper,
+                                MonotonicClock& monotonicClock, const WallClock& wallClock) {
+  return {.batteryService = BatteryService{sources.battery},
+          .thermalService = ThermalService{sources.thermal},
+          .powerService = PowerService{sources.energy, monotonicClock},
+          .smcService = SMCService{sources.smc},
+          .privilegedSMCHelperService = std::move(helper),
+          .hidSensorService = HIDSensorService{sources.hid},
+          .wallClock = &wallClock};
 }
 
 // The first source that has any wins; the lists are never merged, and later sources are not asked.

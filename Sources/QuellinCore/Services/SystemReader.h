@@ -4,6 +4,7 @@
 
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Platform/PlatformSources.h"
 #include "QuellinCore/Services/BatteryService.h"
 #include "QuellinCore/Services/HIDSensorService.h"
 #include "QuellinCore/Services/PowerService.h"
@@ -28,6 +29,11 @@ struct SystemReader {
   /// One full read. Blocks the calling thread: 0.1 s for the energy counters, and as long as the privileged
   /// tool takes when it is asked. Never fails: a source that is missing leaves its item out.
   [[nodiscard]] SystemPowerState readAll() const;
+
+  /// The readers over `sources`, which wait on `monotonicClock`; both clocks must outlive them. `helper` is
+  /// the tool to ask for temperatures; one that is not installed, such as that of an empty path, has none.
+  [[nodiscard]] static SystemReader over(const PlatformSources& sources, PrivilegedSMCHelperService helper,
+                                         MonotonicClock& monotonicClock, const WallClock& wallClock);
 
  private:
   [[nodiscard]] std::vector<TemperatureSensor> readTemperatures() const;

@@ -154,6 +154,22 @@ TEST_F(SystemReaderTest, TheHubIsTheLastResort) {
   EXPECT_TRUE(toolWasAsked());
 }
 
+TEST_F(SystemReaderTest, ReadsOverASetOfSources) {
+  smc->keys.set("FNum", "ui8 ", {1});
+  installTool("[]");
+  const PlatformSources sources{.smc = smc,
+                                .hid = std::make_shared<LoggingHID>(log),
+                                .battery = std::make_shared<LoggingBattery>(log),
+                                .energy = std::make_shared<LoggingEnergy>(log),
+                                .thermal = std::make_shared<LoggingThermal>(log),
+                                .processes = nullptr};
+  const SystemReader over =
+      SystemReader::over(sources, PrivilegedSMCHelperService{folder.pathOf("tool")}, clock, wallClock);
+  EXPECT_EQ(over.readAll(), reader.readAll());
+  EXPECT_TRUE(toolWasAsked());
+  EXPECT_THAT(clock.sleeps, ElementsAre(PowerService::samplingInterval, PowerService::samplingInterval));
+}
+
 TEST_F(SystemReaderTest, WithoutFansThereAreNone) { EXPECT_THAT(reader.readAll().fans, IsEmpty()); }
 
 }  // namespace
