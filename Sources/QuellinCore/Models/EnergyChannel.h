@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
+
+#include "QuellinCore/Support/Record.h"
 
 namespace quellin {
 
@@ -9,6 +12,10 @@ namespace quellin {
 struct EnergyChannel {
   std::string name;
   std::int64_t nanojoules = 0;  ///< later sample minus earlier one; may be negative when a counter was reset
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"name", &EnergyChannel::name}, Field{"nanojoules", &EnergyChannel::nanojoules}};
+  }
 
   bool operator==(const EnergyChannel&) const = default;
 };

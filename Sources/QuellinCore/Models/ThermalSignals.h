@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <tuple>
+
+#include "QuellinCore/Support/Record.h"
 
 namespace quellin {
 
@@ -11,6 +14,12 @@ struct ThermalSignals {
       stateCode;  ///< 0 nominal, 1 fair, 2 serious, 3 critical; other values are possible
   std::optional<std::uint64_t> pressureState;  ///< raw state of the thermal-pressure notification
   std::optional<bool> isLowPowerMode;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"stateCode", &ThermalSignals::stateCode},
+                      Field{"pressureState", &ThermalSignals::pressureState},
+                      Field{"isLowPowerMode", &ThermalSignals::isLowPowerMode}};
+  }
 
   bool operator==(const ThermalSignals&) const = default;
 };

@@ -49,8 +49,8 @@ std::expected<Pipe, SystemError> Pipe::open() {
   return Pipe{.readEnd = std::move(*readEnd), .writeEnd = std::move(*writeEnd)};
 }
 
-std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags) {
-  FileDescriptor descriptor{::open(path.c_str(), flags | O_CLOEXEC)};
+std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags, unsigned mode) {
+  FileDescriptor descriptor{::open(path.c_str(), flags | O_CLOEXEC, mode)};
   if (!descriptor) return std::unexpected(SystemError::last());
   return aboveStandardStreams(std::move(descriptor));
 }

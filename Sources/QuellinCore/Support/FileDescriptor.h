@@ -44,8 +44,10 @@ struct Pipe {
   [[nodiscard]] static std::expected<Pipe, SystemError> open();
 };
 
-/// Opens `path` with `flags` as open(2) takes them; closed on exec and numbered 3 or higher.
-[[nodiscard]] std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags);
+/// Opens `path` with `flags` as open(2) takes them; closed on exec and numbered 3 or higher. `mode` is that
+/// of a file which is created.
+[[nodiscard]] std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags,
+                                                                        unsigned mode = 0);
 
 /// Reads to the end of the file or pipe and returns the bytes. Bytes beyond `limit` are read and dropped, so
 /// that a writer is never stalled. An interrupted read is resumed; any other read error ends the reading.

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "QuellinCore/Models/BatteryTables.h"
+#include "QuellinCore/Models/EnergyChannel.h"
+#include "QuellinCore/Models/HIDTemperatureService.h"
+#include "QuellinCore/Models/ProcessUsage.h"
+#include "QuellinCore/Models/ThermalSignals.h"
+#include "QuellinCore/Platform/SMCValue.h"
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin {
+
+/// One key of the SMC.
+struct SMCAnswer {
+  std::uint32_t key = 0;  ///< four-character code
+  SMCValue value;
+
+  bool operator==(const SMCAnswer&) const = default;
+};
+
+/// What a measurement of the energy counters gave.
+struct EnergyAnswer {
+  Seconds interval{};                                  ///< asked for between the two samples
+  std::optional<std::vector<EnergyChannel>> channels;  ///< absent when the second sample could not be had
+
+  bool operator==(const EnergyAnswer&) const = default;
+};
+
+/// One process in one snapshot.
+struct ProcessAnswer {
+  std::int32_t pid = 0;
+  std::optional<ProcessUsage> usage;  ///< absent when it may not be read
+  std::optional<std::string> name;    ///< bytes of any encoding; asked for in the second snapshot alone
+
+  bool operator==(const ProcessAnswer&) const = default;
+};
+
+/// The two snapshots of a scan, each in the order of the host.
+struct ProcessAnswers {
+  Seconds interval{};  ///< asked for between the snapshots
+  std::vector<ProcessAnswer> first;
+  std::vector<ProcessAnswer> second;
+
+  bool operator==(const ProcessAnswers&) const = default;
+};
+
+/// All that a host's sources answered at one tick, as it was before any rule saw it.
+struct HostAnswers {
+  Instant wall{};                             ///< when all but the processes had been read
+  Seconds monotonic{};                        ///< the same moment on the monotonic clock
+  std::optional<std::vector<SMCAnswer>> smc;  ///< the keys that have a value; absent without an SMC
+  std::vector<HIDTemperatureService> hid;
+  BatteryTables battery;
+  std::optional<EnergyAnswer> energy;  ///< absent when no measurement could be begun
+  ThermalSignals thermal;
+  std::shared_ptr<const ProcessAnswers> processes;  ///< null when they were not asked at this tick
+};
+
+}  // namespace quellin

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "QuellinCore/Models/SourceDiagnosis.h"
+#include "QuellinCore/Platform/Recorded/TracePlayer.h"
+
+namespace quellin {
+
+/// What a recorded source says about itself: available when the present tick `hasValues`; else what the
+/// captured host said, `said` being its place among the trace's diagnoses.
+[[nodiscard]] SourceDiagnosis recordedDiagnosis(const TracePlayer& player, std::string source,
+                                                std::optional<SourceDiagnosis> TraceDiagnoses::* said,
+                                                bool hasValues);
+
+}  // namespace quellin

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "QuellinCore/Models/PropertyTable.h"
+#include "QuellinCore/Platform/Recorded/TraceText.h"
+#include "QuellinCore/Support/Record.h"
+
+namespace quellin {
+
+/// What becomes of serial numbers in a trace.
+enum class SerialNumbers {
+  redacted,  ///< the text of every key that contains "serial" becomes "redacted"; other kinds are left out
+  kept,
+};
+
+/// One entry of a property table: the field that is there names the kind of its value.
+struct TraceProperty {
+  std::string key;
+  std::optional<std::int64_t> integer;
+  std::optional<bool> boolean;
+  std::optional<std::string> string;
+  std::optional<double> number;
+  std::optional<NonFinite> nonFinite;
+  std::optional<std::int64_t> numberObject;
+  std::optional<std::vector<TraceProperty>> table;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"key", &TraceProperty::key},
+                      Field{"integer", &TraceProperty::integer},
+                      Field{"boolean", &TraceProperty::boolean},
+                      Field{"string", &TraceProperty::string},
+                      Field{"double", &TraceProperty::number},
+                      Field{"nonFinite", &TraceProperty::nonFinite},
+                      Field{"numberObject", &TraceProperty::numberObject},
+                      Field{"table", &TraceProperty::table}};
+  }
+};
+
+/// The entries of `table` for a trace.
+[[nodiscard]] std::vector<TraceProperty> traceProperties(const PropertyTable& table,
+                                                         SerialNumbers serialNumbers);
+
+/// The table that `properties` spell, or why they are none: an entry with two values, or more than 4096
+/// entries. An entry without a value is of a kind that this version does not know; it is left out.
+[[nodiscard]] std::expected<PropertyTable, std::string> propertyTable(
+    const std::vector<TraceProperty>& properties);
+
+}  // namespace quellin
