@@ -68,6 +68,10 @@ void Query::reset() {
 
 bool Query::isNull(int column) const { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
 
+bool Query::isInteger(int column) const {
+  return sqlite3_column_type(statement_.get(), column) == SQLITE_INTEGER;
+}
+
 std::int64_t Query::integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
 
 double Query::real(int column) const { return sqlite3_column_double(statement_.get(), column); }

@@ -40,6 +40,7 @@ class Query {
   void reset();
 
   [[nodiscard]] bool isNull(int column) const;
+  [[nodiscard]] bool isInteger(int column) const;
   [[nodiscard]] std::int64_t integer(int column) const;
   [[nodiscard]] double real(int column) const;
   /// Text or bytes, valid until the next `step`, `reset` or the end of the query.

@@ -1,0 +1,28 @@
+#include "QuellinCore/Sessions/ModelContainer.h"
+
+#include "QuellinCore/Sessions/Database.h"
+#include "QuellinCore/Sessions/Query.h"
+#include "QuellinCore/Sessions/StoreFile.h"
+
+namespace quellin {
+
+ModelContainer::ModelContainer(const std::filesystem::path& path, const StoreFileOptions& options)
+    : database_(openStoreFile(path, {.busyTimeout = options.busyTimeout, .fileSystem = options.fileSystem})) {
+}
+
+ModelContainer::ModelContainer() : database_(openStoreInMemory()) {}
+
+ModelContainer::~ModelContainer() = default;
+
+const std::filesystem::path& ModelContainer::path() const { return database_->path(); }
+
+void ModelContainer::settle() {
+  if (database_->isInMemory()) return;
+  try {
+    Query(*database_, "PRAGMA wal_checkpoint(PASSIVE)").run();
+  } catch (const StoreError&) {
+    return;
+  }
+}
+
+}  // namespace quellin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin {
+
+class Database;
+
+/// How a store file is reached; the defaults are for production.
+struct StoreFileOptions {
+  Seconds busyTimeout{5};       ///< how long to wait for another process that is writing
+  std::string fileSystem = {};  ///< the name of a registered SQLite file system; empty: the ordinary one
+};
+
+/// An open session store: a file that several processes may use at once, or memory. Confined to one thread.
+class ModelContainer {
+ public:
+  /// Opens the store file, making it when there is none; the folder must exist. Throws `StoreError`.
+  ModelContainer(const std::filesystem::path& path, const StoreFileOptions& options);
+  /// A new, empty store in memory; nothing of it is written to disk.
+  ModelContainer();
+  ~ModelContainer();
+  ModelContainer(const ModelContainer&) = delete;
+  ModelContainer& operator=(const ModelContainer&) = delete;
+  ModelContainer(ModelContainer&&) = delete;
+  ModelContainer& operator=(ModelContainer&&) = delete;
+
+  /// The store file; empty in memory.
+  [[nodiscard]] const std::filesystem::path& path() const;
+
+  /// Hands everything saved so far to the disk, so that a power cut cannot take it. Nothing happens when
+  /// another process is reading just then, or when the disk refuses: what is saved is safe from all but a
+  /// power cut either way.
+  void settle();
+
+  /// The connection, for this room only.
+  [[nodiscard]] Database& database() { return *database_; }
+
+ private:
+  std::unique_ptr<Database> database_;
+};
+
+}  // namespace quellin

@@ -1,0 +1,271 @@
+#include "QuellinCore/Sessions/ModelContext.h"
+
+#include <algorithm>
+
+#include "QuellinCore/Sessions/Database.h"
+#include "QuellinCore/Sessions/SampleCursor.h"
+#include "QuellinCore/Sessions/SampleRows.h"
+#include "QuellinCore/Sessions/SessionBlobs.h"
+#include "QuellinCore/Sessions/SessionRows.h"
+#include "QuellinCore/Sessions/Transaction.h"
+
+namespace quellin {
+
+ModelContext::ModelContext(std::shared_ptr<ModelContainer> container,
+                           std::shared_ptr<const MainExecutor> executor)
+    : container_(std::move(container)), executor_(std::move(executor)) {}
+
+ModelContext::~ModelContext() = default;
+
+StoreError ModelContext::sessionGone() const {
+  return {StoreError::Kind::sessionGone, container_->path(), "the session has been deleted"};
+}
+
+std::int64_t ModelContext::keyOf(const PowerSession& session) { return session.key_; }
+
+void ModelContext::insert(const std::shared_ptr<PowerSession>& session) {
+  requireCurrent(*executor_);
+  session->owner_ = weak_from_this();
+  newSessions_.push_back(session);
+}
+
+void ModelContext::insert(const std::shared_ptr<PowerSessionSample>& sample,
+                          std::optional<SampleFacts> facts) {
+  requireCurrent(*executor_);
+  const auto session = sample->session();
+  if (!session || std::ranges::find(deletedSessions_, session) != deletedSessions_.end()) throw sessionGone();
+  sample->owner_ = weak_from_this();
+  newSamples_.push_back({sample, std::move(facts)});
+  session->changed_.notify();
+}
+
+void ModelContext::remove(const std::shared_ptr<PowerSession>& session) {
+  requireCurrent(*executor_);
+  std::erase_if(newSamples_, [&](const NewSample& entry) { return entry.sample->session_ == session; });
+  std::erase_if(changedSamples_, [&](const auto& sample) { return sample->session_ == session; });
+  std::erase(changedSessions_, session);
+  if (std::erase(newSessions_, session) > 0) return markDeleted(session);
+  if (!session->isDeleted() && std::ranges::find(deletedSessions_, session) == deletedSessions_.end()) {
+    deletedSessions_.push_back(session);
+  }
+}
+
+bool ModelContext::hasChanges() const {
+  return !newSessions_.empty() || !changedSessions_.empty() || !deletedSessions_.empty() ||
+         !newSamples_.empty() || !changedSamples_.empty();
+}
+
+void ModelContext::modelChanged(const std::shared_ptr<PowerSession>& session) {
+  requireCurrent(*executor_);
+  if (session->key_ == 0 || session->isChanged_ || session->isDeleted_) return;
+  session->isChanged_ = true;
+  changedSessions_.push_back(session);
+}
+
+void ModelContext::modelChanged(const std::shared_ptr<PowerSessionSample>& sample) {
+  requireCurrent(*executor_);
+  if (sample->key_ == 0) {
+    const auto entry = std::ranges::find(newSamples_, sample, &NewSample::sample);
+    if (entry != newSamples_.end()) entry->facts.reset();
+  } else if (!sample->isChanged_ && sample->session()) {
+    sample->isChanged_ = true;
+    changedSamples_.push_back(sample);
+  }
+}
+
+void ModelContext::markDeleted(const std::shared_ptr<PowerSession>& session) {
+  sessions_.erase(session->key_);
+  session->isDeleted_ = true;
+  session->changed_.notify();
+}
+
+SampleBlobs ModelContext::blobsOf(const PowerSessionSample& sample) {
+  requireCurrent(*executor_);
+  const auto session = sample.session();
+  return session ? blobsOfSession(session->key_).read(sample.key_) : SampleBlobs();
+}
+
+SessionBlobs& ModelContext::blobsOfSession(std::int64_t key) {
+  constexpr std::size_t kept = 4;
+  const auto found = std::ranges::find(blobs_, key, [](const auto& blobs) { return blobs->session(); });
+  if (found != blobs_.end()) return **found;
+  if (blobs_.size() == kept) blobs_.erase(blobs_.begin());
+  return *blobs_.emplace_back(std::make_unique<SessionBlobs>(database(), key));
+}
+
+void ModelContext::save() {
+  requireCurrent(*executor_);
+  if (!hasChanges()) return;
+  Transaction transaction(database());
+  commit(transaction);
+}
+
+void ModelContext::commit(Transaction& transaction) {
+  Written written;
+  try {
+    written = write();
+    transaction.commit();
+  } catch (...) {
+    blobs_.clear();  // they may know references that are being undone
+    throw;
+  }
+  settle(written);
+}
+
+ModelContext::Written ModelContext::write() {
+  Written written;
+  for (const auto& session : deletedSessions_) deleteSession(database(), session->key_);
+  for (const auto& session : newSessions_) {
+    written.sessions.emplace_back(session, insertSession(database(), session->columns_));
+  }
+  for (const auto& session : changedSessions_) updateSession(database(), {session->key_, session->columns_});
+  writeNewSamples(written);
+  for (const auto& sample : changedSamples_) {
+    if (sample->unsavedBlobs_)
+      blobsOfSession(sample->session_->key_).update(sample->key_, *sample->unsavedBlobs_);
+    updateSample(database(), sample->key_, sample->columns_);
+  }
+  return written;
+}
+
+void ModelContext::writeNewSamples(Written& written) {
+  for (const auto& [sample, facts] : newSamples_) {
+    const auto isItsSession = [&](const auto& entry) { return entry.first == sample->session_; };
+    const auto justInserted = std::ranges::find_if(written.sessions, isItsSession);
+    const std::int64_t session =
+        justInserted == written.sessions.end() ? sample->session_->key_ : justInserted->second;
+    const auto key = nextSampleKey(database(), session);
+    if (!key) {
+      // Deleted by another process: what belongs to it can never be saved.
+      const auto gone = sample->session_;
+      remove(gone);
+      std::erase(deletedSessions_, gone);
+      markDeleted(gone);
+      throw sessionGone();
+    }
+    blobsOfSession(session).insert(*key, *sample->unsavedBlobs_);
+    insertSample(database(), *key, sample->columns_, facts ? storedFacts(*facts) : StoredFacts());
+    written.samples.emplace_back(sample, *key);
+  }
+}
+
+void ModelContext::settle(const Written& written) {
+  for (const auto& [session, key] : written.sessions) {
+    session->key_ = key;
+    sessions_[key] = session;
+  }
+  for (const auto& [sample, key] : written.samples) {
+    sample->key_ = key;
+    sample->unsavedBlobs_.reset();
+    samples_[key] = sample;
+  }
+  for (const auto& session : changedSessions_) session->isChanged_ = false;
+  for (const auto& sample : changedSamples_) {
+    sample->isChanged_ = false;
+    sample->unsavedBlobs_.reset();
+  }
+  newSessions_.clear();
+  changedSessions_.clear();
+  newSamples_.clear();
+  changedSamples_.clear();
+  sweepIdentities();
+  for (const auto& session : std::exchange(deletedSessions_, {})) markDeleted(session);
+}
+
+void ModelContext::sweepIdentities() {
+  if (samples_.size() + sessions_.size() < sweepAt_) return;
+  const auto isGone = [](const auto& entry) { return entry.second.expired(); };
+  std::erase_if(samples_, isGone);
+  std::erase_if(sessions_, isGone);
+  sweepAt_ = std::max<std::size_t>(256, 2 * (samples_.size() + sessions_.size()));
+}
+
+std::shared_ptr<PowerSession> ModelContext::identify(const SessionRow& row, Sessions& changedElsewhere) {
+  std::weak_ptr<PowerSession>& known = sessions_[row.key];
+  auto session = known.lock();
+  if (!session) {
+    session = std::make_shared<PowerSession>(row.columns);
+    session->owner_ = weak_from_this();
+    session->key_ = row.key;
+    known = session;
+  } else if (!session->isChanged_ && session->columns_ != row.columns) {
+    session->columns_ = row.columns;
+    changedElsewhere.push_back(session);
+  }
+  return session;
+}
+
+ModelContext::Sessions ModelContext::fetch(Sessions& changedElsewhere) {
+  Sessions found;
+  for (const SessionRow& row : readSessions(database())) {
+    auto session = identify(row, changedElsewhere);
+    if (std::ranges::find(deletedSessions_, session) == deletedSessions_.end())
+      found.push_back(std::move(session));
+  }
+  found.insert(found.end(), newSessions_.begin(), newSessions_.end());
+  std::ranges::stable_sort(found, std::ranges::greater(),
+                           [](const auto& session) { return session->startedAt(); });
+  return found;
+}
+
+std::vector<std::shared_ptr<PowerSession>> ModelContext::sessions() {
+  requireCurrent(*executor_);
+  Sessions changedElsewhere;
+  Sessions found = fetch(changedElsewhere);
+  for (const auto& session : changedElsewhere) session->changed_.notify();
+  return found;
+}
+
+std::shared_ptr<PowerSession> ModelContext::findOrInsert(const Find& find, const Make& make) {
+  requireCurrent(*executor_);
+  Sessions changedElsewhere;
+  std::shared_ptr<PowerSession> result;
+  {
+    Transaction transaction(database());
+    result = find(fetch(changedElsewhere));
+    if (!result) {
+      result = make();
+      insert(result);
+      try {
+        commit(transaction);
+      } catch (...) {
+        std::erase(newSessions_, result);
+        throw;
+      }
+    }
+  }
+  for (const auto& session : changedElsewhere) session->changed_.notify();
+  return result;
+}
+
+std::vector<std::shared_ptr<PowerSessionSample>> ModelContext::samplesOf(const PowerSession& session) {
+  requireCurrent(*executor_);
+  std::vector<std::shared_ptr<PowerSessionSample>> found;
+  if (session.key_ != 0) {
+    const auto owner = sessions_.at(session.key_).lock();
+    SampleCursor cursor(database(), blobsOfSession(session.key_), SampleCursor::OnDamage::skip,
+                        SampleCursor::Order::stored);
+    while (cursor.next()) found.push_back(identify(cursor.key(), cursor.columns(), owner));
+  }
+  for (const NewSample& entry : newSamples_) {
+    if (entry.sample->session_.get() == &session) found.push_back(entry.sample);
+  }
+  return found;
+}
+
+std::shared_ptr<PowerSessionSample> ModelContext::identify(std::int64_t key, const SampleColumns& columns,
+                                                           const std::shared_ptr<PowerSession>& session) {
+  std::weak_ptr<PowerSessionSample>& known = samples_[key];
+  auto sample = known.lock();
+  if (!sample) {
+    sample = std::make_shared<PowerSessionSample>(columns, std::nullopt, session);
+    sample->owner_ = weak_from_this();
+    sample->key_ = key;
+    known = sample;
+  } else if (!sample->isChanged_) {
+    sample->columns_ = columns;
+  }
+  return sample;
+}
+
+}  // namespace quellin

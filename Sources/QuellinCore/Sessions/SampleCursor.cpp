@@ -1,0 +1,114 @@
+#include "QuellinCore/Sessions/SampleCursor.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+#include "QuellinCore/Sessions/Query.h"
+#include "QuellinCore/Sessions/SampleRows.h"
+#include "QuellinCore/Sessions/SessionBlobs.h"
+
+namespace quellin {
+namespace {
+
+constexpr std::string_view inStoredOrder =
+    "SELECT * FROM PowerSessionSample WHERE key BETWEEN ? AND ? ORDER BY key";
+constexpr std::string_view inOrderOfTime =
+    "SELECT * FROM PowerSessionSample WHERE key BETWEEN ? AND ? ORDER BY timestamp, key";
+
+// Only a wall clock that was set back puts samples out of order; sorting costs several times the walk.
+bool isStoredInOrderOfTime(Database& database, const KeyRange& keys) {
+  Query query(database, "SELECT timestamp FROM PowerSessionSample WHERE key BETWEEN ? AND ? ORDER BY key");
+  query.bind(keys.first).bind(keys.last);
+  double previous = -std::numeric_limits<double>::infinity();
+  while (query.step()) {
+    const double timestamp = query.real(0);
+    if (timestamp < previous) return false;
+    previous = timestamp;
+  }
+  return true;
+}
+
+}  // namespace
+
+struct SampleCursor::State {
+  State(Database& ofDatabase, SessionBlobs& ofBlobs, OnDamage onRowDamage, Order order)
+      : database(ofDatabase),
+        blobs(ofBlobs),
+        onDamage(onRowDamage),
+        keys(keysOf(ofBlobs.session())),
+        isInStoredOrder(order == Order::stored || isStoredInOrderOfTime(ofDatabase, keys)),
+        expected(keys.first),
+        end(nextSampleKey(ofDatabase, ofBlobs.session()).value_or(keys.first)),
+        query(ofDatabase, isInStoredOrder ? inStoredOrder : inOrderOfTime),
+        reader(query) {
+    query.bind(keys.first).bind(keys.last);
+  }
+
+  // The keys of a session follow one another. A gap means rows that the file has lost, a step back pages that
+  // it has mixed up.
+  bool hasKeyInPlace() {
+    if (!isInStoredOrder) return true;
+    if (row.key < expected) return false;
+    unreadable = std::max(unreadable, row.key - expected);
+    expected = row.key + 1;
+    return true;
+  }
+
+  void countSkipped() {
+    if (unreadable > 0 && onDamage == OnDamage::fail) {
+      throw database.error(StoreError::Kind::damaged, "samples of a session are damaged");
+    }
+    skipped += std::exchange(unreadable, 0);
+  }
+
+  Database& database;
+  SessionBlobs& blobs;
+  OnDamage onDamage;
+  KeyRange keys;
+  bool isInStoredOrder;
+  std::int64_t expected;        // the key that comes next in stored order
+  std::int64_t end;             // the key behind the last one
+  std::int64_t unreadable = 0;  // rows since the last good one
+  std::int64_t skipped = 0;
+  Query query;
+  RowReader reader;
+  SampleRow row;
+};
+
+SampleCursor::SampleCursor(Database& database, SessionBlobs& blobs, OnDamage onDamage, Order order)
+    : state_(std::make_unique<State>(database, blobs, onDamage, order)) {}
+
+SampleCursor::SampleCursor(SampleCursor&&) noexcept = default;
+SampleCursor& SampleCursor::operator=(SampleCursor&&) noexcept = default;
+SampleCursor::~SampleCursor() = default;
+
+bool SampleCursor::next() {
+  State& state = *state_;
+  while (state.query.step()) {
+    if (readSample(state.reader, state.row) && state.hasKeyInPlace()) {
+      state.countSkipped();
+      return true;
+    }
+    ++state.unreadable;
+  }
+  if (state.isInStoredOrder) state.unreadable = std::max(state.unreadable, state.end - state.expected);
+  state.expected = state.end;
+  state.countSkipped();
+  return false;
+}
+
+const SampleColumns& SampleCursor::columns() const { return state_->row.columns; }
+
+std::optional<SampleFacts> SampleCursor::facts() const {
+  return factsFrom(state_->row.powerSource, state_->row.contributions);
+}
+
+SampleBlobs SampleCursor::blobs() const { return state_->blobs.read(state_->row.key); }
+
+std::int64_t SampleCursor::key() const { return state_->row.key; }
+
+std::int64_t SampleCursor::skipped() const { return state_->skipped; }
+
+}  // namespace quellin
