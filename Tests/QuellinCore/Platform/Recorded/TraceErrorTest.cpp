@@ -1,0 +1,14 @@
+#include "QuellinCore/Platform/Recorded/TraceError.h"
+
+namespace quellin {
+namespace {
+
+TEST(TraceErrorTest, SaysWhatWhereAndWhatToDo) {
+  TraceError error{.path = "day.jsonl", .line = 7, .reason = "it is damaged", .remedy = "Capture it again."};
+  EXPECT_EQ(error.message(), "day.jsonl, line 7: it is damaged. Capture it again.");
+  error.line.reset();
+  EXPECT_EQ(error.message(), "day.jsonl: it is damaged. Capture it again.");
+}
+
+}  // namespace
+}  // namespace quellin
