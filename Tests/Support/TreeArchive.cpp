@@ -22,8 +22,9 @@ ArchivedFile parseHead(std::string_view line) {
   const std::size_t space = std::min(head.rfind(' '), head.size());
   const std::string_view mode = head.substr(std::min(space + 1, head.size()));
   ArchivedFile file{.path = std::string{head.substr(0, space)}, .mode = 0, .content = ""};
-  const char* const end = mode.data() + mode.size();
-  if (mode.empty() || std::from_chars(mode.data(), end, file.mode, 8).ptr != end) {
+  const char* const begin = mode.data();
+  const char* const end = begin + mode.size();
+  if (mode.empty() || std::from_chars(begin, end, file.mode, 8).ptr != end) {
     throw std::runtime_error("not the head of an archived file: " + std::string{line});
   }
   return file;

@@ -65,10 +65,13 @@ std::optional<std::string> meaningful(const std::optional<std::string>& text) {
 
 // The sum of one amount over all packs, each scaled by its voltage relative to the first one's.
 Amount sumAtFirstVoltage(std::span<const BatteryPack> packs, Amount BatteryPack::* member) {
+  const Amount firstVoltage = positive(packs.front().voltage);
   double sum = 0;
   for (const BatteryPack& pack : packs) {
-    if (!(pack.*member) || !positive(pack.voltage)) return std::nullopt;
-    sum += *(pack.*member) * *pack.voltage / *packs.front().voltage;
+    const Amount amount = pack.*member;
+    const Amount voltage = positive(pack.voltage);
+    if (!amount || !voltage || !firstVoltage) return std::nullopt;
+    sum += *amount * *voltage / *firstVoltage;
   }
   return sum;
 }
@@ -89,7 +92,8 @@ std::optional<ChargingStatus> combinedStatus(std::span<const BatteryPack> packs)
 }
 
 Amount combinedPercent(const BatteryPack& whole, std::span<const BatteryPack> packs) {
-  if (whole.chargeNow && positive(whole.chargeFull)) return *whole.chargeNow / *whole.chargeFull * 100;
+  const Amount full = positive(whole.chargeFull);
+  if (whole.chargeNow && full) return *whole.chargeNow / *full * 100;
   double sum = 0;
   for (const BatteryPack& pack : packs) {
     if (!pack.percent) return std::nullopt;

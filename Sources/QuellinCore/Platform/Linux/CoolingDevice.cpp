@@ -17,10 +17,12 @@ constexpr std::array<std::string_view, 7> throttlingTypes = {
     "Processor", "intel_powerclamp", "cpufreq-", "thermal-cpufreq-", "devfreq-", "thermal-devfreq-", "idle-"};
 
 std::optional<std::int64_t> stateCode(const CoolingDevice& device) {
-  if (!throttles(device) || !device.current || device.maximum.value_or(0) < 1) return std::nullopt;
-  if (*device.current < 1) return 0;
-  if (*device.current >= *device.maximum) return 3;
-  return *device.current >= *device.maximum - *device.current ? 2 : 1;
+  const std::int64_t maximum = device.maximum.value_or(0);
+  if (!throttles(device) || !device.current || maximum < 1) return std::nullopt;
+  const std::int64_t current = *device.current;
+  if (current < 1) return 0;
+  if (current >= maximum) return 3;
+  return current >= maximum - current ? 2 : 1;
 }
 
 }  // namespace

@@ -47,8 +47,8 @@ class DirectoryTree final : public FileTree {
     }
   }
 
-  std::expected<std::string_view, SystemError> readInto(const char* path,
-                                                        std::span<char> buffer) const override {
+  [[nodiscard]] std::expected<std::string_view, SystemError> readInto(const char* path,
+                                                                      std::span<char> buffer) const override {
     if (!directory_) return std::unexpected(openError_);
     const FileDescriptor file{::openat(directory_.get(), path, O_RDONLY | O_CLOEXEC)};
     if (!file) return std::unexpected(SystemError::last());
@@ -60,7 +60,8 @@ class DirectoryTree final : public FileTree {
     return std::string_view{buffer.data(), static_cast<std::size_t>(count)};
   }
 
-  std::expected<std::vector<std::string>, SystemError> list(const std::string& path) const override {
+  [[nodiscard]] std::expected<std::vector<std::string>, SystemError> list(
+      const std::string& path) const override {
     if (!directory_) return std::unexpected(openError_);
     const int descriptor =
         ::openat(directory_.get(), path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -74,7 +75,7 @@ class DirectoryTree final : public FileTree {
     return remainingNames(*stream);
   }
 
-  std::string displayPath(const std::string& path) const override {
+  [[nodiscard]] std::string displayPath(const std::string& path) const override {
     return path.empty() ? root_ : root_ + "/" + path;
   }
 
@@ -100,7 +101,7 @@ std::expected<std::vector<std::string>, SystemError> sortedNames(const FileTree&
 }
 
 std::expected<std::string, SystemError> readText(const FileTree& tree, const std::string& path) {
-  std::array<char, pageSize> buffer;
+  std::array<char, pageSize> buffer{};
   const auto text = tree.readInto(path.c_str(), buffer);
   if (!text) return std::unexpected(text.error());
   return std::string{withoutSpaceAtEnds(*text)};

@@ -40,12 +40,11 @@ std::int64_t LinuxProcessScan::listProcessIDs(std::span<std::int32_t> ids) {
 std::optional<ProcessUsage> LinuxProcessScan::usage(std::int32_t pid) {
   const auto last = lastSeen_.find(pid);
   const bool isNew = last == lastSeen_.end();
+  const bool hadClock = !isNew && last->second.clock.has_value();
   // Read before the files: what happens in between is then seen as a change by the next snapshot, not lost.
-  const auto clock = isNew || last->second.clock ? readClock(pid) : std::nullopt;
-  if (!isNew && last->second.clock) {
-    if (!clock) return std::nullopt;
-    if (*clock == *last->second.clock) return last->second.usage;
-  }
+  const auto clock = isNew || hadClock ? readClock(pid) : std::nullopt;
+  if (hadClock && !clock) return std::nullopt;
+  if (hadClock && clock == last->second.clock) return last->second.usage;
   auto sighting = readFiles(pid, clock);
   if (!sighting) return std::nullopt;
   return lastSeen_.insert_or_assign(pid, *std::move(sighting)).first->second.usage;

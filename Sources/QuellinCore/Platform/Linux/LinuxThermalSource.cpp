@@ -1,5 +1,6 @@
 #include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,10 +46,10 @@ SourceDiagnosis LinuxThermalSource::diagnose() {
     return availableSource(sourceName, describe(hasState, profile.has_value()),
                            hasState ? devicesPath : sys_->displayPath(profilePath));
   }
-  std::vector<ReadFault> faults;
-  if (!cooling) faults.push_back({devicesPath, cooling.error()});
-  if (cooling && cooling->firstFault) faults.push_back(*cooling->firstFault);
-  faults.push_back({sys_->displayPath(profilePath), profile.error()});
+  std::vector<ReadFault> faults = {{sys_->displayPath(profilePath), profile.error()}};
+  const auto devicesFault =
+      cooling ? cooling->firstFault : std::optional{ReadFault{devicesPath, cooling.error()}};
+  if (devicesFault) faults.insert(faults.begin(), *devicesFault);
   for (const ReadFault& fault : faults) {
     if (!saysAbsent(fault.error)) return unreadableSource(sourceName, fault, std::nullopt);
   }

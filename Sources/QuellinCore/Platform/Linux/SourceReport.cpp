@@ -4,6 +4,14 @@
 #include <utility>
 
 namespace quellin {
+namespace {
+
+SourceAvailability availabilityAfter(const SystemError& error) {
+  if (saysNotPermitted(error)) return SourceAvailability::notPermitted;
+  return saysAbsent(error) ? SourceAvailability::absent : SourceAvailability::failed;
+}
+
+}  // namespace
 
 SourceDiagnosis availableSource(std::string source, std::string reason, std::string path) {
   return {.source = std::move(source),
@@ -23,15 +31,12 @@ SourceDiagnosis absentSource(std::string source, std::string reason, std::string
 
 SourceDiagnosis unreadableSource(std::string source, const ReadFault& fault,
                                  std::optional<std::string> permission) {
-  const bool denied = saysNotPermitted(fault.error);
-  const auto availability = denied                    ? SourceAvailability::notPermitted
-                            : saysAbsent(fault.error) ? SourceAvailability::absent
-                                                      : SourceAvailability::failed;
+  const SourceAvailability availability = availabilityAfter(fault.error);
   return {.source = std::move(source),
           .availability = availability,
           .reason = "Reading failed: " + fault.error.description() + ".",
           .path = fault.path,
-          .remedy = denied ? std::move(permission) : std::nullopt};
+          .remedy = availability == SourceAvailability::notPermitted ? std::move(permission) : std::nullopt};
 }
 
 bool saysAbsent(const SystemError& error) {

@@ -1,4 +1,9 @@
 #include <array>
+#include <cstdint>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/BatteryPack.h"
 

@@ -1,4 +1,8 @@
 #include <array>
+#include <cstdint>
+#include <optional>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/CoolingDevice.h"
 

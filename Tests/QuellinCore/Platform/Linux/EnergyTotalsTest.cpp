@@ -1,4 +1,10 @@
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/EnergyTotals.h"
 

@@ -1,5 +1,10 @@
 #include <array>
 #include <cerrno>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/FileTree.h"
 #include "Support/TreeArchive.h"

@@ -1,6 +1,12 @@
 #include <algorithm>
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/KernelText.h"
 

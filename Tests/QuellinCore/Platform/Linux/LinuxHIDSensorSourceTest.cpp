@@ -1,5 +1,12 @@
 #include <cerrno>
 #include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/LinuxHIDSensorSource.h"
 #include "Support/FaultyTree.h"

@@ -1,6 +1,14 @@
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/LinuxProcessSource.h"
 #include "Support/FaultyTree.h"

@@ -1,5 +1,13 @@
 #include <cerrno>
+#include <cstdint>
 #include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/LinuxSMCSource.h"
 #include "QuellinCore/Services/SMCService.h"

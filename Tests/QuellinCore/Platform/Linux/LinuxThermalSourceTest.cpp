@@ -1,6 +1,12 @@
 #include <cerrno>
 #include <map>
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
 #include "Support/FaultyTree.h"

@@ -1,6 +1,10 @@
+#include <cstdint>
 #include <ctime>
+#include <optional>
 #include <thread>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/ProcessClock.h"
 

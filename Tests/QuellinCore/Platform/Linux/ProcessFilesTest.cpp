@@ -1,5 +1,12 @@
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/ProcessFiles.h"
 

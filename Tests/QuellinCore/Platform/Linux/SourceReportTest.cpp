@@ -1,5 +1,9 @@
 #include <cerrno>
+#include <optional>
 #include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/SourceReport.h"
 
