@@ -49,7 +49,7 @@ class BinaryPropertyListReader {
     bool succeeded = addObject(_layout.topObject());
     while (succeeded && !_containers.empty()) succeeded = addNext();
     if (auto list = _builder.finish()) return std::move(*list);
-    return std::unexpected(PropertyListError{_builder.failure(), _offset});
+    return std::unexpected(PropertyListError{.reason = _builder.failure(), .offset = _offset});
   }
 
  private:
@@ -223,9 +223,10 @@ class BinaryPropertyListReader {
 }  // namespace
 
 std::expected<PropertyList, PropertyListError> parseBinaryPropertyList(std::string_view bytes) {
-  if (bytes.size() > maximumPropertyListSize) return std::unexpected(PropertyListError{"too large"});
+  if (bytes.size() > maximumPropertyListSize)
+    return std::unexpected(PropertyListError{.reason = "too large"});
   const auto layout = BinaryPropertyListLayout::read(bytes);
-  if (!layout) return std::unexpected(PropertyListError{layout.error()});
+  if (!layout) return std::unexpected(PropertyListError{.reason = layout.error()});
   return BinaryPropertyListReader{*layout, bytes.size()}.read();
 }
 

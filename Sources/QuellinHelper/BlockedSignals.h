@@ -14,6 +14,8 @@ class BlockedSignals {
   BlockedSignals();
   BlockedSignals(const BlockedSignals&) = delete;
   BlockedSignals& operator=(const BlockedSignals&) = delete;
+  BlockedSignals(BlockedSignals&&) = delete;
+  BlockedSignals& operator=(BlockedSignals&&) = delete;
   ~BlockedSignals();
 
   /// Whether a held-back signal has arrived.

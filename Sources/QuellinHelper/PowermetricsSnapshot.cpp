@@ -26,10 +26,18 @@ struct Component {
   std::optional<double> ProTelemetrySnapshot::* watts;
 };
 
-constexpr std::array components{
-    Component{"cpu", {"cpu_power"}, {"cpu", "power"}, &ProTelemetrySnapshot::cpuPowerWatts},
-    Component{"gpu", {"gpu_power"}, {"gpu", "power"}, &ProTelemetrySnapshot::gpuPowerWatts},
-    Component{"ane", {"ane_power"}, {"ane", "power"}, &ProTelemetrySnapshot::anePowerWatts}};
+constexpr std::array components{Component{.name = "cpu",
+                                          .exactKeys = {"cpu_power"},
+                                          .tokens = {"cpu", "power"},
+                                          .watts = &ProTelemetrySnapshot::cpuPowerWatts},
+                                Component{.name = "gpu",
+                                          .exactKeys = {"gpu_power"},
+                                          .tokens = {"gpu", "power"},
+                                          .watts = &ProTelemetrySnapshot::gpuPowerWatts},
+                                Component{.name = "ane",
+                                          .exactKeys = {"ane_power"},
+                                          .tokens = {"ane", "power"},
+                                          .watts = &ProTelemetrySnapshot::anePowerWatts}};
 
 // A NaN has no place in an order.
 double rank(const ProProcessEnergy& row) {

@@ -32,18 +32,16 @@ std::optional<std::int32_t> pidFromText(std::string_view text) {
     if (text.starts_with('-')) return std::nullopt;
   }
   std::int32_t pid = 0;
-  const char* end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, pid);
-  if (error != std::errc{} || rest != end) return std::nullopt;
+  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
+  if (error != std::errc{} || rest != text.data() + text.size()) return std::nullopt;
   return pid;
 }
 
 std::optional<std::int32_t> pidFromReal(double value) {
   using Limits = std::numeric_limits<std::int32_t>;
   const double whole = std::trunc(value);
-  // Also false for a NaN.
-  if (!(whole >= Limits::min() && whole <= Limits::max())) return std::nullopt;
-  return static_cast<std::int32_t>(whole);
+  const bool fits = whole >= Limits::min() && whole <= Limits::max();  // also false for a NaN
+  return fits ? std::optional{static_cast<std::int32_t>(whole)} : std::nullopt;
 }
 
 std::optional<std::int32_t> pid(const PropertyListNode& dictionary) {

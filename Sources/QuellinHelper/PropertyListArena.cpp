@@ -22,9 +22,8 @@ std::byte* PropertyListArena::allocateBytes(std::size_t size) {
 }
 
 std::byte* PropertyListArena::addBlock(std::size_t size) {
-  _blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(size));
   _capacity += size;
-  return _blocks.back().get();
+  return _blocks.emplace_back(size).data();
 }
 
 }  // namespace quellin

@@ -37,12 +37,12 @@ class PropertyListArena {
  private:
   static constexpr std::size_t alignment = alignof(std::uint64_t);
   static constexpr std::size_t firstBlock = 1024;
-  static constexpr std::size_t largestBlock = 256 * 1024;
+  static constexpr std::size_t largestBlock = std::size_t{256} * 1024;
 
   [[nodiscard]] std::byte* allocateBytes(std::size_t size);
   [[nodiscard]] std::byte* addBlock(std::size_t size);
 
-  std::vector<std::unique_ptr<std::byte[]>> _blocks;
+  std::vector<std::vector<std::byte>> _blocks;
   std::span<std::byte> _free;
   std::size_t _nextBlock = firstBlock;
   std::size_t _capacity = 0;

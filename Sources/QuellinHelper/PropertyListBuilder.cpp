@@ -61,7 +61,7 @@ void PropertyListBuilder::place(PropertyListNode value) {
     _root = value;
     return;
   }
-  _items.push_back(Item{value, _frames.back().pendingKey});
+  _items.push_back(Item{.value = value, .key = _frames.back().pendingKey});
   _frames.back().pendingKey = noKey;
 }
 
@@ -81,7 +81,7 @@ PropertyListNode PropertyListBuilder::gatherEntries(std::size_t firstItem) {
   const auto entries = _arena.allocate<PropertyListEntry>(kept - firstItem);
   for (std::size_t index = 0; index < entries.size(); ++index) {
     const Item& item = _items[firstItem + index];
-    entries[index] = {_keys[item.key].text, item.value};
+    entries[index] = {.key = _keys[item.key].text, .value = item.value};
   }
   return PropertyListNode{std::span<const PropertyListEntry>{entries}};
 }

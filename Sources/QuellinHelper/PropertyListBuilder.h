@@ -42,13 +42,13 @@ class PropertyListBuilder {
   static constexpr std::uint32_t noKey = UINT32_MAX;
 
   struct Frame {
-    std::size_t firstItem;
+    std::size_t firstItem = 0;
     std::uint32_t pendingKey = noKey;
-    bool isDictionary;
+    bool isDictionary = false;
   };
   struct Item {
     PropertyListNode value;
-    std::uint32_t key;
+    std::uint32_t key = noKey;
   };
   struct Key {
     std::string_view text;

@@ -7,6 +7,7 @@ namespace quellin::detail {
 namespace {
 
 // clang-format off
+// NOLINTBEGIN(modernize-use-designated-initializers)
 constexpr std::array<CharacterRange, 733> kept{{
     {0x30, 0x39}, {0x41, 0x5A}, {0x61, 0x7A}, {0xAA, 0xAA}, {0xB2, 0xB3},
     {0xB5, 0xB5}, {0xB9, 0xBA}, {0xBC, 0xBE}, {0xC0, 0xD6}, {0xD8, 0xF6},
@@ -196,6 +197,7 @@ constexpr std::array<LowerCaseRun, 182> runs{{
     {0x1057C, 0x1058A, 1, 39}, {0x1058C, 0x10592, 1, 39}, {0x10594, 0x10595, 1, 39}, {0x10C80, 0x10CB2, 1, 64}, {0x118A0, 0x118BF, 1, 32},
     {0x16E40, 0x16E5F, 1, 32}, {0x1E900, 0x1E921, 1, 34},
 }};
+// NOLINTEND(modernize-use-designated-initializers)
 // clang-format on
 
 }  // namespace

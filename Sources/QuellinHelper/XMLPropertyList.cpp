@@ -52,7 +52,7 @@ class XMLPropertyListReader {
 
   std::expected<PropertyList, PropertyListError> read(std::string_view bytes) {
     // In pieces: the parser copies what it is given into a buffer of its own.
-    constexpr std::size_t pieceSize = 64 * 1024;
+    constexpr std::size_t pieceSize = std::size_t{64} * 1024;
     bool isLast = false;
     for (std::size_t start = 0; !isLast; start += pieceSize) {
       const std::string_view piece = bytes.substr(std::min(start, bytes.size()), pieceSize);
@@ -67,11 +67,13 @@ class XMLPropertyListReader {
 
  private:
   static void XMLCALL onStart(void* reader, const XML_Char* name, const XML_Char** /*attributes*/) noexcept {
-    self(reader).start(elementNamed(name));
+    self(reader).stopUnless(self(reader).start(elementNamed(name)));
   }
-  static void XMLCALL onEnd(void* reader, const XML_Char* /*name*/) noexcept { self(reader).end(); }
+  static void XMLCALL onEnd(void* reader, const XML_Char* /*name*/) noexcept {
+    self(reader).stopUnless(self(reader).end());
+  }
   static void XMLCALL onText(void* reader, const XML_Char* text, int length) noexcept {
-    self(reader).text({text, static_cast<std::size_t>(length)});
+    self(reader).stopUnless(self(reader).text({text, static_cast<std::size_t>(length)}));
   }
   static void XMLCALL onEntityDeclaration(void* reader, const XML_Char*, int, const XML_Char*, int,
                                           const XML_Char*, const XML_Char*, const XML_Char*,
@@ -83,38 +85,37 @@ class XMLPropertyListReader {
   }
   static XMLPropertyListReader& self(void* reader) { return *static_cast<XMLPropertyListReader*>(reader); }
 
-  void start(Element element) {
-    if (_scalar != Element::none) return stopUnless(_builder.fail("element inside a scalar"));
+  bool start(Element element) {
+    if (_scalar != Element::none) return _builder.fail("element inside a scalar");
     switch (element) {
       case Element::none:
-        return stopUnless(_builder.fail("unknown element"));
+        return _builder.fail("unknown element");
       case Element::plist:
-        return stopUnless(openWrapper());
+        return openWrapper();
       case Element::dict:
-        return stopUnless(_builder.openDictionary());
+        return _builder.openDictionary();
       case Element::array:
-        return stopUnless(_builder.openArray());
+        return _builder.openArray();
       default:
         break;
     }
     _scalar = element;
     _text.clear();
+    return true;
   }
 
-  void end() {
-    if (_scalar == Element::none) {
-      // The wrapper is the outermost element, so it is the one that ends while the root is already there.
-      if (!_isWrapped || !_builder.hasRoot()) stopUnless(_builder.close());
-      return;
-    }
-    stopUnless(addScalar(std::exchange(_scalar, Element::none)));
+  bool end() {
+    if (_scalar != Element::none) return addScalar(std::exchange(_scalar, Element::none));
+    // The wrapper is the outermost element, so it is the one that ends while the root is already there.
+    return (_isWrapped && _builder.hasRoot()) || _builder.close();
   }
 
-  void text(std::string_view characters) {
+  bool text(std::string_view characters) {
     if (_scalar == Element::none || _scalar == Element::yes || _scalar == Element::no) {
-      return stopUnless(isWhiteSpace(characters) || _builder.fail("text between elements"));
+      return isWhiteSpace(characters) || _builder.fail("text between elements");
     }
     _text.append(characters);
+    return true;
   }
 
   bool openWrapper() {
@@ -165,9 +166,9 @@ class XMLPropertyListReader {
 
   [[nodiscard]] PropertyListError error() const {
     const std::size_t offset = _failureOffset.value_or(currentOffset());
-    if (!_builder.failure().empty()) return {_builder.failure(), offset};
+    if (!_builder.failure().empty()) return {.reason = _builder.failure(), .offset = offset};
     const XML_LChar* reason = XML_ErrorString(XML_GetErrorCode(_parser.get()));
-    return {reason != nullptr ? reason : "no value", offset};
+    return {.reason = reason != nullptr ? reason : "no value", .offset = offset};
   }
 
   std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> _parser;
@@ -182,7 +183,8 @@ class XMLPropertyListReader {
 }  // namespace
 
 std::expected<PropertyList, PropertyListError> parseXMLPropertyList(std::string_view bytes) {
-  if (bytes.size() > maximumPropertyListSize) return std::unexpected(PropertyListError{"too large"});
+  if (bytes.size() > maximumPropertyListSize)
+    return std::unexpected(PropertyListError{.reason = "too large"});
   return XMLPropertyListReader{}.read(bytes);
 }
 

@@ -58,6 +58,7 @@ namespace quellin::detail {{
 namespace {{
 
 // clang-format off
+// NOLINTBEGIN(modernize-use-designated-initializers)
 constexpr std::array<CharacterRange, {len(kept)}> kept{{{{""")
     print("\n".join("    " + row for row in rows(kept)))
     print(f"""}}}};
@@ -65,6 +66,7 @@ constexpr std::array<CharacterRange, {len(kept)}> kept{{{{""")
 constexpr std::array<LowerCaseRun, {len(runs)}> runs{{{{""")
     print("\n".join("    " + row for row in rows(runs)))
     print("""}};
+// NOLINTEND(modernize-use-designated-initializers)
 // clang-format on
 
 }  // namespace

@@ -13,8 +13,7 @@ using namespace std::string_literals;
 
 std::string bigEndianBytes(std::uint64_t value, int size) {
   std::string bytes;
-  for (int shift = (size - 1) * 8; shift >= 0; shift -= 8)
-    bytes.push_back(static_cast<char>(value >> shift & 0xFF));
+  for (; size > 0; --size, value >>= 8) bytes.insert(bytes.begin(), static_cast<char>(value & 0xFF));
   return bytes;
 }
 
