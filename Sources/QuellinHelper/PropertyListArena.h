@@ -37,7 +37,7 @@ class PropertyListArena {
  private:
   static constexpr std::size_t alignment = alignof(std::uint64_t);
   static constexpr std::size_t firstBlock = 1024;
-  static constexpr std::size_t largestBlock = std::size_t{256} * 1024;
+  static constexpr std::size_t largestBlock = std::size_t{16} * 1024;
 
   [[nodiscard]] std::byte* allocateBytes(std::size_t size);
   [[nodiscard]] std::byte* addBlock(std::size_t size);
