@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <limits>
 #include <string>
@@ -61,7 +61,7 @@ int write(const std::string& path, int samples, int rows) {
 
 }  // namespace
 
-int main(int argc, char* argv[]) {
+int main(int argc, char* argv[]) try {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   if (arguments.size() == 4 && arguments[0] == "write") {
     return write(arguments[1], std::stoi(arguments[2]), std::stoi(arguments[3]));
@@ -69,4 +69,7 @@ int main(int argc, char* argv[]) {
   if (arguments.size() == 3 && arguments[0] == "read") return read(arguments[1], std::stoi(arguments[2]));
   std::fputs("usage: PropertyListReading write FILE SAMPLES ROWS | read FILE ROUNDS\n", stderr);
   return 2;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "%s\n", error.what());
+  return 1;
 }

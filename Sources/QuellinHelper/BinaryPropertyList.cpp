@@ -43,13 +43,13 @@ bool isASCII(std::string_view bytes) {
 class BinaryPropertyListReader {
  public:
   BinaryPropertyListReader(const BinaryPropertyListLayout& layout, std::size_t nodeLimit)
-      : _layout(layout), _scalars(layout.objectCount()), _nodesLeft(nodeLimit) {}
+      : layout_(layout), scalars_(layout.objectCount()), nodesLeft_(nodeLimit) {}
 
   std::expected<PropertyList, PropertyListError> read() {
-    bool succeeded = addObject(_layout.topObject());
-    while (succeeded && !_containers.empty()) succeeded = addNext();
-    if (auto list = _builder.finish()) return std::move(*list);
-    return std::unexpected(PropertyListError{.reason = _builder.failure(), .offset = _offset});
+    bool succeeded = addObject(layout_.topObject());
+    while (succeeded && !containers_.empty()) succeeded = addNext();
+    if (auto list = builder_.finish()) return std::move(*list);
+    return std::unexpected(PropertyListError{.reason = builder_.failure(), .offset = offset_});
   }
 
  private:
@@ -60,15 +60,15 @@ class BinaryPropertyListReader {
   };
 
   bool addNext() {
-    Container& container = _containers.back();
+    Container& container = containers_.back();
     if (container.taken == container.values.size()) {
-      _containers.pop_back();
-      return _builder.close();
+      containers_.pop_back();
+      return builder_.close();
     }
     const std::size_t at = container.taken;
-    container.taken += _layout.referenceSize();
-    const auto value = bigEndian(container.values.substr(at, _layout.referenceSize()));
-    if (!container.keys.empty() && !addKey(bigEndian(container.keys.substr(at, _layout.referenceSize())))) {
+    container.taken += layout_.referenceSize();
+    const auto value = bigEndian(container.values.substr(at, layout_.referenceSize()));
+    if (!container.keys.empty() && !addKey(bigEndian(container.keys.substr(at, layout_.referenceSize())))) {
       return false;
     }
     return addObject(value);
@@ -79,7 +79,7 @@ class BinaryPropertyListReader {
     if (!object) return false;
     const auto key = scalar(number, *object);
     const auto text = key ? key->string() : std::nullopt;
-    return text ? _builder.addKey(*text) : _builder.fail("key that is no string");
+    return text ? builder_.addKey(*text) : builder_.fail("key that is no string");
   }
 
   bool addObject(std::uint64_t number) {
@@ -88,49 +88,49 @@ class BinaryPropertyListReader {
     if (object->type == array || object->type == dictionary) return open(*object);
     if (object->type == identifier) return addIdentifier(*object);
     const auto node = scalar(number, *object);
-    return node ? _builder.add(*node) : _builder.fail("malformed or unsupported object");
+    return node ? builder_.add(*node) : builder_.fail("malformed or unsupported object");
   }
 
   std::optional<BinaryObject> visit(std::uint64_t number) {
-    const auto object = _layout.object(number);
+    const auto object = layout_.object(number);
     if (!object) {
-      _builder.fail("object outside the input");
+      builder_.fail("object outside the input");
       return std::nullopt;
     }
-    _offset = object->contents;
-    if (_nodesLeft == 0) {
-      _builder.fail("more nodes than bytes");
+    offset_ = object->contents;
+    if (nodesLeft_ == 0) {
+      builder_.fail("more nodes than bytes");
       return std::nullopt;
     }
-    --_nodesLeft;
+    --nodesLeft_;
     return object;
   }
 
   bool open(const BinaryObject& object) {
     const bool isDictionary = object.type == dictionary;
-    const auto first = _layout.slice(object.contents, object.length, _layout.referenceSize());
-    if (!first) return _builder.fail("references outside the input");
+    const auto first = layout_.slice(object.contents, object.length, layout_.referenceSize());
+    if (!first) return builder_.fail("references outside the input");
     Container container{.keys = {}, .values = *first};
     if (isDictionary) {
       const auto second =
-          _layout.slice(object.contents + first->size(), object.length, _layout.referenceSize());
-      if (!second) return _builder.fail("references outside the input");
+          layout_.slice(object.contents + first->size(), object.length, layout_.referenceSize());
+      if (!second) return builder_.fail("references outside the input");
       container = {.keys = *first, .values = *second};
     }
-    _containers.push_back(container);
-    return isDictionary ? _builder.openDictionary() : _builder.openArray();
+    containers_.push_back(container);
+    return isDictionary ? builder_.openDictionary() : builder_.openArray();
   }
 
   bool addIdentifier(const BinaryObject& object) {
-    const auto bytes = _layout.slice(object.contents, object.length + 1);
-    if (!bytes || bytes->size() > sizeof(std::uint64_t)) return _builder.fail("malformed identifier");
-    return _builder.openDictionary() && _builder.addKey("CF$UID") &&
-           _builder.add(PropertyListNode{bigEndian(*bytes)}) && _builder.close();
+    const auto bytes = layout_.slice(object.contents, object.length + 1);
+    if (!bytes || bytes->size() > sizeof(std::uint64_t)) return builder_.fail("malformed identifier");
+    return builder_.openDictionary() && builder_.addKey("CF$UID") &&
+           builder_.add(PropertyListNode{bigEndian(*bytes)}) && builder_.close();
   }
 
   // Objects may be referred to many times; each is copied into the list once.
   std::optional<PropertyListNode> scalar(std::uint64_t number, const BinaryObject& object) {
-    auto& known = _scalars[static_cast<std::size_t>(number)];
+    auto& known = scalars_[static_cast<std::size_t>(number)];
     if (!known) known = read(object);
     return known;
   }
@@ -164,7 +164,7 @@ class BinaryPropertyListReader {
 
   [[nodiscard]] std::optional<PropertyListNode> readInteger(const BinaryObject& object) const {
     if (object.length > 4) return std::nullopt;
-    const auto bytes = _layout.slice(object.contents, std::uint64_t{1} << object.length);
+    const auto bytes = layout_.slice(object.contents, std::uint64_t{1} << object.length);
     if (!bytes) return std::nullopt;
     const std::uint64_t value = bigEndian(*bytes);
     if (bytes->size() < sizeof(std::int64_t)) return PropertyListNode{value};
@@ -181,7 +181,7 @@ class BinaryPropertyListReader {
     constexpr std::uint64_t eightBytes = 3;
     if (object.length != eightBytes && (object.length != fourBytes || object.type == date))
       return std::nullopt;
-    const auto bytes = _layout.slice(object.contents, std::uint64_t{1} << object.length);
+    const auto bytes = layout_.slice(object.contents, std::uint64_t{1} << object.length);
     if (!bytes) return std::nullopt;
     if (object.length == fourBytes) {
       const auto value = std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(*bytes)));
@@ -193,31 +193,31 @@ class BinaryPropertyListReader {
   }
 
   [[nodiscard]] std::optional<PropertyListNode> readData(const BinaryObject& object) {
-    const auto bytes = _layout.slice(object.contents, object.length);
+    const auto bytes = layout_.slice(object.contents, object.length);
     if (!bytes) return std::nullopt;
-    return PropertyListNode::ofData(_builder.arena().copy(*bytes));
+    return PropertyListNode::ofData(builder_.arena().copy(*bytes));
   }
 
   [[nodiscard]] std::optional<PropertyListNode> readASCII(const BinaryObject& object) {
-    const auto bytes = _layout.slice(object.contents, object.length);
+    const auto bytes = layout_.slice(object.contents, object.length);
     if (!bytes || !isASCII(*bytes)) return std::nullopt;
-    return PropertyListNode{_builder.arena().copy(*bytes)};
+    return PropertyListNode{builder_.arena().copy(*bytes)};
   }
 
   [[nodiscard]] std::optional<PropertyListNode> readUTF16(const BinaryObject& object) {
-    const auto bytes = _layout.slice(object.contents, object.length, sizeof(char16_t));
+    const auto bytes = layout_.slice(object.contents, object.length, sizeof(char16_t));
     if (!bytes) return std::nullopt;
     const auto text = utf8FromUTF16BigEndian(*bytes);
     if (!text) return std::nullopt;
-    return PropertyListNode{_builder.arena().copy(*text)};
+    return PropertyListNode{builder_.arena().copy(*text)};
   }
 
-  const BinaryPropertyListLayout& _layout;
-  PropertyListBuilder _builder;
-  std::vector<Container> _containers;
-  std::vector<std::optional<PropertyListNode>> _scalars;
-  std::size_t _nodesLeft;
-  std::size_t _offset = 0;
+  const BinaryPropertyListLayout& layout_;
+  PropertyListBuilder builder_;
+  std::vector<Container> containers_;
+  std::vector<std::optional<PropertyListNode>> scalars_;
+  std::size_t nodesLeft_;
+  std::size_t offset_ = 0;
 };
 
 }  // namespace

@@ -24,26 +24,26 @@ std::expected<BinaryPropertyListLayout, std::string_view> BinaryPropertyListLayo
   const std::string_view trailer = bytes.substr(body.size());
 
   BinaryPropertyListLayout layout;
-  layout._offsetSize = bigEndian(trailer.substr(6, 1));
-  layout._referenceSize = bigEndian(trailer.substr(7, 1));
+  layout.offsetSize_ = bigEndian(trailer.substr(6, 1));
+  layout.referenceSize_ = bigEndian(trailer.substr(7, 1));
   const std::uint64_t objectCount = bigEndian(trailer.substr(8, 8));
-  layout._topObject = bigEndian(trailer.substr(16, 8));
+  layout.topObject_ = bigEndian(trailer.substr(16, 8));
   const std::uint64_t tableOffset = bigEndian(trailer.substr(24, 8));
-  if (!isIntegerSize(layout._offsetSize) || !isIntegerSize(layout._referenceSize)) {
+  if (!isIntegerSize(layout.offsetSize_) || !isIntegerSize(layout.referenceSize_)) {
     return std::unexpected("impossible integer size");
   }
-  const auto table = bounded(body, tableOffset, objectCount, layout._offsetSize);
+  const auto table = bounded(body, tableOffset, objectCount, layout.offsetSize_);
   if (!table || tableOffset < magic.size()) return std::unexpected("offset table outside the input");
-  if (layout._topObject >= objectCount) return std::unexpected("top object outside the table");
-  layout._objectCount = static_cast<std::size_t>(objectCount);
-  layout._offsetTable = *table;
-  layout._objects = body.substr(0, static_cast<std::size_t>(tableOffset));
+  if (layout.topObject_ >= objectCount) return std::unexpected("top object outside the table");
+  layout.objectCount_ = static_cast<std::size_t>(objectCount);
+  layout.offsetTable_ = *table;
+  layout.objects_ = body.substr(0, static_cast<std::size_t>(tableOffset));
   return layout;
 }
 
 std::optional<std::string_view> BinaryPropertyListLayout::slice(std::size_t offset, std::uint64_t count,
                                                                 std::size_t size) const {
-  return bounded(_objects, offset, count, size);
+  return bounded(objects_, offset, count, size);
 }
 
 std::optional<BinaryObject> BinaryPropertyListLayout::object(std::uint64_t number) const {
@@ -52,11 +52,11 @@ std::optional<BinaryObject> BinaryPropertyListLayout::object(std::uint64_t numbe
   constexpr std::uint8_t identifierType = 0x8;
   constexpr std::uint8_t integerType = 0x1;
 
-  if (number >= _objectCount) return std::nullopt;
+  if (number >= objectCount_) return std::nullopt;
   const auto index = static_cast<std::size_t>(number);
-  const std::uint64_t offset = bigEndian(_offsetTable.substr(index * _offsetSize, _offsetSize));
+  const std::uint64_t offset = bigEndian(offsetTable_.substr(index * offsetSize_, offsetSize_));
   if (offset < magic.size()) return std::nullopt;
-  const auto marker = bounded(_objects, offset, 1, 1);
+  const auto marker = bounded(objects_, offset, 1, 1);
   if (!marker) return std::nullopt;
 
   const std::uint64_t byte = bigEndian(*marker);

@@ -30,9 +30,9 @@ class BinaryPropertyListLayout {
   /// The layout that the trailer describes. The error is its reason.
   [[nodiscard]] static std::expected<BinaryPropertyListLayout, std::string_view> read(std::string_view bytes);
 
-  [[nodiscard]] std::uint64_t topObject() const { return _topObject; }
-  [[nodiscard]] std::size_t objectCount() const { return _objectCount; }
-  [[nodiscard]] std::size_t referenceSize() const { return _referenceSize; }
+  [[nodiscard]] std::uint64_t topObject() const { return topObject_; }
+  [[nodiscard]] std::size_t objectCount() const { return objectCount_; }
+  [[nodiscard]] std::size_t referenceSize() const { return referenceSize_; }
 
   /// The object of that number; no value when it lies outside the part of the input that holds objects.
   [[nodiscard]] std::optional<BinaryObject> object(std::uint64_t number) const;
@@ -42,12 +42,12 @@ class BinaryPropertyListLayout {
                                                       std::size_t size = 1) const;
 
  private:
-  std::string_view _objects;  // the magic and the objects, up to the offset table
-  std::string_view _offsetTable;
-  std::size_t _offsetSize = 0;
-  std::size_t _referenceSize = 0;
-  std::size_t _objectCount = 0;
-  std::uint64_t _topObject = 0;
+  std::string_view objects_;  // the magic and the objects, up to the offset table
+  std::string_view offsetTable_;
+  std::size_t offsetSize_ = 0;
+  std::size_t referenceSize_ = 0;
+  std::size_t objectCount_ = 0;
+  std::uint64_t topObject_ = 0;
 };
 
 }  // namespace quellin::detail

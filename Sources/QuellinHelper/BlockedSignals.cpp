@@ -22,19 +22,19 @@ bool isIgnored(int number) {
 }  // namespace
 
 BlockedSignals::BlockedSignals() {
-  sigemptyset(&_blocked);
+  sigemptyset(&blocked_);
   const auto add = [this](int number) {
     // Held back, it would arrive where it now does not.
-    if (!isIgnored(number)) sigaddset(&_blocked, number);
+    if (!isIgnored(number)) sigaddset(&blocked_, number);
   };
   for (const int number : terminatingSignals) add(number);
 #if defined(SIGRTMIN)
   for (int number = SIGRTMIN; number <= SIGRTMAX; ++number) add(number);
 #endif
-  pthread_sigmask(SIG_BLOCK, &_blocked, &_before);
+  pthread_sigmask(SIG_BLOCK, &blocked_, &before_);
 }
 
-BlockedSignals::~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
+BlockedSignals::~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
 bool BlockedSignals::isPending() const { return firstPending().has_value(); }
 
@@ -53,7 +53,7 @@ std::optional<int> BlockedSignals::firstPending() const {
   sigemptyset(&arrived);
   sigpending(&arrived);
   for (int number = 1; number < NSIG; ++number) {
-    if (sigismember(&arrived, number) == 1 && sigismember(&_blocked, number) == 1) return number;
+    if (sigismember(&arrived, number) == 1 && sigismember(&blocked_, number) == 1) return number;
   }
   return std::nullopt;
 }

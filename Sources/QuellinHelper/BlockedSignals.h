@@ -27,8 +27,8 @@ class BlockedSignals {
  private:
   [[nodiscard]] std::optional<int> firstPending() const;
 
-  sigset_t _blocked{};
-  sigset_t _before{};
+  sigset_t blocked_{};
+  sigset_t before_{};
 };
 
 }  // namespace quellin

@@ -19,68 +19,68 @@ bool isDigit(char character) { return character >= '0' && character <= '9'; }
 /// Reads the parts of a decimal number from the front of a text.
 class DecimalScanner {
  public:
-  explicit DecimalScanner(std::string_view text) : _rest(text) {}
+  explicit DecimalScanner(std::string_view text) : rest_(text) {}
 
   bool scan() {
-    _isNegative = take('-');
-    if (!_isNegative) take('+');
+    isNegative_ = take('-');
+    if (!isNegative_) take('+');
     takeDigits(false);
     if (take('.')) takeDigits(true);
-    if (!_hasDigits) return false;
+    if (!hasDigits_) return false;
     if ((take('e') || take('E')) && !takeExponent()) return false;
-    return _rest.empty();
+    return rest_.empty();
   }
 
   // Both operands are exact and IEEE division and multiplication round correctly, so this is the nearest
   // double.
   [[nodiscard]] std::optional<double> exactValue() const {
-    const int exponent = _exponent - _fractionDigits;
+    const int exponent = exponent_ - fractionDigits_;
     const int limit = static_cast<int>(powersOfTen.size()) - 1;
-    if (_digitsCounted > mostDigitsCounted || _digits > largestExactInteger) return std::nullopt;
+    if (digitsCounted_ > mostDigitsCounted || digits_ > largestExactInteger) return std::nullopt;
     if (exponent < -limit || exponent > limit) return std::nullopt;
-    const auto digits = static_cast<double>(_digits);
+    const auto digits = static_cast<double>(digits_);
     const double value = exponent < 0 ? digits / powersOfTen[static_cast<std::size_t>(-exponent)]
                                       : digits * powersOfTen[static_cast<std::size_t>(exponent)];
-    return _isNegative ? -value : value;
+    return isNegative_ ? -value : value;
   }
 
  private:
   bool take(char expected) {
-    if (_rest.empty() || _rest.front() != expected) return false;
-    _rest.remove_prefix(1);
+    if (rest_.empty() || rest_.front() != expected) return false;
+    rest_.remove_prefix(1);
     return true;
   }
 
   void takeDigits(bool isFraction) {
-    for (; !_rest.empty() && isDigit(_rest.front()); _rest.remove_prefix(1)) {
-      _hasDigits = true;
-      if (_digitsCounted > mostDigitsCounted) continue;
-      const auto digit = static_cast<std::uint64_t>(_rest.front() - '0');
-      if (_digits != 0 || digit != 0) ++_digitsCounted;
-      if (_digitsCounted > mostDigitsCounted) continue;
-      _digits = _digits * 10 + digit;
-      _fractionDigits += isFraction ? 1 : 0;
+    for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1)) {
+      hasDigits_ = true;
+      if (digitsCounted_ > mostDigitsCounted) continue;
+      const auto digit = static_cast<std::uint64_t>(rest_.front() - '0');
+      if (digits_ != 0 || digit != 0) ++digitsCounted_;
+      if (digitsCounted_ > mostDigitsCounted) continue;
+      digits_ = digits_ * 10 + digit;
+      fractionDigits_ += isFraction ? 1 : 0;
     }
   }
 
   bool takeExponent() {
     const bool isNegative = take('-');
     if (!isNegative) take('+');
-    if (_rest.empty() || !isDigit(_rest.front())) return false;
-    for (; !_rest.empty() && isDigit(_rest.front()); _rest.remove_prefix(1)) {
-      if (_exponent < largestExponent) _exponent = _exponent * 10 + (_rest.front() - '0');
+    if (rest_.empty() || !isDigit(rest_.front())) return false;
+    for (; !rest_.empty() && isDigit(rest_.front()); rest_.remove_prefix(1)) {
+      if (exponent_ < largestExponent) exponent_ = exponent_ * 10 + (rest_.front() - '0');
     }
-    if (isNegative) _exponent = -_exponent;
+    if (isNegative) exponent_ = -exponent_;
     return true;
   }
 
-  std::string_view _rest;
-  bool _isNegative = false;
-  bool _hasDigits = false;
-  std::uint64_t _digits = 0;
-  int _digitsCounted = 0;  // leading zeros do not count
-  int _fractionDigits = 0;
-  int _exponent = 0;
+  std::string_view rest_;
+  bool isNegative_ = false;
+  bool hasDigits_ = false;
+  std::uint64_t digits_ = 0;
+  int digitsCounted_ = 0;  // leading zeros do not count
+  int fractionDigits_ = 0;
+  int exponent_ = 0;
 };
 
 }  // namespace

@@ -60,29 +60,29 @@ std::optional<std::string> trimmedErrorText(ChildProcess& child) {
 
 PowermetricsSampler::PowermetricsSampler(std::string executable, std::string temporaryFolder,
                                          WallClock& wallClock, MonotonicClock& monotonicClock)
-    : _executable(std::move(executable)),
-      _temporaryFolder(std::move(temporaryFolder)),
-      _wallClock(wallClock),
-      _monotonicClock(monotonicClock) {}
+    : executable_(std::move(executable)),
+      temporaryFolder_(std::move(temporaryFolder)),
+      wallClock_(wallClock),
+      monotonicClock_(monotonicClock) {}
 
 ProTelemetrySnapshot PowermetricsSampler::sample() {
   const CommandResult result = [this] {
     BlockedSignals signals;
     CommandResult measured = measure(signals);
-    _interruption = signals.take();
+    interruption_ = signals.take();
     return measured;
   }();
   const bool hasOutput = result.terminationStatus == 0 && result.outputData;
   ProTelemetrySnapshot snapshot =
       hasOutput ? snapshotFromOutput(*result.outputData) : failureSnapshot(result);
-  snapshot.sampledAt = _wallClock.now();
+  snapshot.sampledAt = wallClock_.now();
   snapshot.sampleIntervalMilliseconds = sampleIntervalMilliseconds;
   return snapshot;
 }
 
 // The file is gone when this returns: nothing that happens while its content is parsed can leave it behind.
 CommandResult PowermetricsSampler::measure(const BlockedSignals& signals) {
-  const auto output = SampleFile::create(_temporaryFolder);
+  const auto output = SampleFile::create(temporaryFolder_);
   if (!output) return failure(output.error().description());
   return runPowermetrics(argumentsFor(output->path()), *output, timeLimit, signals);
 }
@@ -90,12 +90,12 @@ CommandResult PowermetricsSampler::measure(const BlockedSignals& signals) {
 CommandResult PowermetricsSampler::runPowermetrics(const std::vector<std::string>& arguments,
                                                    const SampleFile& output, Seconds timeout,
                                                    const BlockedSignals& signals) {
-  auto child = ChildProcess::start(planFor(_executable, arguments));
+  auto child = ChildProcess::start(planFor(executable_, arguments));
   if (!child) return failure(child.error().description());
-  const Seconds deadline = _monotonicClock.now() + timeout;
-  if (!child->waitUntil(deadline, _monotonicClock, [&signals] { return signals.isPending(); })) {
+  const Seconds deadline = monotonicClock_.now() + timeout;
+  if (!child->waitUntil(deadline, monotonicClock_, [&signals] { return signals.isPending(); })) {
     const bool isInterrupted = signals.isPending();
-    end(*child, _monotonicClock);
+    end(*child, monotonicClock_);
     return failure(isInterrupted ? "powermetrics was interrupted" : "powermetrics timed out");
   }
 

@@ -35,7 +35,7 @@ class PowermetricsSampler {
 
   /// The signal that cut the last measurement short, if one did. It has been taken: a program that is to end
   /// by it raises it again.
-  [[nodiscard]] std::optional<int> interruption() const { return _interruption; }
+  [[nodiscard]] std::optional<int> interruption() const { return interruption_; }
 
  private:
   [[nodiscard]] CommandResult measure(const BlockedSignals& signals);
@@ -43,11 +43,11 @@ class PowermetricsSampler {
                                               const SampleFile& output, Seconds timeout,
                                               const BlockedSignals& signals);
 
-  std::string _executable;
-  std::string _temporaryFolder;
-  WallClock& _wallClock;
-  MonotonicClock& _monotonicClock;
-  std::optional<int> _interruption;
+  std::string executable_;
+  std::string temporaryFolder_;
+  WallClock& wallClock_;
+  MonotonicClock& monotonicClock_;
+  std::optional<int> interruption_;
 };
 
 }  // namespace quellin

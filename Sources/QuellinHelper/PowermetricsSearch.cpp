@@ -49,12 +49,12 @@ std::optional<double> number(const PropertyListNode& node, std::string_view padd
 template <class Condition>
 class NumberSearch {
  public:
-  explicit NumberSearch(Condition condition) : _condition(std::move(condition)) {}
+  explicit NumberSearch(Condition condition) : condition_(std::move(condition)) {}
 
   std::optional<double> operator()(const PropertyListNode& node) {
     for (const auto& [key, value] : node.entries()) {
-      normalize(key, _key);
-      if (!_condition(_key)) continue;
+      normalize(key, key_);
+      if (!condition_(key_)) continue;
       if (const auto found = PowermetricsSearch::numeric(value)) return found;
     }
     for (const PropertyListEntry& entry : node.entries()) {
@@ -67,8 +67,8 @@ class NumberSearch {
   }
 
  private:
-  Condition _condition;
-  std::string _key;
+  Condition condition_;
+  std::string key_;
 };
 
 auto exactSearch(Keys keys) {

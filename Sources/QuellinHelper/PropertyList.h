@@ -34,32 +34,32 @@ class PropertyListNode {
   constexpr PropertyListNode() = default;
   explicit PropertyListNode(std::span<const PropertyListEntry> entries);
   explicit PropertyListNode(std::span<const PropertyListNode> elements);
-  explicit PropertyListNode(std::string_view text) : _kind(Kind::string), _count(narrow(text.size())) {
-    _payload.bytes = text.data();
+  explicit PropertyListNode(std::string_view text) : kind_(Kind::string), count_(narrow(text.size())) {
+    payload_.bytes = text.data();
   }
-  explicit PropertyListNode(double value) : _kind(Kind::real) { _payload.real = value; }
-  explicit PropertyListNode(std::int64_t value) : _kind(Kind::integer) { _payload.integer = value; }
+  explicit PropertyListNode(double value) : kind_(Kind::real) { payload_.real = value; }
+  explicit PropertyListNode(std::int64_t value) : kind_(Kind::integer) { payload_.integer = value; }
   /// The integer `value`, of whichever kind it fits.
   explicit PropertyListNode(std::uint64_t value)
-      : _kind(std::in_range<std::int64_t>(value) ? Kind::integer : Kind::largeInteger) {
-    _payload.largeInteger = value;
+      : kind_(std::in_range<std::int64_t>(value) ? Kind::integer : Kind::largeInteger) {
+    payload_.largeInteger = value;
   }
   // A template, because a pointer would turn into a plain bool unasked.
   template <std::same_as<bool> Boolean>
-  explicit PropertyListNode(Boolean value) : _kind(Kind::boolean) {
-    _payload.boolean = value;
+  explicit PropertyListNode(Boolean value) : kind_(Kind::boolean) {
+    payload_.boolean = value;
   }
-  explicit PropertyListNode(Instant value) : _kind(Kind::date) {
-    _payload.real = value.time_since_epoch().count();
+  explicit PropertyListNode(Instant value) : kind_(Kind::date) {
+    payload_.real = value.time_since_epoch().count();
   }
   /// A data node that holds `bytes`.
   [[nodiscard]] static PropertyListNode ofData(std::string_view bytes) {
     PropertyListNode node{bytes};
-    node._kind = Kind::data;
+    node.kind_ = Kind::data;
     return node;
   }
 
-  [[nodiscard]] Kind kind() const { return _kind; }
+  [[nodiscard]] Kind kind() const { return kind_; }
 
   /// The entries of a dictionary in document order; empty for any other node.
   [[nodiscard]] std::span<const PropertyListEntry> entries() const;
@@ -70,19 +70,19 @@ class PropertyListNode {
   [[nodiscard]] std::optional<std::string_view> string() const { return bytesIf(Kind::string); }
   [[nodiscard]] std::optional<std::string_view> data() const { return bytesIf(Kind::data); }
   [[nodiscard]] std::optional<std::int64_t> integer() const {
-    return _kind == Kind::integer ? std::optional{_payload.integer} : std::nullopt;
+    return kind_ == Kind::integer ? std::optional{payload_.integer} : std::nullopt;
   }
   [[nodiscard]] std::optional<std::uint64_t> largeInteger() const {
-    return _kind == Kind::largeInteger ? std::optional{_payload.largeInteger} : std::nullopt;
+    return kind_ == Kind::largeInteger ? std::optional{payload_.largeInteger} : std::nullopt;
   }
   [[nodiscard]] std::optional<double> real() const {
-    return _kind == Kind::real ? std::optional{_payload.real} : std::nullopt;
+    return kind_ == Kind::real ? std::optional{payload_.real} : std::nullopt;
   }
   [[nodiscard]] std::optional<bool> boolean() const {
-    return _kind == Kind::boolean ? std::optional{_payload.boolean} : std::nullopt;
+    return kind_ == Kind::boolean ? std::optional{payload_.boolean} : std::nullopt;
   }
   [[nodiscard]] std::optional<Instant> date() const {
-    return _kind == Kind::date ? std::optional{instantAt(_payload.real)} : std::nullopt;
+    return kind_ == Kind::date ? std::optional{instantAt(payload_.real)} : std::nullopt;
   }
 
  private:
@@ -101,12 +101,12 @@ class PropertyListNode {
     return static_cast<std::uint32_t>(count);
   }
   [[nodiscard]] std::optional<std::string_view> bytesIf(Kind kind) const {
-    return _kind == kind ? std::optional{std::string_view{_payload.bytes, _count}} : std::nullopt;
+    return kind_ == kind ? std::optional{std::string_view{payload_.bytes, count_}} : std::nullopt;
   }
 
-  Payload _payload;
-  Kind _kind = Kind::dictionary;
-  std::uint32_t _count = 0;
+  Payload payload_;
+  Kind kind_ = Kind::dictionary;
+  std::uint32_t count_ = 0;
 };
 
 /// One entry of a dictionary.
@@ -116,22 +116,22 @@ struct PropertyListEntry {
 };
 
 inline PropertyListNode::PropertyListNode(std::span<const PropertyListEntry> entries)
-    : _count(narrow(entries.size())) {
-  _payload.entries = entries.data();
+    : count_(narrow(entries.size())) {
+  payload_.entries = entries.data();
 }
 
 inline PropertyListNode::PropertyListNode(std::span<const PropertyListNode> elements)
-    : _kind(Kind::array), _count(narrow(elements.size())) {
-  _payload.elements = elements.data();
+    : kind_(Kind::array), count_(narrow(elements.size())) {
+  payload_.elements = elements.data();
 }
 
 inline std::span<const PropertyListEntry> PropertyListNode::entries() const {
-  return _kind == Kind::dictionary ? std::span{_payload.entries, _count}
+  return kind_ == Kind::dictionary ? std::span{payload_.entries, count_}
                                    : std::span<const PropertyListEntry>{};
 }
 
 inline std::span<const PropertyListNode> PropertyListNode::elements() const {
-  return _kind == Kind::array ? std::span{_payload.elements, _count} : std::span<const PropertyListNode>{};
+  return kind_ == Kind::array ? std::span{payload_.elements, count_} : std::span<const PropertyListNode>{};
 }
 
 /// A parsed property list: a tree that owns its memory and no longer needs the bytes it was read from.
@@ -139,13 +139,13 @@ inline std::span<const PropertyListNode> PropertyListNode::elements() const {
 class PropertyList {
  public:
   /// `root` and everything below it must lie in `arena`.
-  PropertyList(PropertyListArena arena, PropertyListNode root) : _arena(std::move(arena)), _root(root) {}
+  PropertyList(PropertyListArena arena, PropertyListNode root) : arena_(std::move(arena)), root_(root) {}
 
-  [[nodiscard]] const PropertyListNode& root() const { return _root; }
+  [[nodiscard]] const PropertyListNode& root() const { return root_; }
 
  private:
-  PropertyListArena _arena;
-  PropertyListNode _root;
+  PropertyListArena arena_;
+  PropertyListNode root_;
 };
 
 /// Why bytes are no property list.

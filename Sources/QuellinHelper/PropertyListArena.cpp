@@ -10,20 +10,20 @@ std::string_view PropertyListArena::copy(std::string_view text) {
 
 std::byte* PropertyListArena::allocateBytes(std::size_t size) {
   const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
-  if (rounded > _free.size()) {
+  if (rounded > free_.size()) {
     // A large piece gets a block of its own, so that the rest of the current block is not lost.
-    if (rounded > _nextBlock / 4) return addBlock(rounded);
-    _free = {addBlock(_nextBlock), _nextBlock};
-    _nextBlock = std::min(_nextBlock * 2, largestBlock);
+    if (rounded > nextBlock_ / 4) return addBlock(rounded);
+    free_ = {addBlock(nextBlock_), nextBlock_};
+    nextBlock_ = std::min(nextBlock_ * 2, largestBlock);
   }
-  std::byte* piece = _free.data();
-  _free = _free.subspan(rounded);
+  std::byte* piece = free_.data();
+  free_ = free_.subspan(rounded);
   return piece;
 }
 
 std::byte* PropertyListArena::addBlock(std::size_t size) {
-  _capacity += size;
-  return _blocks.emplace_back(size).data();
+  capacity_ += size;
+  return blocks_.emplace_back(size).data();
 }
 
 }  // namespace quellin

@@ -32,7 +32,7 @@ class PropertyListArena {
   [[nodiscard]] std::string_view copy(std::string_view text);
 
   /// The bytes taken from the system so far.
-  [[nodiscard]] std::size_t capacity() const { return _capacity; }
+  [[nodiscard]] std::size_t capacity() const { return capacity_; }
 
  private:
   static constexpr std::size_t alignment = alignof(std::uint64_t);
@@ -42,10 +42,10 @@ class PropertyListArena {
   [[nodiscard]] std::byte* allocateBytes(std::size_t size);
   [[nodiscard]] std::byte* addBlock(std::size_t size);
 
-  std::vector<std::vector<std::byte>> _blocks;
-  std::span<std::byte> _free;
-  std::size_t _nextBlock = firstBlock;
-  std::size_t _capacity = 0;
+  std::vector<std::vector<std::byte>> blocks_;
+  std::span<std::byte> free_;
+  std::size_t nextBlock_ = firstBlock;
+  std::size_t capacity_ = 0;
 };
 
 }  // namespace quellin

@@ -5,48 +5,48 @@
 namespace quellin {
 
 bool PropertyListBuilder::fail(std::string_view reason) {
-  if (_failure.empty()) _failure = reason;
+  if (failure_.empty()) failure_ = reason;
   return false;
 }
 
 bool PropertyListBuilder::canTakeValue() {
-  if (!_failure.empty()) return false;
-  if (_frames.empty()) return _root ? fail("more than one root") : true;
-  if (_frames.back().isDictionary && _frames.back().pendingKey == noKey) return fail("value without a key");
+  if (!failure_.empty()) return false;
+  if (frames_.empty()) return root_ ? fail("more than one root") : true;
+  if (frames_.back().isDictionary && frames_.back().pendingKey == noKey) return fail("value without a key");
   return true;
 }
 
 bool PropertyListBuilder::open(bool isDictionary) {
   if (!canTakeValue()) return false;
-  if (_frames.size() == maximumPropertyListDepth) return fail("too many nested arrays or dictionaries");
-  _frames.push_back(Frame{.firstItem = _items.size(), .isDictionary = isDictionary});
+  if (frames_.size() == maximumPropertyListDepth) return fail("too many nested arrays or dictionaries");
+  frames_.push_back(Frame{.firstItem = items_.size(), .isDictionary = isDictionary});
   return true;
 }
 
 bool PropertyListBuilder::close() {
-  if (!_failure.empty()) return false;
-  if (_frames.empty()) return fail("nothing to close");
-  const Frame frame = _frames.back();
+  if (!failure_.empty()) return false;
+  if (frames_.empty()) return fail("nothing to close");
+  const Frame frame = frames_.back();
   if (frame.pendingKey != noKey) return fail("key without a value");
   const PropertyListNode value =
       frame.isDictionary ? gatherEntries(frame.firstItem) : gatherElements(frame.firstItem);
-  _items.resize(frame.firstItem);
-  _frames.pop_back();
+  items_.resize(frame.firstItem);
+  frames_.pop_back();
   place(value);
   return true;
 }
 
 bool PropertyListBuilder::addKey(std::string_view text) {
-  if (!_failure.empty()) return false;
+  if (!failure_.empty()) return false;
   if (!isInDictionary()) return fail("key outside a dictionary");
-  if (_frames.back().pendingKey != noKey) return fail("key without a value");
-  auto known = _keyNumbers.find(text);
-  if (known == _keyNumbers.end()) {
-    const std::string_view kept = _arena.copy(text);
-    known = _keyNumbers.emplace(kept, static_cast<std::uint32_t>(_keys.size())).first;
-    _keys.push_back(Key{.text = kept});
+  if (frames_.back().pendingKey != noKey) return fail("key without a value");
+  auto known = keyNumbers_.find(text);
+  if (known == keyNumbers_.end()) {
+    const std::string_view kept = arena_.copy(text);
+    known = keyNumbers_.emplace(kept, static_cast<std::uint32_t>(keys_.size())).first;
+    keys_.push_back(Key{.text = kept});
   }
-  _frames.back().pendingKey = known->second;
+  frames_.back().pendingKey = known->second;
   return true;
 }
 
@@ -57,46 +57,46 @@ bool PropertyListBuilder::add(PropertyListNode value) {
 }
 
 void PropertyListBuilder::place(PropertyListNode value) {
-  if (_frames.empty()) {
-    _root = value;
+  if (frames_.empty()) {
+    root_ = value;
     return;
   }
-  _items.push_back(Item{.value = value, .key = _frames.back().pendingKey});
-  _frames.back().pendingKey = noKey;
+  items_.push_back(Item{.value = value, .key = frames_.back().pendingKey});
+  frames_.back().pendingKey = noKey;
 }
 
 PropertyListNode PropertyListBuilder::gatherEntries(std::size_t firstItem) {
-  ++_closedDictionaries;
+  ++closedDictionaries_;
   std::size_t kept = firstItem;
-  for (std::size_t index = firstItem; index < _items.size(); ++index) {
-    Key& key = _keys[_items[index].key];
-    if (key.lastDictionary == _closedDictionaries) {
-      _items[key.position].value = _items[index].value;
+  for (std::size_t index = firstItem; index < items_.size(); ++index) {
+    Key& key = keys_[items_[index].key];
+    if (key.lastDictionary == closedDictionaries_) {
+      items_[key.position].value = items_[index].value;
       continue;
     }
-    key.lastDictionary = _closedDictionaries;
+    key.lastDictionary = closedDictionaries_;
     key.position = kept;
-    _items[kept++] = _items[index];
+    items_[kept++] = items_[index];
   }
-  const auto entries = _arena.allocate<PropertyListEntry>(kept - firstItem);
+  const auto entries = arena_.allocate<PropertyListEntry>(kept - firstItem);
   for (std::size_t index = 0; index < entries.size(); ++index) {
-    const Item& item = _items[firstItem + index];
-    entries[index] = {.key = _keys[item.key].text, .value = item.value};
+    const Item& item = items_[firstItem + index];
+    entries[index] = {.key = keys_[item.key].text, .value = item.value};
   }
   return PropertyListNode{std::span<const PropertyListEntry>{entries}};
 }
 
 PropertyListNode PropertyListBuilder::gatherElements(std::size_t firstItem) {
-  const auto elements = _arena.allocate<PropertyListNode>(_items.size() - firstItem);
+  const auto elements = arena_.allocate<PropertyListNode>(items_.size() - firstItem);
   for (std::size_t index = 0; index < elements.size(); ++index) {
-    elements[index] = _items[firstItem + index].value;
+    elements[index] = items_[firstItem + index].value;
   }
   return PropertyListNode{std::span<const PropertyListNode>{elements}};
 }
 
 std::optional<PropertyList> PropertyListBuilder::finish() {
-  if (!_failure.empty() || !_frames.empty() || !_root) return std::nullopt;
-  PropertyList list{std::move(_arena), *_root};
+  if (!failure_.empty() || !frames_.empty() || !root_) return std::nullopt;
+  PropertyList list{std::move(arena_), *root_};
   *this = PropertyListBuilder{};
   return list;
 }

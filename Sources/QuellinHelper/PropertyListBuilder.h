@@ -26,12 +26,12 @@ class PropertyListBuilder {
   bool add(PropertyListNode value);
 
   /// The memory of the list being built.
-  [[nodiscard]] PropertyListArena& arena() { return _arena; }
+  [[nodiscard]] PropertyListArena& arena() { return arena_; }
   /// Whether the innermost open container is a dictionary.
-  [[nodiscard]] bool isInDictionary() const { return !_frames.empty() && _frames.back().isDictionary; }
-  [[nodiscard]] bool hasRoot() const { return _root.has_value(); }
+  [[nodiscard]] bool isInDictionary() const { return !frames_.empty() && frames_.back().isDictionary; }
+  [[nodiscard]] bool hasRoot() const { return root_.has_value(); }
   /// The first failure; empty while there is none.
-  [[nodiscard]] std::string_view failure() const { return _failure; }
+  [[nodiscard]] std::string_view failure() const { return failure_; }
   bool fail(std::string_view reason);
 
   /// The finished list; no value unless there is exactly one root and all is closed. Leaves the builder
@@ -62,14 +62,14 @@ class PropertyListBuilder {
   [[nodiscard]] PropertyListNode gatherEntries(std::size_t firstItem);
   [[nodiscard]] PropertyListNode gatherElements(std::size_t firstItem);
 
-  PropertyListArena _arena;
-  std::vector<Frame> _frames;
-  std::vector<Item> _items;  // the values of all open containers, innermost last
-  std::vector<Key> _keys;    // each spelling once
-  std::unordered_map<std::string_view, std::uint32_t> _keyNumbers;
-  std::uint64_t _closedDictionaries = 0;
-  std::optional<PropertyListNode> _root;
-  std::string_view _failure;
+  PropertyListArena arena_;
+  std::vector<Frame> frames_;
+  std::vector<Item> items_;  // the values of all open containers, innermost last
+  std::vector<Key> keys_;    // each spelling once
+  std::unordered_map<std::string_view, std::uint32_t> keyNumbers_;
+  std::uint64_t closedDictionaries_ = 0;
+  std::optional<PropertyListNode> root_;
+  std::string_view failure_;
 };
 
 }  // namespace quellin

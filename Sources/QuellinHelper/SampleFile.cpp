@@ -65,20 +65,20 @@ std::expected<SampleFile, SystemError> SampleFile::create(const std::string& fol
 }
 
 SampleFile::SampleFile(std::string path, FileDescriptor created)
-    : _path(std::move(path)), _created(std::move(created)) {}
+    : path_(std::move(path)), created_(std::move(created)) {}
 
 SampleFile::SampleFile(SampleFile&& other) noexcept
-    : _path(std::exchange(other._path, {})), _created(std::move(other._created)) {}
+    : path_(std::exchange(other.path_, {})), created_(std::move(other.created_)) {}
 
 SampleFile::~SampleFile() {
-  if (!_path.empty()) unlink(_path.c_str());
+  if (!path_.empty()) unlink(path_.c_str());
 }
 
 std::optional<std::string> SampleFile::read(std::size_t limit) const {
   // Without O_NONBLOCK, opening a pipe that was put in the file's place would wait for a writer.
-  const auto opened = openDescriptor(_path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+  const auto opened = openDescriptor(path_, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
   if (!opened) return std::nullopt;
-  const auto created = statusOf(_created.get());
+  const auto created = statusOf(created_.get());
   const auto found = statusOf(opened->get());
   if (!created || !found || !isSameRegularFile(*found, *created)) return std::nullopt;
   const auto size = static_cast<std::size_t>(found->st_size);

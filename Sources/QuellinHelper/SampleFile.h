@@ -34,7 +34,7 @@ class SampleFile {
   SampleFile& operator=(const SampleFile&) = delete;
   ~SampleFile();
 
-  [[nodiscard]] const std::string& path() const { return _path; }
+  [[nodiscard]] const std::string& path() const { return path_; }
 
   /// The content. No value when it cannot be read, is longer than `limit`, or when what is found under the
   /// path is not the file that was created.
@@ -43,8 +43,8 @@ class SampleFile {
  private:
   SampleFile(std::string path, FileDescriptor created);
 
-  std::string _path;
-  FileDescriptor _created;  // held open, so that no other file can get its inode number meanwhile
+  std::string path_;
+  FileDescriptor created_;  // held open, so that no other file can get its inode number meanwhile
 };
 
 }  // namespace quellin

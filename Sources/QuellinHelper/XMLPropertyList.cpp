@@ -42,12 +42,12 @@ bool isWhiteSpace(std::string_view text) {
 /// throw; running out of memory ends the process.
 class XMLPropertyListReader {
  public:
-  XMLPropertyListReader() : _parser(XML_ParserCreate(nullptr), XML_ParserFree) {
-    XML_SetUserData(_parser.get(), this);
-    XML_SetElementHandler(_parser.get(), onStart, onEnd);
-    XML_SetCharacterDataHandler(_parser.get(), onText);
-    XML_SetEntityDeclHandler(_parser.get(), onEntityDeclaration);
-    XML_SetSkippedEntityHandler(_parser.get(), onSkippedEntity);
+  XMLPropertyListReader() : parser_(XML_ParserCreate(nullptr), XML_ParserFree) {
+    XML_SetUserData(parser_.get(), this);
+    XML_SetElementHandler(parser_.get(), onStart, onEnd);
+    XML_SetCharacterDataHandler(parser_.get(), onText);
+    XML_SetEntityDeclHandler(parser_.get(), onEntityDeclaration);
+    XML_SetSkippedEntityHandler(parser_.get(), onSkippedEntity);
   }
 
   std::expected<PropertyList, PropertyListError> read(std::string_view bytes) {
@@ -58,10 +58,10 @@ class XMLPropertyListReader {
       const std::string_view piece = bytes.substr(std::min(start, bytes.size()), pieceSize);
       isLast = bytes.size() - start <= pieceSize;
       const auto status =
-          XML_Parse(_parser.get(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0);
+          XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0);
       if (status != XML_STATUS_OK) return std::unexpected(error());
     }
-    if (auto list = _builder.finish()) return std::move(*list);
+    if (auto list = builder_.finish()) return std::move(*list);
     return std::unexpected(error());
   }
 
@@ -78,106 +78,106 @@ class XMLPropertyListReader {
   static void XMLCALL onEntityDeclaration(void* reader, const XML_Char*, int, const XML_Char*, int,
                                           const XML_Char*, const XML_Char*, const XML_Char*,
                                           const XML_Char*) noexcept {
-    self(reader).stopUnless(self(reader)._builder.fail("entity declaration"));
+    self(reader).stopUnless(self(reader).builder_.fail("entity declaration"));
   }
   static void XMLCALL onSkippedEntity(void* reader, const XML_Char*, int) noexcept {
-    self(reader).stopUnless(self(reader)._builder.fail("unknown entity"));
+    self(reader).stopUnless(self(reader).builder_.fail("unknown entity"));
   }
   static XMLPropertyListReader& self(void* reader) { return *static_cast<XMLPropertyListReader*>(reader); }
 
   bool start(Element element) {
-    if (_scalar != Element::none) return _builder.fail("element inside a scalar");
+    if (scalar_ != Element::none) return builder_.fail("element inside a scalar");
     switch (element) {
       case Element::none:
-        return _builder.fail("unknown element");
+        return builder_.fail("unknown element");
       case Element::plist:
         return openWrapper();
       case Element::dict:
-        return _builder.openDictionary();
+        return builder_.openDictionary();
       case Element::array:
-        return _builder.openArray();
+        return builder_.openArray();
       default:
         break;
     }
-    _scalar = element;
-    _text.clear();
+    scalar_ = element;
+    text_.clear();
     return true;
   }
 
   bool end() {
-    if (_scalar != Element::none) return addScalar(std::exchange(_scalar, Element::none));
+    if (scalar_ != Element::none) return addScalar(std::exchange(scalar_, Element::none));
     // The wrapper is the outermost element, so it is the one that ends while the root is already there.
-    return (_isWrapped && _builder.hasRoot()) || _builder.close();
+    return (isWrapped_ && builder_.hasRoot()) || builder_.close();
   }
 
   bool text(std::string_view characters) {
-    if (_scalar == Element::none || _scalar == Element::yes || _scalar == Element::no) {
-      return isWhiteSpace(characters) || _builder.fail("text between elements");
+    if (scalar_ == Element::none || scalar_ == Element::yes || scalar_ == Element::no) {
+      return isWhiteSpace(characters) || builder_.fail("text between elements");
     }
-    _text.append(characters);
+    text_.append(characters);
     return true;
   }
 
   bool openWrapper() {
-    if (_isWrapped || _hasStarted) return _builder.fail("misplaced plist element");
-    _isWrapped = true;
+    if (isWrapped_ || hasStarted_) return builder_.fail("misplaced plist element");
+    isWrapped_ = true;
     return true;
   }
 
   bool addScalar(Element element) {
     switch (element) {
       case Element::key:
-        return _builder.addKey(_text);
+        return builder_.addKey(text_);
       case Element::string:
-        return _builder.add(PropertyListNode{_builder.arena().copy(_text)});
+        return builder_.add(PropertyListNode{builder_.arena().copy(text_)});
       case Element::yes:
-        return _builder.add(PropertyListNode{true});
+        return builder_.add(PropertyListNode{true});
       case Element::no:
-        return _builder.add(PropertyListNode{false});
+        return builder_.add(PropertyListNode{false});
       case Element::integer:
-        return addIf(parseXMLInteger(_text));
+        return addIf(parseXMLInteger(text_));
       case Element::real:
-        return addIf(parseXMLReal(_text));
+        return addIf(parseXMLReal(text_));
       case Element::date:
-        return addIf(parseXMLDate(_text));
+        return addIf(parseXMLDate(text_));
       default:
         break;
     }
-    const auto bytes = decodeXMLData(_text);
-    if (!bytes) return _builder.fail("malformed data");
-    return _builder.add(PropertyListNode::ofData(_builder.arena().copy(*bytes)));
+    const auto bytes = decodeXMLData(text_);
+    if (!bytes) return builder_.fail("malformed data");
+    return builder_.add(PropertyListNode::ofData(builder_.arena().copy(*bytes)));
   }
 
   template <class Value>
   bool addIf(const std::optional<Value>& value) {
-    return value ? _builder.add(PropertyListNode{*value}) : _builder.fail("malformed number or date");
+    return value ? builder_.add(PropertyListNode{*value}) : builder_.fail("malformed number or date");
   }
 
   void stopUnless(bool succeeded) {
-    _hasStarted = true;
-    if (succeeded || _failureOffset) return;
-    _failureOffset = currentOffset();
-    XML_StopParser(_parser.get(), XML_FALSE);
+    hasStarted_ = true;
+    if (succeeded || failureOffset_) return;
+    failureOffset_ = currentOffset();
+    XML_StopParser(parser_.get(), XML_FALSE);
   }
 
   [[nodiscard]] std::size_t currentOffset() const {
-    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(_parser.get()), 0));
+    return static_cast<std::size_t>(std::max<XML_Index>(XML_GetCurrentByteIndex(parser_.get()), 0));
   }
 
   [[nodiscard]] PropertyListError error() const {
-    const std::size_t offset = _failureOffset.value_or(currentOffset());
-    if (!_builder.failure().empty()) return {.reason = _builder.failure(), .offset = offset};
-    const XML_LChar* reason = XML_ErrorString(XML_GetErrorCode(_parser.get()));
+    const std::size_t offset = failureOffset_.value_or(currentOffset());
+    if (!builder_.failure().empty()) return {.reason = builder_.failure(), .offset = offset};
+    const XML_LChar* reason = XML_ErrorString(XML_GetErrorCode(parser_.get()));
     return {.reason = reason != nullptr ? reason : "no value", .offset = offset};
   }
 
-  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> _parser;
-  PropertyListBuilder _builder;
-  std::string _text;
-  Element _scalar = Element::none;
-  std::optional<std::size_t> _failureOffset;
-  bool _isWrapped = false;
-  bool _hasStarted = false;
+  std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser_;
+  PropertyListBuilder builder_;
+  std::string text_;
+  Element scalar_ = Element::none;
+  std::optional<std::size_t> failureOffset_;
+  bool isWrapped_ = false;
+  bool hasStarted_ = false;
 };
 
 }  // namespace

@@ -59,9 +59,7 @@ TEST(BinaryPropertyListTest, ReadsScalars) {
       {"\x22" + bigEndianBytes(std::bit_cast<std::uint32_t>(0.5F), 4), "r0.5"},
       {"\x23" + bigEndianBytes(std::bit_cast<std::uint64_t>(-2.25), 8), "r-2.25"},
       {"\x33" + bigEndianBytes(std::bit_cast<std::uint64_t>(1.5), 8), "@978307201.5"},
-      {"\x43"
-       "a\0b"s,
-       "<a\0b>"},
+      {"\x43\x61\0b"s, "<a\0b>"},
       {"\x40", "<>"},
       {"\x52hi", "\"hi\""},
       {"\x5F\x10\x10"s + "sixteen letters!", "\"sixteen letters!\""},
@@ -75,10 +73,7 @@ TEST(BinaryPropertyListTest, ReadsScalars) {
 }
 
 TEST(BinaryPropertyListTest, ReadsContainersInStoredOrder) {
-  EXPECT_EQ(read({.objects = {"\xD2\x01\x02\x03\x04", "\x51z",
-                              "\x51"
-                              "a",
-                              "\x09", "\xA2\x01\x03"}}),
+  EXPECT_EQ(read({.objects = {"\xD2\x01\x02\x03\x04", "\x51\x7A", "\x51\x61", "\x09", "\xA2\x01\x03"}}),
             "{z: true, a: [\"z\", true]}");
   EXPECT_EQ(read({.objects = {"\xA0"}}), "[]");
   EXPECT_EQ(read({.objects = {"\x09", "\xD0"}, .topObject = 1}), "{}");

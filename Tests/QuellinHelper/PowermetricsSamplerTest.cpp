@@ -31,6 +31,22 @@ void awaitChildEnd() {
   }
 }
 
+/// A variable of this process's environment, while the object lives. The tests have one thread.
+class EnvironmentVariable {
+ public:
+  EnvironmentVariable(const char* name, const char* value) : name_(name) {
+    setenv(name, value, 1);  // NOLINT(concurrency-mt-unsafe)
+  }
+  EnvironmentVariable(const EnvironmentVariable&) = delete;
+  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+  EnvironmentVariable(EnvironmentVariable&&) = delete;
+  EnvironmentVariable& operator=(EnvironmentVariable&&) = delete;
+  ~EnvironmentVariable() { unsetenv(name_); }  // NOLINT(concurrency-mt-unsafe)
+
+ private:
+  const char* name_;
+};
+
 /// Stand-ins for the measuring tool are scripts. They see their output path as $output.
 class PowermetricsSamplerTest : public testing::Test {
  protected:
@@ -108,12 +124,11 @@ TEST_F(PowermetricsSamplerTest, PassesTheArgumentsInOrder) {
 
 TEST_F(PowermetricsSamplerTest, TheToolSeesAMinimalEnvironmentAndAnEmptyInput) {
   const std::string seen = _folder.pathOf("seen");
-  ASSERT_EQ(setenv("QUELLIN_TEST_SECRET", "1", 1), 0);
+  const EnvironmentVariable secret{"QUELLIN_TEST_SECRET", "1"};
   static_cast<void>(
       sampleWith("{ /usr/bin/env | /usr/bin/grep -v -e ^PWD= -e ^_= -e ^OLDPWD= -e ^SHLVL=; "
                  "/usr/bin/wc -c; } > '" +
                  seen + "'"));
-  unsetenv("QUELLIN_TEST_SECRET");
   EXPECT_EQ(contentOf(seen), "PATH=/usr/bin:/bin:/usr/sbin:/sbin\n0\n");
 }
 
@@ -284,9 +299,8 @@ TEST(PowermetricsSamplerDeathTest, AnImpossibleIdentifierEndsTheProcessWithNoFil
 }
 
 TEST(SystemTemporaryFolderTest, DoesNotAskTheEnvironment) {
-  ASSERT_EQ(setenv("TMPDIR", "/attacker", 1), 0);
+  const EnvironmentVariable hostile{"TMPDIR", "/attacker"};
   EXPECT_EQ(systemTemporaryFolder(), "/tmp");
-  unsetenv("TMPDIR");
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ PropertyList parsed(const std::string& xml) {
 /// A dictionary of one entry per pair of key and element.
 std::string dict(std::initializer_list<std::pair<std::string, std::string>> entries) {
   std::string xml = "<dict>";
-  for (const auto& [key, element] : entries) xml += "<key>" + key + "</key>" + element;
+  for (const auto& [key, element] : entries) xml.append("<key>").append(key).append("</key>").append(element);
   return xml + "</dict>";
 }
 std::string integer(long long value) { return "<integer>" + std::to_string(value) + "</integer>"; }

@@ -18,6 +18,7 @@ std::string real(const std::string& text) { return "<real>" + text + "</real>"; 
 
 std::vector<int> pidsOf(const ProTelemetrySnapshot& snapshot) {
   std::vector<int> pids;
+  pids.reserve(snapshot.processes.size());
   for (const auto& process : snapshot.processes) pids.push_back(process.pid);
   return pids;
 }

@@ -133,9 +133,7 @@ TEST(XMLPropertyListTest, ReadsData) {
 
 TEST(XMLPropertyListTest, RefusesMalformedData) {
   for (const char* text :
-       {"", "  ", "a", "aG", "aGk", "aGk=x", "a===", "====", "aGk=aGk=", "aG-k", "aG==k", "aGk==",
-        "aG=="
-        "="}) {
+       {"", "  ", "a", "aG", "aGk", "aGk=x", "a===", "====", "aGk=aGk=", "aG-k", "aG==k", "aGk==", "aG==="}) {
     EXPECT_TRUE(fails("<data>"s + text + "</data>")) << text;
   }
 }
@@ -209,7 +207,12 @@ TEST(XMLPropertyListTest, DeclaredEntitiesAreRefusedBeforeTheyCanGrow) {
   std::string document = "<!DOCTYPE plist [<!ENTITY a0 \"ha\">";
   for (int level = 1; level < 30; ++level) {
     const std::string below = "&a" + std::to_string(level - 1) + ";";
-    document += "<!ENTITY a" + std::to_string(level) + " \"" + below + below + "\">";
+    document.append("<!ENTITY a")
+        .append(std::to_string(level))
+        .append(" \"")
+        .append(below)
+        .append(below)
+        .append("\">");
   }
   EXPECT_EQ(read(document + "]><string>&a29;</string>"), "error: entity declaration");
   EXPECT_EQ(read(document + "]><plist version=\"&a29;\"><true/></plist>"), "error: entity declaration");
