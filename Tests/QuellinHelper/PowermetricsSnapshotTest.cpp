@@ -16,6 +16,12 @@ std::string row(int pid, const std::string& energy) {
 }
 std::string real(const std::string& text) { return "<real>" + text + "</real>"; }
 
+std::string repeatedX(std::size_t count) {
+  std::string text;
+  while (text.size() < count) text.push_back('x');
+  return text;
+}
+
 std::vector<int> pidsOf(const ProTelemetrySnapshot& snapshot) {
   std::vector<int> pids;
   pids.reserve(snapshot.processes.size());
@@ -94,11 +100,11 @@ TEST(PowermetricsSnapshotTest, OutputThatIsNoPropertyListIsShownInPart) {
   };
   EXPECT_EQ(shown("unknown sampler"), "unknown sampler");
   EXPECT_EQ(shown(" \n"), " \n");
-  EXPECT_EQ(shown(std::string(5000, 'x')), std::string(4096, 'x'));
-  EXPECT_EQ(shown(std::string(4094, 'x') + "é and more"), std::string(4094, 'x') + "é");
-  EXPECT_EQ(shown(std::string(4095, 'x') + "é and more"), std::nullopt);
+  EXPECT_EQ(shown(repeatedX(5000)), repeatedX(4096));
+  EXPECT_EQ(shown(repeatedX(4094) + "é and more"), repeatedX(4094) + "é");
+  EXPECT_EQ(shown(repeatedX(4095) + "é and more"), std::nullopt);
   EXPECT_EQ(shown("caf\xE9"), std::nullopt);
-  EXPECT_EQ(shown(std::string(4096, 'x') + "\xFF"), std::string(4096, 'x'));
+  EXPECT_EQ(shown(repeatedX(4096) + "\xFF"), repeatedX(4096));
   EXPECT_EQ(shown("\0\0"s), "\0\0"s);
 }
 
