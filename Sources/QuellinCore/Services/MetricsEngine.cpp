@@ -1,6 +1,7 @@
 #include "QuellinCore/Services/MetricsEngine.h"
 
 #include <cmath>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -22,6 +23,12 @@ std::int64_t checkedHistoryLimit(std::int64_t limit) {
   if (limit >= 0) return limit;
   throw std::invalid_argument("MetricsEngine: the history limit must not be negative, it is " +
                               std::to_string(limit));
+}
+
+// The sleeping task owns the loop's coroutine; the loop therefore holds the task weakly.
+bool isWanted(const std::weak_ptr<PollingTask>& weak) {
+  const auto task = weak.lock();
+  return task && !task->isCancelled();
 }
 
 }  // namespace
@@ -56,8 +63,8 @@ struct MetricsEngine::State : std::enable_shared_from_this<State> {
   void publish(SystemPowerState state);
 
   static boost::asio::awaitable<void> poll(std::weak_ptr<State> weak);
-  static boost::asio::awaitable<void> keepPolling(std::weak_ptr<State> weak,
-                                                  std::shared_ptr<PollingTask> task);
+  static boost::asio::awaitable<void> keepPolling(std::weak_ptr<State> weak, std::weak_ptr<PollingTask> task);
+  static std::optional<Seconds> nextWakeUp(const std::weak_ptr<State>& weak);
 };
 
 void MetricsEngine::State::start() {
@@ -92,6 +99,12 @@ void MetricsEngine::State::publish(SystemPowerState state) {
   if (signals) signals->history.notify(history);
 }
 
+std::optional<Seconds> MetricsEngine::State::nextWakeUp(const std::weak_ptr<State>& weak) {
+  const auto state = weak.lock();
+  if (!state) return std::nullopt;
+  return state->background->now() + state->interval;
+}
+
 boost::asio::awaitable<void> MetricsEngine::State::poll(std::weak_ptr<State> weak) {
   auto state = weak.lock();
   if (!state) co_return;
@@ -103,16 +116,12 @@ boost::asio::awaitable<void> MetricsEngine::State::poll(std::weak_ptr<State> wea
 }
 
 boost::asio::awaitable<void> MetricsEngine::State::keepPolling(std::weak_ptr<State> weak,
-                                                               std::shared_ptr<PollingTask> task) {
-  while (!task->isCancelled()) {
+                                                               std::weak_ptr<PollingTask> task) {
+  while (isWanted(task)) {
     co_await poll(weak);
-    Seconds wakeUp{};
-    if (const auto state = weak.lock()) {
-      wakeUp = state->background->now() + state->interval;
-    } else {
-      co_return;
-    }
-    co_await awaitCallback<>([&](auto resume) { task->sleepUntil(wakeUp, std::move(resume)); });
+    const auto wakeUp = nextWakeUp(weak);
+    if (!wakeUp || !isWanted(task)) co_return;
+    co_await awaitCallback<>([&](auto resume) { task.lock()->sleepUntil(*wakeUp, std::move(resume)); });
   }
 }
 
