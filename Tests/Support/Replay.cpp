@@ -37,4 +37,6 @@ std::shared_ptr<TracePlayer> captureAndOpen(const std::string& path, const Platf
   return *std::move(player);
 }
 
+std::string exampleTrace() { return QUELLIN_EXAMPLES "/macbook.trace.jsonl"; }
+
 }  // namespace quellin::testing_support

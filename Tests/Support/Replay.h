@@ -35,4 +35,7 @@ struct Reading {
                                                           const WallClock& wallClock,
                                                           SerialNumbers serialNumbers, int ticks = 1);
 
+/// The path of the trace among the examples.
+[[nodiscard]] std::string exampleTrace();
+
 }  // namespace quellin::testing_support
