@@ -1,14 +1,21 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Sessions/PowerSamplePoint.h"
+#include "QuellinCore/Sessions/PowerSession.h"
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
+#include "QuellinCore/Sessions/PowerSessionSample.h"
+#include "QuellinCore/Sessions/PowerSessionSummary.h"
+#include "QuellinCore/Support/JSONDecoder.h"
 
-/// The power facts that sessions record and summarise. Nothing here fails; all of it may be called from any
-/// thread.
+/// The power facts that sessions record and summarise. Nothing here fails. What takes
+/// values alone may be called from any thread, what takes stored objects on the store's main executor.
 namespace quellin::PowerSessionMetrics {
 
 /// Watts of the primary reading; absent when there is none.
@@ -33,5 +40,20 @@ namespace quellin::PowerSessionMetrics {
 
 /// As `powerSourceLabel`, for the inferred kind.
 [[nodiscard]] std::string inferredPowerSourceLabel(const SystemPowerStateDTO& snapshot);
+
+/// The point of a stored sample: source, external power and charge as its snapshot says. When that cannot be
+/// decoded, the columns alone speak, and a sample without external power counts as battery draw.
+[[nodiscard]] PowerSamplePoint storedPowerPoint(const PowerSessionSample& sample, JSONDecoder& decoder);
+[[nodiscard]] PowerSamplePoint storedPowerPoint(const SampleColumns& columns, std::string_view snapshotData,
+                                                JSONDecoder& decoder);
+
+/// What a session with these samples, in any order, comes to.
+[[nodiscard]] PowerSessionSummary summary(const PowerSession& session,
+                                          std::vector<std::shared_ptr<PowerSessionSample>> samples,
+                                          JSONDecoder& decoder);
+
+/// The processes that cost the most over these samples, at most five, highest score first.
+[[nodiscard]] std::vector<PowerSessionContributor> topContributors(
+    const std::vector<std::shared_ptr<PowerSessionSample>>& samples, JSONDecoder& decoder);
 
 }  // namespace quellin::PowerSessionMetrics

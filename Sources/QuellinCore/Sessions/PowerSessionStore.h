@@ -14,6 +14,7 @@
 #include "QuellinCore/Sessions/ModelContext.h"
 #include "QuellinCore/Sessions/PowerSession.h"
 #include "QuellinCore/Sessions/PowerSessionSample.h"
+#include "QuellinCore/Sessions/PowerSessionSummary.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
 #include "QuellinCore/Sessions/StoreError.h"
 #include "QuellinCore/Support/Clock.h"
@@ -121,6 +122,9 @@ class PowerSessionStore {
 
   /// Reads all of a session's saved samples and blobs and counts what is damaged.
   [[nodiscard]] SessionCheck check(const PowerSession& session);
+
+  /// What a session comes to.
+  [[nodiscard]] PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
 
   /// Deletes a session and its samples.
   void remove(const std::shared_ptr<PowerSession>& session);
