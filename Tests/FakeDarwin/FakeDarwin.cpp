@@ -23,8 +23,10 @@ FakeDarwin& FakeDarwin::current() {
 
 std::vector<std::string> FakeDarwin::leaks() const {
   std::vector<std::string> leaked = objects.leaks();
-  for (const auto& more : {ioKit.leaks(), loader.leaks()})
+  for (const auto& more :
+       {ioKit.leaks(), loader.leaks(), notify.leaks(), objectiveC.leaks(), dispatch.leaks()}) {
     leaked.insert(leaked.end(), more.begin(), more.end());
+  }
   return leaked;
 }
 

@@ -5,10 +5,14 @@
 
 #include "FakeDarwin/CallLog.h"
 #include "FakeDarwin/FakeCoreFoundation.h"
+#include "FakeDarwin/FakeDispatch.h"
 #include "FakeDarwin/FakeHID.h"
 #include "FakeDarwin/FakeIOKit.h"
 #include "FakeDarwin/FakeLoader.h"
+#include "FakeDarwin/FakeNotify.h"
+#include "FakeDarwin/FakeObjectiveC.h"
 #include "FakeDarwin/FakePowerSources.h"
+#include "FakeDarwin/FakeProcesses.h"
 #include "FakeDarwin/Ledger.h"
 #include "FakeDarwin/ObjectTable.h"
 
@@ -35,9 +39,13 @@ class FakeDarwin {
   ObjectTable objects{ledger};
   FakeCoreFoundation coreFoundation{objects};
   FakeIOKit ioKit{ledger};
+  FakeDispatch dispatch;
   FakeHID hid;
   FakeLoader loader{ledger};
+  FakeNotify notify{ledger};
+  FakeObjectiveC objectiveC{ledger};
   FakePowerSources powerSources;
+  FakeProcesses processes;
 };
 
 }  // namespace quellin::fake

@@ -11,7 +11,7 @@ namespace quellin::fake {
 class Ledger {
  public:
   /// Notes a misuse: an object released too often, used after its release, or used as what it is not.
-  void violation(std::string what) { violations_.push_back(std::move(what)); }
+  void violation(std::string what);
 
   /// The misuses so far; the ledger is empty of them afterwards.
   [[nodiscard]] std::vector<std::string> takeViolations() { return std::exchange(violations_, {}); }

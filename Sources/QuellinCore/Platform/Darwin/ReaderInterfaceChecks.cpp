@@ -7,11 +7,13 @@
 #include <IOKit/ps/IOPowerSources.h>
 #include <cstddef>
 #include <cstdint>
+#include <dispatch/dispatch.h>
 #include <libproc.h>
 #include <mach/mach_time.h>
 #include <notify.h>
 #include <objc/message.h>
 #include <objc/runtime.h>
+#include <pthread.h>
 #include <sys/sysctl.h>
 #include <type_traits>
 
@@ -91,6 +93,7 @@ static_assert(sizeof(rusage_info_v6) == 464);
 static_assert(offsetof(rusage_info_v6, ri_user_time) == 16 && offsetof(rusage_info_v6, ri_system_time) == 24);
 static_assert(offsetof(rusage_info_v6, ri_pkg_idle_wkups) == 32 &&
               offsetof(rusage_info_v6, ri_interrupt_wkups) == 40);
+static_assert(offsetof(rusage_info_v6, ri_proc_start_abstime) == 80);
 static_assert(offsetof(rusage_info_v6, ri_diskio_bytesread) == 144);
 static_assert(offsetof(rusage_info_v6, ri_diskio_byteswritten) == 152);
 static_assert(offsetof(rusage_info_v6, ri_energy_nj) == 336);
@@ -100,5 +103,11 @@ static_assert(is_same_v<decltype(sysctlbyname), int(const char*, void*, std::siz
 
 static_assert(is_same_v<decltype(objc_getClass), Class(const char*)>);
 static_assert(is_same_v<decltype(sel_registerName), SEL(const char*)>);
+static_assert(is_same_v<decltype(class_respondsToSelector), BOOL(Class, SEL)>);
+
+static_assert(is_same_v<dispatch_function_t, void (*)(void*)>);
+static_assert(
+    is_same_v<decltype(dispatch_async_f), void(dispatch_queue_t, void*, dispatch_function_t) noexcept>);
+static_assert(is_same_v<decltype(pthread_main_np), int()>);
 
 }  // namespace
