@@ -18,6 +18,19 @@ target_include_directories(DarwinTests SYSTEM PRIVATE ${darwinIncludes})
 set_target_properties(DarwinTests PROPERTIES ENABLE_EXPORTS ON)
 target_link_options(DarwinTests PRIVATE LINKER:--wrap=dlopen,--wrap=dlsym,--wrap=dlclose,--wrap=dlerror)
 
+# The IOReport library is a real shared object, found by name through the run path of the tests. The older kind of
+# run path (no new dtags) also serves where a sanitizer's runtime does the opening.
+add_library(FakeIOReport MODULE FakeDarwin/IOReportLibrary/IOReport.cpp)
+target_include_directories(FakeIOReport PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_include_directories(FakeIOReport SYSTEM PRIVATE ${darwinIncludes})
+target_link_libraries(FakeIOReport PRIVATE QuellinSettings)
+set(fakeLibraries ${CMAKE_BINARY_DIR}/lib/FakeDarwin)
+set_target_properties(FakeIOReport PROPERTIES
+  OUTPUT_NAME IOReport PREFIX lib SUFFIX .dylib LIBRARY_OUTPUT_DIRECTORY ${fakeLibraries})
+add_dependencies(DarwinTests FakeIOReport)
+set_target_properties(DarwinTests PROPERTIES BUILD_RPATH ${fakeLibraries})
+target_link_options(DarwinTests PRIVATE LINKER:--disable-new-dtags)
+
 # Each misuse of an owned handle has to be refused by the compiler, and the same file without it accepted.
 set(misuseSource ${CMAKE_CURRENT_SOURCE_DIR}/QuellinCore/Platform/Darwin/OwnedMisuse.cpp)
 file(STRINGS ${misuseSource} misuseLines REGEX "defined\\(MISUSE_")

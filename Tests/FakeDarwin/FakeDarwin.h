@@ -8,6 +8,7 @@
 #include "FakeDarwin/FakeDispatch.h"
 #include "FakeDarwin/FakeHID.h"
 #include "FakeDarwin/FakeIOKit.h"
+#include "FakeDarwin/FakeIOReport.h"
 #include "FakeDarwin/FakeLoader.h"
 #include "FakeDarwin/FakeNotify.h"
 #include "FakeDarwin/FakeObjectiveC.h"
@@ -41,6 +42,7 @@ class FakeDarwin {
   FakeIOKit ioKit{ledger};
   FakeDispatch dispatch;
   FakeHID hid;
+  FakeIOReport ioReport;
   FakeLoader loader{ledger};
   FakeNotify notify{ledger};
   FakeObjectiveC objectiveC{ledger};
