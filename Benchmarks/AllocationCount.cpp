@@ -1,0 +1,26 @@
+#include "AllocationCount.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::size_t> count{0};
+
+}  // namespace
+
+namespace quellin::benchmarks {
+
+std::size_t allocationCount() { return count.load(std::memory_order_relaxed); }
+
+}  // namespace quellin::benchmarks
+
+void* operator new(std::size_t size) {
+  count.fetch_add(1, std::memory_order_relaxed);
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc{};
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
