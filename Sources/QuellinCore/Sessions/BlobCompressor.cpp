@@ -5,7 +5,7 @@
 namespace quellin {
 namespace {
 
-constexpr int level = 6;
+constexpr int level = 1;
 
 template <auto function>
 struct Freed {

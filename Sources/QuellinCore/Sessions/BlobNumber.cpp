@@ -66,19 +66,25 @@ Float fromOrderedBits(std::int64_t payload) {
                                        : bits);
 }
 
-bool spells(double value, std::string_view token) { return ShortestDecimal(value).text() == token; }
+// Whether `value` would be spelled exactly as `plain` was. Its sign is that of the spelling.
+bool spells(double value, const Plain& plain) {
+  const double magnitude = std::abs(value);
+  if (!(magnitude > 0) || !std::isfinite(magnitude) || !isSpelledPlain(value)) return false;
+  const ShortestDigits shortest = shortestDigits(magnitude);
+  return shortest.digits == plain.digits && shortest.exponent == -int{plain.decimals};
+}
 
-std::optional<BlobNumber> asSingle(double nearby, std::string_view token) {
+std::optional<BlobNumber> asSingle(double nearby, const Plain& plain) {
   const auto value = static_cast<float>(nearby);
-  if (!std::isfinite(value) || !spells(static_cast<double>(value), token)) return std::nullopt;
+  if (!spells(static_cast<double>(value), plain)) return std::nullopt;
   return BlobNumber{.form = Form::single, .payload = orderedBits<std::int32_t>(value)};
 }
 
-// `nearby` is at most one step away from the double that the token means.
-std::optional<BlobNumber> asReal(double nearby, std::string_view token) {
+// `nearby` is at most one step away from the double that the spelling means.
+std::optional<BlobNumber> asReal(double nearby, const Plain& plain) {
   constexpr double infinity = std::numeric_limits<double>::infinity();
   for (const double value : {nearby, std::nextafter(nearby, -infinity), std::nextafter(nearby, infinity)}) {
-    if (spells(value, token))
+    if (spells(value, plain))
       return BlobNumber{.form = Form::real, .payload = orderedBits<std::int64_t>(value)};
   }
   return std::nullopt;
@@ -126,11 +132,11 @@ BlobNumber blobNumber(std::string_view token, Form wish) {
   const double magnitude = static_cast<double>(plain->digits) / powersOfTen[plain->decimals];
   const double nearby = plain->isNegative ? -magnitude : magnitude;
   if (wish == Form::single) {
-    if (const auto single = asSingle(nearby, token)) return *single;
+    if (const auto single = asSingle(nearby, *plain)) return *single;
   }
   if (plain->digits < shortDigits) return asDecimal(*plain);
-  if (const auto single = asSingle(nearby, token)) return *single;
-  if (const auto real = asReal(nearby, token)) return *real;
+  if (const auto single = asSingle(nearby, *plain)) return *single;
+  if (const auto real = asReal(nearby, *plain)) return *real;
   return asDecimal(*plain);
 }
 

@@ -114,8 +114,10 @@ std::string_view BlobShape::stretch(std::size_t start, std::size_t length) const
 }
 
 bool BlobShape::describe(std::string_view text, std::string& bytes) const {
+  constexpr std::size_t usualLength = 512;
   std::string forms;
   std::string payloads;
+  payloads.reserve(usualLength);
   std::size_t formCount = 0;
   std::size_t position = 0;
   for (std::size_t index = 0; index < parts_.size(); ++index) {

@@ -133,7 +133,7 @@ void Database::fail(int code) const {
 }
 
 Database::Statement Database::take(std::string_view text) {
-  if (const auto found = idle_.find(text); found != idle_.end() && !found->second.empty()) {
+  if (const auto found = idle_.find(text.data()); found != idle_.end() && !found->second.empty()) {
     Statement statement = std::move(found->second.back());
     found->second.pop_back();
     return statement;
@@ -150,7 +150,7 @@ void Database::giveBack(std::string_view text, Statement statement) noexcept {
   sqlite3_reset(statement.get());
   sqlite3_clear_bindings(statement.get());
   try {
-    idle_[text].push_back(std::move(statement));
+    idle_[text.data()].push_back(std::move(statement));
   } catch (const std::bad_alloc&) {
     // Without room to keep it the statement is finalized and prepared anew next time.
     return;

@@ -84,7 +84,7 @@ class Database {
 
   std::filesystem::path path_;
   std::unique_ptr<sqlite3, Closer> connection_;
-  std::unordered_map<std::string_view, std::vector<Statement>> idle_;  // keys are literals: see Query
+  std::unordered_map<const char*, std::vector<Statement>> idle_;  // by the address of the literal
 };
 
 }  // namespace quellin

@@ -171,10 +171,15 @@ namespace {
 // The blob of a record; throws when it has no JSON form.
 template <class T>
 std::string encodedOrThrow(const T& record, const std::filesystem::path& path) {
-  auto encoded = PowerSessionCoders::encoder.encode(record);
-  if (encoded) return *std::move(encoded);
-  throw StoreError(StoreError::Kind::notEncodable, path,
-                   encoded.error().path + ": " + encoded.error().reason);
+  constexpr std::size_t usualLength = 6000;
+  std::string text;
+  text.reserve(usualLength);
+  const auto result = PowerSessionCoders::encoder.append(text, record);
+  if (!result) {
+    throw StoreError(StoreError::Kind::notEncodable, path,
+                     result.error().path + ": " + result.error().reason);
+  }
+  return text;
 }
 
 }  // namespace

@@ -20,6 +20,8 @@ namespace quellin {
 /// 0 when not.
 class RowDigest {
  public:
+  RowDigest() { bytes_.reserve(usualLength); }
+
   void add(std::int64_t value) { addRaw(&value, sizeof value); }
   void add(double value) { addRaw(&value, sizeof value); }
   void add(std::string_view value) {
@@ -31,6 +33,8 @@ class RowDigest {
   [[nodiscard]] std::int64_t checksum() const { return std::int64_t{crc32c(bytes_)}; }
 
  private:
+  static constexpr std::size_t usualLength = 160;
+
   void addRaw(const void* data, std::size_t size) { bytes_.append(static_cast<const char*>(data), size); }
 
   std::string bytes_;

@@ -2,9 +2,23 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace quellin {
+
+/// `digits` times ten to the power of `exponent`; the last digit is not 0.
+struct ShortestDigits {
+  std::uint64_t digits = 0;
+  int exponent = 0;
+};
+
+/// The fewest digits that read back as `value`, the closest ones where there are several. The value must be
+/// finite and above 0.
+[[nodiscard]] ShortestDigits shortestDigits(double value);
+
+/// True when `ShortestDecimal` writes a finite value without an exponent.
+[[nodiscard]] bool isSpelledPlain(double value);
 
 /// The shortest decimal text that reads back as the same double.
 ///

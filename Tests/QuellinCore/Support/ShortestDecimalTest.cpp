@@ -79,5 +79,12 @@ TEST(ShortestDecimalTest, AgreesWithTheStandardLibraryOnShortDecimals) {
   }
 }
 
+TEST(ShortestDecimalTest, TheDigitsAreThoseOfTheText) {
+  EXPECT_EQ(shortestDigits(45.12345886230469).digits, 4512345886230469U);
+  EXPECT_EQ(shortestDigits(45.12345886230469).exponent, -14);
+  EXPECT_EQ(shortestDigits(1200).digits, 12U);
+  EXPECT_EQ(shortestDigits(1200).exponent, 2);
+}
+
 }  // namespace
 }  // namespace quellin

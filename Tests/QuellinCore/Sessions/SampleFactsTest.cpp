@@ -1,0 +1,121 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "QuellinCore/Sessions/PowerSessionCoders.h"
+#include "QuellinCore/Sessions/PowerSessionMetrics.h"
+#include "QuellinCore/Sessions/SampleFacts.h"
+#include "Support/SampleStates.h"
+
+namespace quellin {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing_support::emptyState;
+using testing_support::stateOnBattery;
+
+ProProcessEnergy row(std::optional<double> impact, std::optional<double> cpu, std::optional<double> wakeups) {
+  return {.pid = 1,
+          .name = "a",
+          .energyImpact = impact,
+          .cpuTimePercent = cpu,
+          .wakeupsPerSecond = wakeups,
+          .diskBytesPerSecond = {}};
+}
+
+ProcessActivityDTO activity(std::string name, double score) {
+  ProcessActivityDTO dto;
+  dto.name = std::move(name);
+  dto.impactScore = score;
+  return dto;
+}
+
+TEST(SampleFactsTest, TheFirstPresentFigureOfATelemetryRowCountsWhenItIsAboveZero) {
+  ProTelemetrySnapshot telemetry;
+  telemetry.processes = {row(3, 4, 5), row({}, 4, 5), row({}, {}, 5), row({}, {}, {}),
+                         row(0, 4, 5), row(-1, 4, 5), row({}, 0, 5)};
+  EXPECT_THAT(contributions(telemetry), ElementsAre(Contribution{"a", true, 3}, Contribution{"a", true, 4},
+                                                    Contribution{"a", true, 5}));
+}
+
+TEST(SampleFactsTest, TheImpactScoreOfAnActivityCountsWhenItIsAboveZero) {
+  const std::vector<ProcessActivityDTO> rows{activity("a", 2), activity("b", 0), activity("c", -1)};
+  EXPECT_THAT(contributions(rows), ElementsAre(Contribution{"a", false, 2}));
+}
+
+TEST(SampleFactsTest, NamesAreThoseThatReadingBackGives) {
+  const std::vector<ProcessActivityDTO> rows{activity("bad \xFF name", 2)};
+  const auto decoded = PowerSessionCoders::decoder.decode<std::vector<ProcessActivityDTO>>(
+      PowerSessionCoders::encoder.encode(rows).value_or(""));
+  ASSERT_TRUE(decoded.has_value());
+  EXPECT_EQ(contributions(rows), contributions(*decoded));
+}
+
+TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
+  std::vector<SystemPowerState> states{stateOnBattery(instantAt(0)), emptyState(instantAt(0))};
+  states.push_back(stateOnBattery(instantAt(0)));
+  states.back().battery->acConnected = true;  // supplement
+  states.push_back(states.back());
+  states.back().battery->wattage = 0;  // idle on external power
+  states.push_back(states.back());
+  states.back().power.emplace();  // silicon
+  states.push_back(states.back());
+  states.back().battery->isCharging = true;
+  states.back().battery->wattage = 25;  // charging
+  const std::vector<ProcessActivityDTO> activities{activity("clang", 4.25), activity("", 1e-300)};
+  ProTelemetrySnapshot telemetry;
+  telemetry.processes = {row(3, {}, {})};
+  std::vector<std::string> labels;
+  for (const auto& state : states) {
+    const SystemPowerStateDTO dto(state);
+    const auto facts = sampleFacts(dto, activities, &telemetry);
+    ASSERT_TRUE(facts.has_value());
+    EXPECT_EQ(facts->powerSourceKind, PowerSessionMetrics::powerSourceKind(state));
+    EXPECT_EQ(facts->powerSourceLabel, PowerSessionMetrics::powerSourceLabel(state));
+    EXPECT_EQ(facts->contributions.size(), 3U);
+    const StoredFacts stored = storedFacts(*facts);
+    EXPECT_EQ(factsFrom(stored.powerSource, stored.contributions), facts);
+    labels.push_back(facts->powerSourceLabel);
+  }
+  EXPECT_THAT(labels, ElementsAre("Battery draw", "Unavailable", "Battery supplement", "On AC, battery idle",
+                                  "IOReport silicon power", "Battery charge input"));
+}
+
+TEST(SampleFactsTest, ASourceWithoutANumberIsNotKept) {
+  const StoredFacts stored =
+      storedFacts({.powerSourceKind = "solar", .powerSourceLabel = "Sun", .contributions = {}});
+  EXPECT_EQ(stored, StoredFacts{});
+  EXPECT_EQ(factsFrom(stored.powerSource, stored.contributions), std::nullopt);
+}
+
+TEST(SampleFactsTest, DatesThatAreNotReadBackHaveNoFacts) {
+  EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(-1))), {}, nullptr), std::nullopt);
+  EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(1e15))), {}, nullptr), std::nullopt);
+  ProTelemetrySnapshot telemetry;
+  telemetry.sampledAt = instantAt(-1);
+  EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(0))), {}, &telemetry), std::nullopt);
+}
+
+TEST(SampleFactsTest, StoredFormsThatMakeNoSenseGiveNoFacts) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(factsFrom(-1, ""), std::nullopt);
+  EXPECT_EQ(factsFrom(6, ""), std::nullopt);
+  EXPECT_EQ(factsFrom(std::nullopt, ""), std::nullopt);
+  EXPECT_EQ(factsFrom(0, std::nullopt), std::nullopt);
+  EXPECT_EQ(factsFrom(0,
+                      "\x04"
+                      "a"sv),
+            std::nullopt);
+  EXPECT_EQ(factsFrom(0,
+                      "\x02"
+                      "a1234567"sv),
+            std::nullopt);
+  ASSERT_TRUE(factsFrom(0, "").has_value());
+  EXPECT_THAT(factsFrom(0, "")->contributions, IsEmpty());
+}
+
+}  // namespace
+}  // namespace quellin
