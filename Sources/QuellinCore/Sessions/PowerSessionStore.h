@@ -17,6 +17,7 @@
 #include "QuellinCore/Sessions/PowerSessionSummary.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
 #include "QuellinCore/Sessions/StoreError.h"
+#include "QuellinCore/Sessions/TextSink.h"
 #include "QuellinCore/Support/Clock.h"
 #include "QuellinCore/Support/HomeFolder.h"
 #include "QuellinCore/Support/LocaleDateText.h"
@@ -125,6 +126,13 @@ class PowerSessionStore {
 
   /// What a session comes to.
   [[nodiscard]] PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
+
+  /// Writes the session as a JSON Lines document to `sink`, in constant memory; the sink must not use the
+  /// store. Samples whose snapshot cannot be decoded are left out. Throws notEncodable when the summary has
+  /// no JSON form; nothing is written then.
+  void exportJSONL(const std::shared_ptr<PowerSession>& session, Instant exportedAt, const TextSink& sink);
+  /// The same document as one string.
+  [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session, Instant exportedAt);
 
   /// Deletes a session and its samples.
   void remove(const std::shared_ptr<PowerSession>& session);
