@@ -45,8 +45,7 @@ void normalize(std::string_view text, std::string& result) {
     }
     const UTF8Step step = firstUTF8Step(text);
     text.remove_prefix(step.length);
-    if (!step.isValid) continue;
-    const char32_t lower = lowerCase(step.codePoint);
+    const char32_t lower = lowerCase(step.codePoint);  // of ill-formed bytes: U+FFFD, which is no letter
     if (isLetterOrNumber(lower)) appendUTF8(result, lower);
   }
 }

@@ -224,15 +224,19 @@ TEST_F(PowermetricsSamplerTest, AHangingToolIsAskedBeforeItIsKilled) {
   EXPECT_EQ(contentOf(_folder.pathOf("asked")), "asked\n");
 }
 
-TEST_F(PowermetricsSamplerTest, AToolThatDoesNotHeedIsKilled) {
+TEST_F(PowermetricsSamplerTest, AToolThatDoesNotHeedIsKilled2SecondsAfterThe15) {
   const std::string ready = _folder.pathOf("ready");
   ASSERT_EQ(mkfifo(ready.c_str(), 0600), 0);
+  const Seconds start = _clock.now();
   bool isReady = false;
   expectFailure(sampleWith("trap '' TERM; echo > '" + ready + "'; exec sleep 600",
                            [&] {
                              if (!isReady) isReady = !contentOf(ready).empty();
                            }),
                 "powermetrics timed out");
+  // No look at the child comes later than one pause after its time.
+  EXPECT_GE(_clock.now() - start, Seconds{17});
+  EXPECT_LE(_clock.now() - start, Seconds{17.11});
 }
 
 TEST_F(PowermetricsSamplerTest, ASignalEndsTheWaitAndIsReported) {
