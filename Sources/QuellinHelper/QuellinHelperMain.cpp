@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -27,7 +28,18 @@ void QuellinHelperMain::main(std::span<char* const> arguments) {
   std::exit(static_cast<int>(answer(texts, HelperSurroundings::ofThisProcess())));
 }
 
+// The caller's limit on memory may be met anywhere. An exception that nobody catches need not unwind the
+// stack, and would leave the measuring tool and its file behind.
 ExitStatus QuellinHelperMain::answer(std::span<const std::string> arguments, const HelperSurroundings& with) {
+  try {
+    return carryOut(arguments, with);
+  } catch (const std::bad_alloc&) {
+    return ExitStatus::systemFailure;
+  }
+}
+
+ExitStatus QuellinHelperMain::carryOut(std::span<const std::string> arguments,
+                                       const HelperSurroundings& with) {
   const auto command = arguments.size() < 2 ? std::nullopt : fromRawValue<Command>(arguments[1]);
   if (!command) {
     return fail(ExitStatus::usage,

@@ -20,7 +20,7 @@ enum class ExitStatus : int {
   success = 0,           ///< the whole document was written
   usage = 64,            ///< no command word, or an unknown one
   encodingFailure = 70,  ///< the document could not be encoded; nothing was written
-  systemFailure = 71,    ///< the process could not be made safe; nothing was done
+  systemFailure = 71,    ///< the process could not be made safe, or ran out of memory; nothing was written
   outputFailure = 74,    ///< standard output did not take the whole document
   notRoot = 77           ///< the effective user is not root
 };
@@ -48,7 +48,8 @@ class QuellinHelperMain {
   [[noreturn]] static void main(std::span<char* const> arguments);
 
   /// Answers the one command word in `arguments`; returns how the process is to end. Writes one JSON document
-  /// to standard output, or one line to standard error, or nothing when the output itself fails.
+  /// to standard output, or one line to standard error, or nothing when the output itself fails or memory
+  /// runs out.
   [[nodiscard]] static ExitStatus answer(std::span<const std::string> arguments,
                                          const HelperSurroundings& with);
 
@@ -58,6 +59,7 @@ class QuellinHelperMain {
   [[nodiscard]] static ExitStatus emitJSON(const Payload& payload, const HelperSurroundings& with);
 
  private:
+  static ExitStatus carryOut(std::span<const std::string> arguments, const HelperSurroundings& with);
   static ExitStatus fail(ExitStatus status, const char* message, const HelperSurroundings& with);
   static HelperStatus ownStatus(const std::string& path, const HelperSurroundings& with);
 };

@@ -58,10 +58,12 @@ std::expected<SampleFile, SystemError> SampleFile::create(const std::string& fol
   const auto opened = openDescriptor(folder, O_RDONLY | O_DIRECTORY);
   if (!opened) return std::unexpected(opened.error());
   if (!isSafeFolder(opened->get())) return std::unexpected(SystemError{EPERM});
+  // Put together first: once the file is there, nothing may fail before its owner is.
+  std::string path = folder.ends_with('/') ? folder + name : folder + '/' + name;
   FileDescriptor created{openat(opened->get(), name.c_str(),
                                 O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR)};
   if (!created) return std::unexpected(SystemError::last());
-  return SampleFile{folder.ends_with('/') ? folder + name : folder + '/' + name, std::move(created)};
+  return SampleFile{std::move(path), std::move(created)};
 }
 
 SampleFile::SampleFile(std::string path, FileDescriptor created)

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <new>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -277,6 +278,15 @@ TEST_F(PowermetricsSamplerTest, AnInterruptionIsForgottenByTheNextMeasurement) {
   EXPECT_EQ(sampler.interruption(), SIGHUP);
   static_cast<void>(sampler.sample());
   EXPECT_EQ(sampler.interruption(), std::nullopt);
+}
+
+TEST_F(PowermetricsSamplerTest, AnExceptionLeavesNeitherChildNorFileNorHeldBackSignals) {
+  EXPECT_THROW(static_cast<void>(sampleWith("exec sleep 600", [] { throw std::bad_alloc{}; })),
+               std::bad_alloc);
+  expectNothingLeft();
+  sigset_t mask{};
+  pthread_sigmask(SIG_BLOCK, nullptr, &mask);
+  EXPECT_EQ(sigismember(&mask, SIGTERM), 0);
 }
 
 TEST_F(PowermetricsSamplerTest, TheToolStartsWithNoSignalHeldBack) {

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <limits>
+#include <new>
 
 #include <gtest/gtest.h>
 
@@ -183,6 +184,14 @@ TEST_F(QuellinHelperMainTest, OutputThatTakesNothingIsAFailureWithoutAMessage) {
   error.writeEnd.reset();
   EXPECT_EQ(readToEnd(error.readEnd.get()), "");
   std::signal(SIGPIPE, previous);
+}
+
+TEST_F(QuellinHelperMainTest, RunningOutOfMemoryIsAFailureWithoutAWord) {
+  const Answer failure{.status = ExitStatus::systemFailure, .output = "", .error = ""};
+  with.readTemperatures = []() -> std::vector<TemperatureSensor> { throw std::bad_alloc{}; };
+  EXPECT_EQ(answer({"tool", "read-temperatures-json"}), failure);
+  with.sampleProTelemetry = []() -> ProTelemetrySnapshot { throw std::bad_alloc{}; };
+  EXPECT_EQ(answer({"tool", "read-pro-telemetry-json"}), failure);
 }
 
 TEST(ExitStatusTest, NumbersAreThoseOfTheCommandLine) {
