@@ -5,6 +5,7 @@
 
 #include "QuellinCore/Support/ChildProcess.h"
 #include "QuellinCore/Support/Text.h"
+#include "QuellinHelper/FixedEnvironment.h"
 
 namespace quellin {
 namespace {
@@ -31,7 +32,7 @@ ChildProcessPlan planFor(const std::string& executable, const std::vector<std::s
   ChildProcessPlan plan;
   plan.executable = executable;
   plan.arguments = arguments;
-  plan.environment = {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
+  plan.environment = Environment{fixedEnvironmentEntry};
   plan.standardInput = ChildStream::null;
   plan.standardError = ChildStream::pipe;
   // The measuring tool may look at the real user, which in a set-user-ID program is the caller.

@@ -9,6 +9,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "QuellinHelper/FixedEnvironment.h"
 #include "QuellinHelper/OpenDescriptors.h"
 
 #if defined(__APPLE__)
@@ -21,7 +22,7 @@ namespace quellin {
 namespace {
 
 void fixEnvironment() {
-  static std::string path = "PATH=/usr/bin:/bin:/usr/sbin:/sbin";
+  static std::string path = fixedEnvironmentEntry;
   static std::array<char*, 2> entries{path.data(), nullptr};
 #if defined(__APPLE__)
   *_NSGetEnviron() = entries.data();

@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "QuellinCore/Support/LetterCase.h"
 #include "QuellinHelper/DecimalNumber.h"
 
 namespace quellin {
@@ -24,12 +25,6 @@ bool takePrefix(std::string_view& text, std::string_view prefix) {
   if (!text.starts_with(prefix)) return false;
   text.remove_prefix(prefix.size());
   return true;
-}
-
-bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
-  return std::ranges::equal(text, lowerCase, {}, [](char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A')) : character;
-  });
 }
 
 template <class Number>
@@ -84,10 +79,10 @@ std::optional<PropertyListNode> parseXMLInteger(std::string_view text) {
 std::optional<double> parseXMLReal(std::string_view text) {
   text = withoutLeadingWhiteSpace(text);
   if (const auto number = parseDecimal(text)) return number;
-  if (equalsIgnoringCase(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
+  if (equalIgnoringCase(text, "nan")) return std::numeric_limits<double>::quiet_NaN();
   const bool isNegative = takePrefix(text, "-");
   if (!isNegative) takePrefix(text, "+");
-  if (!equalsIgnoringCase(text, "inf") && !equalsIgnoringCase(text, "infinity")) return std::nullopt;
+  if (!equalIgnoringCase(text, "inf") && !equalIgnoringCase(text, "infinity")) return std::nullopt;
   constexpr double infinity = std::numeric_limits<double>::infinity();
   return isNegative ? -infinity : infinity;
 }

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdint>
 
+#include "QuellinCore/Support/Surrogates.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
@@ -41,9 +42,6 @@ std::optional<char32_t> takeCodeUnit(std::string_view& rest) {
   return unit;
 }
 
-constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 bool takeUnicodeEscape(std::string_view& rest, std::string& text) {
   const std::optional<char32_t> unit = takeCodeUnit(rest);
   if (!unit || isLowSurrogate(*unit)) return false;
@@ -55,7 +53,7 @@ bool takeUnicodeEscape(std::string_view& rest, std::string& text) {
   rest.remove_prefix(1);
   const std::optional<char32_t> low = takeCodeUnit(rest);
   if (!low || !isLowSurrogate(*low)) return false;
-  appendUTF8(text, 0x10000 + ((*unit - 0xD800) << 10) + (*low - 0xDC00));
+  appendUTF8(text, characterOfSurrogates(*unit, *low));
   return true;
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "QuellinCore/Support/Surrogates.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
@@ -62,9 +63,6 @@ class UnitReader {
   Encoding encoding_;
 };
 
-constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-
 std::optional<char32_t> nextCodePoint(UnitReader& units, std::size_t unitSize) {
   const char32_t unit = units.next();
   if (unit > 0x10FFFF || isLowSurrogate(unit)) return std::nullopt;
@@ -72,7 +70,7 @@ std::optional<char32_t> nextCodePoint(UnitReader& units, std::size_t unitSize) {
   if (unitSize != 2 || units.isAtEnd()) return std::nullopt;
   const char32_t low = units.next();
   if (!isLowSurrogate(low)) return std::nullopt;
-  return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+  return characterOfSurrogates(unit, low);
 }
 
 }  // namespace
