@@ -132,6 +132,7 @@ std::optional<double> PowermetricsSearch::firstRecursiveNumber(const PropertyLis
 
 void PowermetricsSearch::collectProcesses(const PropertyListNode& node, std::vector<ProProcessEnergy>& rows) {
   for (const PropertyListNode& element : node.elements()) collectProcesses(element, rows);
+  if (node.entries().empty()) return;
   if (auto row = processRow(node)) rows.push_back(std::move(*row));
   for (const PropertyListEntry& entry : node.entries()) collectProcesses(entry.value, rows);
 }

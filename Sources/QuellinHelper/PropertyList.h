@@ -40,9 +40,13 @@ class PropertyListNode {
   explicit PropertyListNode(double value) : kind_(Kind::real) { payload_.real = value; }
   explicit PropertyListNode(std::int64_t value) : kind_(Kind::integer) { payload_.integer = value; }
   /// The integer `value`, of whichever kind it fits.
-  explicit PropertyListNode(std::uint64_t value)
-      : kind_(std::in_range<std::int64_t>(value) ? Kind::integer : Kind::largeInteger) {
-    payload_.largeInteger = value;
+  explicit PropertyListNode(std::uint64_t value) {
+    if (std::in_range<std::int64_t>(value)) {
+      *this = PropertyListNode{static_cast<std::int64_t>(value)};
+    } else {
+      kind_ = Kind::largeInteger;
+      payload_.largeInteger = value;
+    }
   }
   // A template, because a pointer would turn into a plain bool unasked.
   template <std::same_as<bool> Boolean>
