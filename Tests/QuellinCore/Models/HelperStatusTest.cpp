@@ -1,6 +1,9 @@
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/HelperStatus.h"
+#include "QuellinCore/Support/JSONDecoder.h"
 #include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
@@ -50,6 +53,17 @@ TEST(HelperStatusTest, EncodesItsFieldsInDeclarationOrder) {
       encodeJSON(status),
       R"({"isInstalled":true,"isExecutable":true,"isSetuidRoot":true,"ownerUserID":0,"groupID":20,)"
       R"("installedVersion":"0.9.4","supportsProTelemetry":true,"path":".\/QuellinHelper","error":"no"})");
+}
+
+TEST(HelperStatusTest, ReadsWithoutItsOptionalKeysButWithNoneOfTheOthersMissing) {
+  const std::string document = *encodeJSON(usableStatus());
+  EXPECT_EQ(decodeJSON<HelperStatus>(document), usableStatus());
+  for (const char* key : {"isInstalled", "isExecutable", "isSetuidRoot", "ownerUserID", "groupID",
+                          "supportsProTelemetry", "path"}) {
+    std::string renamed = document;
+    renamed.replace(renamed.find(key), 1, "x");
+    EXPECT_FALSE(decodeJSON<HelperStatus>(renamed).has_value()) << renamed;
+  }
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSONEncoder.h"
 
 namespace quellin {
 namespace {
@@ -86,6 +88,18 @@ TEST(TemperatureSensorTest, BuildsItsTableOnceUnderConcurrentFirstUse) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_THAT(tables, Each(testing::Eq(tables.front())));
   EXPECT_THAT(sizes, Each(testing::Eq(37U)));
+}
+
+TEST(TemperatureSensorTest, WritesAndNeedsAllThreeKeys) {
+  const TemperatureSensor sensor{"TC0P", "CPU Proximity", 45.5};
+  EXPECT_EQ(encodeJSON(sensor), R"({"key":"TC0P","name":"CPU Proximity","temperature":45.5})");
+  EXPECT_EQ(decodeJSON<TemperatureSensor>(R"({"temperature":45.5,"name":"CPU Proximity","key":"TC0P"})"),
+            sensor);
+  for (const char* incomplete :
+       {R"({"name":"CPU Proximity","temperature":45.5})", R"({"key":"TC0P","temperature":45.5})",
+        R"({"key":"TC0P","name":"CPU Proximity"})"}) {
+    EXPECT_FALSE(decodeJSON<TemperatureSensor>(incomplete).has_value()) << incomplete;
+  }
 }
 
 TEST(TemperatureSensorTest, ComparesAllThreeFields) {
