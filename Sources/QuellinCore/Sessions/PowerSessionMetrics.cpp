@@ -96,7 +96,7 @@ PowerSessionSummary summary(const PowerSession& session,
 std::vector<PowerSessionContributor> topContributors(
     const std::vector<std::shared_ptr<PowerSessionSample>>& samples, JSONDecoder& decoder) {
   ContributorScores scores;
-  for (const auto& sample : samples) scores.add(allContributions(storedSample(*sample), decoder));
+  for (const auto& sample : samples) scores.add(processData(storedSample(*sample), decoder).contributions);
   return scores.top();
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
+#include "QuellinCore/Sessions/SampleMaxima.h"
 #include "QuellinCore/Sessions/SessionBlobs.h"
 #include "QuellinCore/Support/Text.h"
 
@@ -34,17 +35,6 @@ std::shared_ptr<ModelContainer> openContainer(const std::optional<std::filesyste
   if (inMemory) return std::make_shared<ModelContainer>();
   const auto path = storeURL ? *storeURL : PowerSessionStore::defaultStoreURL(surroundings.homeFolder);
   return std::make_shared<ModelContainer>(path, surroundings.file);
-}
-
-template <class Range, class Projection>
-auto largest(const Range& range, Projection projection) {
-  using Value = std::decay_t<std::invoke_result_t<Projection, decltype(*range.begin())>>;
-  std::optional<Value> result;
-  for (const auto& element : range) {
-    const Value value = std::invoke(projection, element);
-    if (!result || value > *result) result = value;
-  }
-  return result;
 }
 
 }  // namespace
@@ -211,9 +201,10 @@ std::shared_ptr<PowerSessionSample> PowerSessionStore::appendSample(
     values.batteryPercent = state.battery->chargePercent;
     values.acConnected = state.battery->acConnected;
   }
-  values.thermalPressure = state.thermal.pressure;
-  values.maxFanRPM = largest(state.fans, &FanInfo::currentRPM);
-  values.maxTemperature = largest(state.sensors, &TemperatureSensor::temperature);
+  const SampleMaxima greatest = maxima(state);
+  values.thermalPressure = greatest.thermalPressure;
+  values.maxFanRPM = greatest.fanRPM;
+  values.maxTemperature = greatest.temperature;
   values.session = session;
   auto facts = sampleFacts(snapshot, activities, values.proTelemetryData ? &*proTelemetry : nullptr);
   auto sample = PowerSessionSample::make(std::move(values), surroundings_.clock);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <iterator>
@@ -29,30 +30,52 @@ void addContribution(std::vector<Contribution>& list, std::string_view name, boo
   if (score > 0) list.push_back({repairedUTF8(name), isMeasured, score});
 }
 
-std::string packed(const std::vector<Contribution>& list) {
+void appendDouble(std::string& bytes, double value) {
+  const std::size_t place = bytes.size();
+  bytes.resize(place + sizeof value);
+  std::memcpy(bytes.data() + place, &value, sizeof value);
+}
+
+std::optional<double> readDouble(ByteReader& reader) {
+  const auto bytes = reader.bytes(sizeof(double));
+  if (!bytes) return std::nullopt;
+  double value = 0;
+  std::memcpy(&value, bytes->data(), sizeof value);
+  return value;
+}
+
+std::string packed(const SampleFacts& facts) {
   std::string bytes;
-  for (const auto& [name, isMeasured, score] : list) {
+  if (facts.contributions.empty() && !facts.telemetrySampledAt) return bytes;
+  bytes.push_back(facts.telemetrySampledAt ? '\1' : '\0');
+  if (facts.telemetrySampledAt) appendDouble(bytes, facts.telemetrySampledAt->time_since_epoch().count());
+  for (const auto& [name, isMeasured, score] : facts.contributions) {
     appendVarint(bytes, name.size() * 2 + (isMeasured ? 1 : 0));
     bytes.append(name);
-    const std::size_t place = bytes.size();
-    bytes.resize(place + sizeof score);
-    std::memcpy(bytes.data() + place, &score, sizeof score);
+    appendDouble(bytes, score);
   }
   return bytes;
 }
 
-std::optional<std::vector<Contribution>> unpacked(std::string_view bytes) {
-  std::vector<Contribution> list;
-  ByteReader reader(bytes);
+// Fills in what `packed` made; false when the bytes make no sense.
+bool unpack(std::string_view bytes, SampleFacts& facts) {
+  if (bytes.empty()) return true;
+  ByteReader reader(bytes.substr(1));
+  if (bytes.front() == '\1') {
+    const auto seconds = readDouble(reader);
+    if (!seconds) return false;
+    facts.telemetrySampledAt = instantAt(*seconds);
+  } else if (bytes.front() != '\0') {
+    return false;
+  }
   while (!reader.rest().empty()) {
     const auto head = reader.varint();
     const auto name = head ? reader.bytes(*head / 2) : std::nullopt;
-    const auto score = reader.bytes(sizeof(double));
-    if (!name || !score) return std::nullopt;
-    Contribution& entry = list.emplace_back(std::string(*name), *head % 2 != 0, 0.0);
-    std::memcpy(&entry.score, score->data(), sizeof entry.score);
+    const auto score = readDouble(reader);
+    if (!name || !score) return false;
+    facts.contributions.push_back({std::string(*name), *head % 2 != 0, *score});
   }
-  return list;
+  return true;
 }
 
 }  // namespace
@@ -83,7 +106,11 @@ std::optional<SampleFacts> sampleFacts(const SystemPowerStateDTO& snapshot,
   SampleFacts facts;
   facts.powerSourceKind = snapshot.powerSourceKind.value_or(std::string(inferred.kind));
   facts.powerSourceLabel = snapshot.powerSourceLabel.value_or(std::string(inferred.label));
-  if (telemetry != nullptr) facts.contributions = contributions(*telemetry);
+  if (telemetry != nullptr) {
+    facts.contributions = contributions(*telemetry);
+    if (telemetry->isAvailable)
+      facts.telemetrySampledAt = std::chrono::floor<std::chrono::seconds>(telemetry->sampledAt);
+  }
   std::ranges::move(contributions(activities), std::back_inserter(facts.contributions));
   return facts;
 }
@@ -92,7 +119,7 @@ StoredFacts storedFacts(const SampleFacts& facts) {
   const auto sources = numberedSources();
   const auto found = std::ranges::find(sources, PowerSource{facts.powerSourceKind, facts.powerSourceLabel});
   if (found == sources.end()) return {};
-  return {found - sources.begin(), packed(facts.contributions)};
+  return {found - sources.begin(), packed(facts)};
 }
 
 std::optional<SampleFacts> factsFrom(std::optional<std::int64_t> powerSource,
@@ -100,9 +127,12 @@ std::optional<SampleFacts> factsFrom(std::optional<std::int64_t> powerSource,
   const auto sources = numberedSources();
   if (!powerSource || !contributions || *powerSource < 0) return std::nullopt;
   const auto number = static_cast<std::size_t>(*powerSource);
-  auto list = unpacked(*contributions);
-  if (!list || number >= sources.size()) return std::nullopt;
-  return SampleFacts{std::string(sources[number].kind), std::string(sources[number].label), *std::move(list)};
+  if (number >= sources.size()) return std::nullopt;
+  SampleFacts facts;
+  facts.powerSourceKind = sources[number].kind;
+  facts.powerSourceLabel = sources[number].label;
+  if (!unpack(*contributions, facts)) return std::nullopt;
+  return facts;
 }
 
 }  // namespace quellin

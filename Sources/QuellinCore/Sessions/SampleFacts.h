@@ -34,7 +34,8 @@ struct Contribution {
 struct SampleFacts {
   std::string powerSourceKind;
   std::string powerSourceLabel;
-  std::vector<Contribution> contributions;  ///< those of the pro telemetry first
+  std::vector<Contribution> contributions;    ///< those of the pro telemetry first
+  std::optional<Instant> telemetrySampledAt;  ///< of pro telemetry that was available, in whole seconds
 
   bool operator==(const SampleFacts&) const = default;
 };
@@ -47,8 +48,11 @@ struct SampleFacts {
 
 /// The stored form of facts.
 struct StoredFacts {
-  std::optional<std::int64_t> powerSource;   ///< a number for kind and label
-  std::optional<std::string> contributions;  ///< see docs/formats.md
+  std::optional<std::int64_t> powerSource;  ///< a number for kind and label
+  /// Contributions and the time of the pro telemetry; empty when there is neither. A byte that is 1 when the
+  /// time is there and 0 when not, the time as a double in seconds since 1970, and for each contribution
+  /// twice the length of its name, plus 1 when it is measured, as a varint, the name and the score.
+  std::optional<std::string> contributions;
 
   bool operator==(const StoredFacts&) const = default;
 };

@@ -58,6 +58,7 @@ PowerSamplePoint powerPoint(const StoredSample& sample, JSONDecoder& decoder) {
 }
 
 ProcessData processData(const StoredSample& sample, JSONDecoder& decoder) {
+  if (sample.facts) return {sample.facts->contributions, sample.facts->telemetrySampledAt};
   const SampleBlobs blobs = sample.blobs();
   ProcessData result;
   if (const auto telemetry = decoded<ProTelemetrySnapshot>(blobs.proTelemetryData, decoder)) {
@@ -68,10 +69,6 @@ ProcessData processData(const StoredSample& sample, JSONDecoder& decoder) {
     std::ranges::move(contributions(*activities), std::back_inserter(result.contributions));
   }
   return result;
-}
-
-std::vector<Contribution> allContributions(const StoredSample& sample, JSONDecoder& decoder) {
-  return sample.facts ? sample.facts->contributions : processData(sample, decoder).contributions;
 }
 
 }  // namespace quellin

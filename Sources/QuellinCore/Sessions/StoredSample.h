@@ -40,16 +40,16 @@ void visitSamples(PowerSessionStore& store, const std::shared_ptr<PowerSession>&
 /// tell.
 [[nodiscard]] PowerSamplePoint powerPoint(const StoredSample& sample, JSONDecoder& decoder);
 
-/// What the blobs of a sample say about processes.
+/// What a sample says about processes.
 struct ProcessData {
   std::vector<Contribution> contributions;    ///< of pro telemetry and process activity alike
   std::optional<Instant> telemetrySampledAt;  ///< of pro telemetry that was available
+
+  bool operator==(const ProcessData&) const = default;
 };
 
-/// The process data of a sample; what cannot be decoded is as if it were not there.
+/// The process data of a sample, from its facts where it has them; what cannot be decoded is as if it were
+/// not there.
 [[nodiscard]] ProcessData processData(const StoredSample& sample, JSONDecoder& decoder);
-
-/// The contributions of a sample's process data, from its facts where it has them.
-[[nodiscard]] std::vector<Contribution> allContributions(const StoredSample& sample, JSONDecoder& decoder);
 
 }  // namespace quellin

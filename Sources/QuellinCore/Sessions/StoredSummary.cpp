@@ -9,7 +9,7 @@ void StoredSummary::ingest(const StoredSample& sample, JSONDecoder& decoder) {
   figures_.ingest(point);
   figures_.battery.ingest(point.batteryPercent);
   figures_.ingest(maxima(sample.columns));
-  figures_.contributors.add(allContributions(sample, decoder));
+  figures_.contributors.add(processData(sample, decoder).contributions);
   lastTimestamp_ = point.timestamp;
 }
 

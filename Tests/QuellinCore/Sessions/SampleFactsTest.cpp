@@ -67,6 +67,8 @@ TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
   states.back().battery->wattage = 25;  // charging
   const std::vector<ProcessActivityDTO> activities{activity("clang", 4.25), activity("", 1e-300)};
   ProTelemetrySnapshot telemetry;
+  telemetry.isAvailable = true;
+  telemetry.sampledAt = instantAt(1741081260.75);
   telemetry.processes = {row(3, {}, {})};
   std::vector<std::string> labels;
   for (const auto& state : states) {
@@ -76,6 +78,7 @@ TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
     EXPECT_EQ(facts->powerSourceKind, PowerSessionMetrics::powerSourceKind(state));
     EXPECT_EQ(facts->powerSourceLabel, PowerSessionMetrics::powerSourceLabel(state));
     EXPECT_EQ(facts->contributions.size(), 3U);
+    EXPECT_EQ(facts->telemetrySampledAt, instantAt(1741081260)) << "as it is read back";
     const StoredFacts stored = storedFacts(*facts);
     EXPECT_EQ(factsFrom(stored.powerSource, stored.contributions), facts);
     labels.push_back(facts->powerSourceLabel);
@@ -85,8 +88,8 @@ TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
 }
 
 TEST(SampleFactsTest, ASourceWithoutANumberIsNotKept) {
-  const StoredFacts stored =
-      storedFacts({.powerSourceKind = "solar", .powerSourceLabel = "Sun", .contributions = {}});
+  const StoredFacts stored = storedFacts(
+      {.powerSourceKind = "solar", .powerSourceLabel = "Sun", .contributions = {}, .telemetrySampledAt = {}});
   EXPECT_EQ(stored, StoredFacts{});
   EXPECT_EQ(factsFrom(stored.powerSource, stored.contributions), std::nullopt);
 }
@@ -106,13 +109,18 @@ TEST(SampleFactsTest, StoredFormsThatMakeNoSenseGiveNoFacts) {
   EXPECT_EQ(factsFrom(std::nullopt, ""), std::nullopt);
   EXPECT_EQ(factsFrom(0, std::nullopt), std::nullopt);
   EXPECT_EQ(factsFrom(0,
-                      "\x04"
+                      "\x00\x04"
                       "a"sv),
             std::nullopt);
   EXPECT_EQ(factsFrom(0,
-                      "\x02"
+                      "\x00\x02"
                       "a1234567"sv),
             std::nullopt);
+  EXPECT_EQ(factsFrom(0,
+                      "\x01"
+                      "1234567"sv),
+            std::nullopt);
+  EXPECT_EQ(factsFrom(0, "\x02"sv), std::nullopt);
   ASSERT_TRUE(factsFrom(0, "").has_value());
   EXPECT_THAT(factsFrom(0, "")->contributions, IsEmpty());
 }

@@ -99,18 +99,21 @@ TEST_F(StoredSampleTest, FactsAndBlobsTellTheSame) {
   SystemPowerState idle = testing_support::emptyState(instantAt(2));
   idle.battery.emplace().acConnected = true;
   fixture.store->appendSample(session, stateOnBattery(instantAt(1)), {activity("a", 2), activity("b", 0)},
-                              telemetry(1, {energyRow("c", 3.0), energyRow("d", {})}));
+                              telemetry(1.75, {energyRow("c", 3.0), energyRow("d", {})}));
   fixture.store->appendSample(session, idle, {}, std::nullopt);
-  fixture.store->appendSample(session, testing_support::emptyState(instantAt(3)), {}, std::nullopt);
+  auto unavailable = telemetry(2.5, {energyRow("c", 3.0)});
+  unavailable.isAvailable = false;
+  fixture.store->appendSample(session, testing_support::emptyState(instantAt(3)), {}, unavailable);
+  fixture.store->appendSample(session, testing_support::emptyState(instantAt(4)), {}, telemetry(3, {}));
   int visited = 0;
   visitSamples(*fixture.store, session, [&](const StoredSample& sample) {
     ++visited;
     ASSERT_TRUE(sample.facts.has_value());
     StoredSample withoutFacts{sample.columns, std::nullopt, sample.blobs};
     EXPECT_EQ(powerPoint(sample, decoder), powerPoint(withoutFacts, decoder));
-    EXPECT_EQ(allContributions(sample, decoder), allContributions(withoutFacts, decoder));
+    EXPECT_EQ(processData(sample, decoder), processData(withoutFacts, decoder));
   });
-  EXPECT_EQ(visited, 3);
+  EXPECT_EQ(visited, 4);
 }
 
 TEST_F(StoredSampleTest, UndecodableProcessDataContributesNothing) {
@@ -118,10 +121,11 @@ TEST_F(StoredSampleTest, UndecodableProcessDataContributesNothing) {
   const auto sample = fixture.store->appendSample(session, stateOnBattery(instantAt(1)), {activity("a", 2)},
                                                   telemetry(1, {energyRow("c", 3.0)}));
   sample->setProTelemetryData("{}");
-  EXPECT_THAT(allContributions(storedSample(*sample), decoder), ElementsAre(Contribution{"a", false, 2}));
+  EXPECT_THAT(processData(storedSample(*sample), decoder).contributions,
+              ElementsAre(Contribution{"a", false, 2}));
   EXPECT_EQ(processData(storedSample(*sample), decoder).telemetrySampledAt, std::nullopt);
   sample->setProcessActivityData("[1]");
-  EXPECT_THAT(allContributions(storedSample(*sample), decoder), IsEmpty());
+  EXPECT_THAT(processData(storedSample(*sample), decoder).contributions, IsEmpty());
 }
 
 TEST_F(StoredSampleTest, AWalkShowsSamplesByTimestampSavedOrNot) {
