@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -12,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinHelper/PowermetricsSampler.h"
 #include "Support/ManualClock.h"
 #include "Support/TemporaryFolder.h"
@@ -46,6 +48,23 @@ class EnvironmentVariable {
 
  private:
   const char* name_;
+};
+
+/// The content of a file as this process's standard input, while the object lives.
+class StandardInput {
+ public:
+  explicit StandardInput(const std::string& path) : before_(dup(STDIN_FILENO)) {
+    const FileDescriptor file{open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+    dup2(file.get(), STDIN_FILENO);
+  }
+  StandardInput(const StandardInput&) = delete;
+  StandardInput& operator=(const StandardInput&) = delete;
+  StandardInput(StandardInput&&) = delete;
+  StandardInput& operator=(StandardInput&&) = delete;
+  ~StandardInput() { dup2(before_.get(), STDIN_FILENO); }
+
+ private:
+  FileDescriptor before_;
 };
 
 /// Stand-ins for the measuring tool are scripts. They see their output path as $output.
@@ -126,6 +145,7 @@ TEST_F(PowermetricsSamplerTest, PassesTheArgumentsInOrder) {
 TEST_F(PowermetricsSamplerTest, TheToolSeesAMinimalEnvironmentAndAnEmptyInput) {
   const std::string seen = _folder.pathOf("seen");
   const EnvironmentVariable secret{"QUELLIN_TEST_SECRET", "1"};
+  const StandardInput input{_folder.write("input", "not for the tool")};
   static_cast<void>(
       sampleWith("{ /usr/bin/env | /usr/bin/grep -v -e ^PWD= -e ^_= -e ^OLDPWD= -e ^SHLVL=; "
                  "/usr/bin/wc -c; } > '" +
