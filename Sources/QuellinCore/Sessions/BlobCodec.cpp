@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <tuple>
 #include <utility>
 
@@ -26,25 +27,31 @@ std::string startOf(Format format) {
   return stored;
 }
 
-// The format byte and everything behind the checksum.
-std::uint32_t checksumOf(std::string_view stored) {
-  return crc32c(stored.substr(headerLength), crc32c(stored.substr(0, 1)));
+// The identity, the format byte and everything behind the checksum.
+std::uint32_t checksumOf(const BlobIdentity& identity, std::string_view stored) {
+  std::array<char, sizeof identity.key + 3> head{};
+  std::memcpy(head.data(), &identity.key, sizeof identity.key);
+  head[sizeof identity.key] = static_cast<char>(identity.role);
+  head[sizeof identity.key + 1] = static_cast<char>(identity.siblings);
+  head[sizeof identity.key + 2] = stored.front();
+  return crc32c(stored.substr(headerLength), crc32c({head.data(), head.size()}));
 }
 
-std::string sealed(std::string stored) {
-  std::uint32_t checksum = checksumOf(stored);
-  for (std::size_t index = 1; index < headerLength; ++index, checksum >>= 8)
+std::string sealed(const BlobIdentity& identity, std::string stored) {
+  std::uint32_t checksum = checksumOf(identity, stored);
+  for (std::size_t index = 1; index < headerLength; ++index, checksum >>= 8) {
     stored[index] = static_cast<char>(checksum & 0xFF);
+  }
   return stored;
 }
 
-bool isWhole(std::string_view stored) {
+bool isWhole(const BlobIdentity& identity, std::string_view stored) {
   if (stored.size() < headerLength) return false;
   std::uint32_t checksum = 0;
   for (std::size_t index = checksumLength; index > 0; --index) {
     checksum = (checksum << 8) | static_cast<unsigned char>(stored[index]);
   }
-  return checksum == checksumOf(stored);
+  return checksum == checksumOf(identity, stored);
 }
 
 }  // namespace
@@ -65,30 +72,31 @@ void BlobCodec::addReference(std::uint32_t number, BlobRole role, std::string bl
 
 void BlobCodec::skipReference(std::uint32_t number) { nextReference_ = std::max(nextReference_, number + 1); }
 
-std::optional<std::string> BlobCodec::encodeAsNumbers(BlobRole role, std::string_view blob) const {
+std::optional<std::string> BlobCodec::encodeAsNumbers(const BlobIdentity& identity,
+                                                      std::string_view blob) const {
   for (const auto& [number, reference] : references_) {
-    if (reference.role != role) continue;
+    if (reference.role != identity.role) continue;
     std::string stored = startOf(Format::numbers);
     appendVarint(stored, number);
-    if (reference.shape.describe(blob, stored)) return sealed(std::move(stored));
+    if (reference.shape.describe(blob, stored)) return sealed(identity, std::move(stored));
   }
   return std::nullopt;
 }
 
-std::string BlobCodec::encode(BlobRole role, std::string_view blob) {
+std::string BlobCodec::encode(const BlobIdentity& identity, std::string_view blob) {
   std::string stored = startOf(Format::compressed);
-  const auto isOfRole = [role](const auto& entry) { return entry.second.role == role; };
+  const auto isOfRole = [role = identity.role](const auto& entry) { return entry.second.role == role; };
   const auto reference = std::ranges::find_if(references_, isOfRole);
   const bool hasReference = reference != references_.end();
   appendVarint(stored, hasReference ? std::uint64_t{reference->first} + 1 : 0);
   BlobCompressor& compressor = hasReference ? reference->second.compressor : alone_;
   if (compressor.compress(blob, stored) && stored.size() < headerLength + blob.size())
-    return sealed(std::move(stored));
-  return sealed(startOf(Format::plain).append(blob));
+    return sealed(identity, std::move(stored));
+  return sealed(identity, startOf(Format::plain).append(blob));
 }
 
-std::optional<std::string> BlobCodec::decode(std::string_view stored) {
-  if (!isWhole(stored)) return std::nullopt;
+std::optional<std::string> BlobCodec::decode(const BlobIdentity& identity, std::string_view stored) {
+  if (!isWhole(identity, stored)) return std::nullopt;
   const std::string_view payload = stored.substr(headerLength);
   switch (static_cast<Format>(stored.front())) {
     case Format::plain:

@@ -15,6 +15,13 @@ namespace quellin {
 /// What a blob holds. Blobs of one role resemble each other.
 enum class BlobRole : std::uint8_t { snapshot, processActivity, proTelemetry };
 
+/// Whose blob it is. It is part of the checksum, so that a blob in the wrong place is a damaged one.
+struct BlobIdentity {
+  std::int64_t key = 0;       ///< of the row that holds it
+  BlobRole role{};            ///< what it holds
+  std::uint8_t siblings = 0;  ///< a number for which other blobs the row holds
+};
+
 /// The stored form of blobs: a format byte, a CRC-32C, and the blob, alone or as its differences from an
 /// earlier blob of the same session, a reference. Blobs come back byte for byte; damaged ones come back as no
 /// value. Every stored blob is readable with the references alone. The layout is described in
@@ -34,14 +41,16 @@ class BlobCodec {
 
   /// The stored form of a blob that differs from a reference by nothing but its numbers; no value for any
   /// other.
-  [[nodiscard]] std::optional<std::string> encodeAsNumbers(BlobRole role, std::string_view blob) const;
+  [[nodiscard]] std::optional<std::string> encodeAsNumbers(const BlobIdentity& identity,
+                                                           std::string_view blob) const;
 
   /// The stored form of any blob, compressed against the first reference of its role where that makes it
   /// smaller.
-  [[nodiscard]] std::string encode(BlobRole role, std::string_view blob);
+  [[nodiscard]] std::string encode(const BlobIdentity& identity, std::string_view blob);
 
-  /// The blob of a stored form; no value when it is damaged or names a reference that is not there.
-  [[nodiscard]] std::optional<std::string> decode(std::string_view stored);
+  /// The blob of a stored form; no value when it is damaged, another's, or names a reference that is not
+  /// there.
+  [[nodiscard]] std::optional<std::string> decode(const BlobIdentity& identity, std::string_view stored);
 
  private:
   struct Reference {

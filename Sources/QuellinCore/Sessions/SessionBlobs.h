@@ -30,12 +30,11 @@ class SessionBlobs {
   /// there.
   [[nodiscard]] SampleBlobs read(std::int64_t key);
 
-  /// The blob of a stored form that a row of this session holds; no value when it is damaged.
-  [[nodiscard]] std::optional<std::string> decode(std::string_view stored);
-
  private:
-  [[nodiscard]] std::string encode(BlobRole role, std::string_view blob);
-  [[nodiscard]] std::optional<std::string> encode(BlobRole role, const std::optional<std::string>& blob);
+  [[nodiscard]] std::string encode(const BlobIdentity& identity, std::string_view blob);
+  [[nodiscard]] std::optional<std::string> encode(const BlobIdentity& identity,
+                                                  const std::optional<std::string>& blob);
+  [[nodiscard]] std::optional<std::string> decode(const BlobIdentity& identity, std::string_view stored);
   void write(std::string_view statement, std::int64_t key, const SampleBlobs& blobs);
   void loadReferences();
   void insertReference(BlobRole role, std::string_view blob);
