@@ -23,7 +23,7 @@ class TemperatureSelection {
   explicit TemperatureSelection(std::span<const TemperatureSensor> sensors);
 
   struct Entry {
-    const TemperatureSensor* sensor;
+    const TemperatureSensor* sensor = nullptr;
     TemperatureSensorTraits traits;
 
     /// The sensor's own row: its key as identifier, its display label.

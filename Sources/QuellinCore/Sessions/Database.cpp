@@ -18,7 +18,6 @@ StoreError::Kind kindOf(int extendedCode) {
     case SQLITE_NOTADB:
       return notAStore;
     case SQLITE_CORRUPT:
-      return damaged;
     // Our statements are fixed: one that does not fit the tables says that the schema is not what it must be.
     case SQLITE_ERROR:
     case SQLITE_FORMAT:

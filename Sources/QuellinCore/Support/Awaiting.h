@@ -34,7 +34,7 @@ class CoroutineExecutor {
     return boost::asio::query(boost::asio::system_executor{}, boost::asio::execution::context);
   }
   static constexpr boost::asio::execution::blocking_t query(boost::asio::execution::blocking_t) noexcept {
-    return boost::asio::execution::blocking.never;
+    return boost::asio::execution::blocking_t::never_t{};
   }
 
   bool operator==(const CoroutineExecutor&) const noexcept = default;
@@ -56,7 +56,7 @@ inline void spawn(const std::shared_ptr<MainExecutor>& executor, boost::asio::aw
 template <class... Values, class Start>
 auto awaitCallback(Start start) {
   return boost::asio::async_initiate<const boost::asio::use_awaitable_t<>, void(Values...)>(
-      [](auto handler, Start begin) {
+      [](auto handler, const Start& begin) {
         auto shared = std::make_shared<decltype(handler)>(std::move(handler));
         begin([shared](Values... values) { std::move (*shared)(std::move(values)...); });
       },
@@ -68,7 +68,7 @@ template <class Work>
 auto awaitBackground(Background& background, std::shared_ptr<MainExecutor> executor, Work work) {
   using Value = std::invoke_result_t<Work>;
   return awaitCallback<Value>(
-      [&background, executor = std::move(executor), work = std::move(work)](auto resume) {
+      [&background, executor = std::move(executor), work = std::move(work)](const auto& resume) {
         background.run([executor, work, resume] {
           executor->post([resume, value = std::make_shared<Value>(work())] { resume(std::move(*value)); });
         });

@@ -11,6 +11,7 @@ namespace quellin {
 namespace {
 
 /// The continuous clock in the form that timers take.
+// NOLINTBEGIN(readability-identifier-naming): the names that clocks and traits of timers have.
 struct ContinuousClock {
   using duration = std::chrono::nanoseconds;
   using rep = duration::rep;
@@ -35,6 +36,8 @@ struct WaitTraits {
     return to_wait_duration(instant - ContinuousClock::now());
   }
 };
+
+// NOLINTEND(readability-identifier-naming)
 
 using Timer =
     boost::asio::basic_waitable_timer<ContinuousClock, WaitTraits, boost::asio::thread_pool::executor_type>;

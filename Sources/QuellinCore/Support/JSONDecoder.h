@@ -24,6 +24,8 @@ class JSONDecoder {
   ~JSONDecoder();
   JSONDecoder(JSONDecoder&&) noexcept;
   JSONDecoder& operator=(JSONDecoder&&) noexcept;
+  JSONDecoder(const JSONDecoder&) = delete;
+  JSONDecoder& operator=(const JSONDecoder&) = delete;
 
   /// The value that `bytes` spell, or the first thing that is wrong with them. A document that is not valid
   /// JSON is reported as that, whatever else is wrong. `T` is default-constructible.

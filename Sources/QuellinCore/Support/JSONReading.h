@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -65,10 +66,7 @@ template <class Integer>
 constexpr IntegerType integerType() {
   constexpr std::array<std::string_view, 4> signedNames{"Int8", "Int16", "Int32", "Int"};
   constexpr std::array<std::string_view, 4> unsignedNames{"UInt8", "UInt16", "UInt32", "UInt"};
-  constexpr std::size_t width = sizeof(Integer) == 1   ? 0
-                                : sizeof(Integer) == 2 ? 1
-                                : sizeof(Integer) == 4 ? 2
-                                                       : 3;
+  constexpr auto width = static_cast<std::size_t>(std::countr_zero(sizeof(Integer)));
   constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<Integer>::max());
   if constexpr (std::is_signed_v<Integer>) return {signedNames[width], largest, largest + 1};
   return {unsignedNames[width], largest, 0};

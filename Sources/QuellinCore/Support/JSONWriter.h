@@ -36,6 +36,8 @@ class JSONWriter {
   ~JSONWriter();
   JSONWriter(const JSONWriter&) = delete;
   JSONWriter& operator=(const JSONWriter&) = delete;
+  JSONWriter(JSONWriter&&) = delete;
+  JSONWriter& operator=(JSONWriter&&) = delete;
 
   /// Containers may be nested less deeply than this.
   static constexpr std::size_t depthLimit = 512;

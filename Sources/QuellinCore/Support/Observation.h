@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -80,11 +81,7 @@ class Signal {
 
   /// True while at least one observer is registered.
   [[nodiscard]] bool hasObservers() const {
-    if (!list_) return false;
-    for (const auto& slot : list_->slots) {
-      if (slot->isActive) return true;
-    }
-    return false;
+    return list_ && std::ranges::any_of(list_->slots, [](const auto& slot) { return slot->isActive; });
   }
 
  private:

@@ -1,5 +1,8 @@
 #include <algorithm>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Models/SMCKeys.h"
 #include "QuellinCore/Models/TemperatureSensor.h"

@@ -1,3 +1,6 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/PlatformSources.h"
 #include "Support/FakeHost.h"
 

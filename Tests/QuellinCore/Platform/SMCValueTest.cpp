@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Platform/SMCValue.h"
 #include "QuellinCore/Platform/VirtualSMC.h"

@@ -21,7 +21,7 @@ namespace {
 constexpr std::string_view localeWithoutLanguage = "en_US_POSIX";
 
 icu::Locale chosenLocale(const std::optional<std::string>& name) {
-  icu::Locale locale = name ? icu::Locale(name->c_str()) : icu::Locale::getDefault();
+  const icu::Locale locale = name ? icu::Locale(name->c_str()) : icu::Locale::getDefault();
   return locale.getName() == localeWithoutLanguage ? icu::Locale::getUS() : locale;
 }
 
@@ -42,7 +42,7 @@ icu::UnicodeString joinedPattern(const icu::Locale& locale, UErrorCode& status) 
   const std::unique_ptr<icu::DateTimePatternGenerator> generator(
       icu::DateTimePatternGenerator::createInstance(locale, status));
   icu::UnicodeString joined;
-  if (U_FAILURE(status)) return joined;
+  if (U_FAILURE(status) != 0) return joined;
   const icu::SimpleFormatter glue(generator->getDateTimeFormat(UDAT_LONG, status), 2, 2, status);
   return glue.format(patternOf(time), patternOf(date), joined, status);
 }
@@ -58,7 +58,7 @@ std::string ICULocaleDateText::mediumDateShortTime(Instant instant) const {
   UErrorCode status = U_ZERO_ERROR;
   const icu::UnicodeString pattern = joinedPattern(locale, status);
   icu::SimpleDateFormat format(pattern, locale, status);
-  if (U_FAILURE(status)) return {};
+  if (U_FAILURE(status) != 0) return {};
   if (timeZone_)
     format.adoptTimeZone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(*timeZone_)));
   icu::UnicodeString text;

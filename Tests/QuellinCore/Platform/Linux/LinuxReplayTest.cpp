@@ -1,6 +1,9 @@
 #include <fstream>
 #include <map>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Linux/LinuxBatterySource.h"
 #include "QuellinCore/Platform/Linux/LinuxEnergySource.h"
 #include "QuellinCore/Platform/Linux/LinuxHIDSensorSource.h"

@@ -1,5 +1,7 @@
 #include <limits>
 
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/IntervalScale.h"
 
 namespace quellin {

@@ -1,6 +1,9 @@
 #include <algorithm>
 #include <fstream>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "Support/Replay.h"
 

@@ -1,6 +1,9 @@
 #include <cmath>
 #include <limits>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "Support/FakeHost.h"
 #include "Support/ManualClock.h"
 #include "Support/Replay.h"

@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceError.h"
 
 namespace quellin {

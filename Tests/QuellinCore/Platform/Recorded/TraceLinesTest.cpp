@@ -1,6 +1,9 @@
 #include <cerrno>
 #include <fcntl.h>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceLines.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,6 +1,9 @@
 #include <cmath>
 #include <limits>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Support/JSONEncoder.h"

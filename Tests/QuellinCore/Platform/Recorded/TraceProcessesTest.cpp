@@ -1,5 +1,8 @@
 #include <limits>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceProcesses.h"
 #include "QuellinCore/Support/JSONDecoder.h"
 #include "QuellinCore/Support/JSONEncoder.h"

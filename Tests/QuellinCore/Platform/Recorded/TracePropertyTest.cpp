@@ -1,6 +1,9 @@
 #include <cmath>
 #include <limits>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceProperty.h"
 #include "QuellinCore/Support/JSONDecoder.h"
 #include "QuellinCore/Support/JSONEncoder.h"

@@ -1,5 +1,8 @@
 #include <algorithm>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
 #include "QuellinCore/Support/JSONEncoder.h"

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <limits>
 
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Platform/Recorded/TraceText.h"
 

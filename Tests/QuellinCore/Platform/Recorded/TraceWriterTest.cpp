@@ -4,6 +4,9 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
 #include "QuellinCore/Platform/Recorded/TraceWriter.h"
 #include "Support/FakeHost.h"
