@@ -6,12 +6,22 @@ endif()
 
 file(GLOB darwinSources CONFIGURE_DEPENDS
   ${PROJECT_SOURCE_DIR}/Sources/QuellinCore/Platform/Darwin/*.cpp
-  ${PROJECT_SOURCE_DIR}/Sources/QuellinCore/IOReport/*.cpp
-  FakeDarwin/*.cpp)
+  ${PROJECT_SOURCE_DIR}/Sources/QuellinCore/IOReport/*.cpp)
+file(GLOB fakeSources CONFIGURE_DEPENDS FakeDarwin/*.cpp)
 file(GLOB darwinTests CONFIGURE_DEPENDS QuellinCore/Platform/Darwin/*Test.cpp QuellinCore/IOReport/*Test.cpp)
 set(darwinIncludes ${PROJECT_SOURCE_DIR}/cmake/macos/include ${CMAKE_CURRENT_SOURCE_DIR}/FakeDarwin/include)
 
-quellin_add_tests(DarwinTests SOURCES ${darwinTests} ${darwinSources} LIBRARIES QuellinCore)
+# The sources come first: of an inline function that several objects have, the linker keeps the first.
+quellin_add_tests(DarwinTests SOURCES ${darwinSources} ${darwinTests} ${fakeSources} LIBRARIES QuellinCore)
+# They see only the headers that they include, as on a Mac.
+set(counted ${darwinSources} QuellinCore/Platform/Darwin/OwnedTest.cpp)
+set_source_files_properties(${counted} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+# These files and no others count which of their lines and branches are executed (House/coverage.py). No build of a
+# product contains this object code; the sanitizers' run has the same sources optimised.
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND NOT QUELLIN_SANITIZERS)
+  set_source_files_properties(${counted} PROPERTIES COMPILE_OPTIONS "-O0;--coverage;-fprofile-update=atomic")
+  target_link_options(DarwinTests PRIVATE --coverage)
+endif()
 target_include_directories(DarwinTests SYSTEM PRIVATE ${darwinIncludes})
 
 # The HID functions are looked up by name in the process itself, and the fakes watch over each look-up.

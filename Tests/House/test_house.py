@@ -4,6 +4,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
+import coverage
 import house
 import skipped_tests
 
@@ -86,6 +87,42 @@ class Skipped(Tree):
                                      '<testcase name="b" status="notrun"><skipped/></testcase>'
                                      '<testcase name="c" status="disabled"/></testsuite>')
         self.assertEqual(skipped_tests.left_out(report), ["b", "c"])
+
+
+class Coverage(Tree):
+    def report(self, *lines):
+        source = self.write("A.cpp", "int f() {\n  if (g()) return 1;\n  if (h()) abort();\n}\n")
+        return [{"current_working_directory": str(self.root), "files": [
+            {"file": source.name, "lines": [self.line(*line) for line in lines]},
+            {"file": "/elsewhere/B.cpp", "lines": [self.line(1, 0)]}]}]
+
+    @staticmethod
+    def line(number, count, branches=(), function="_Z1fv"):
+        return {"line_number": number, "count": count, "function_name": function,
+                "branches": [{"count": taken, "throw": thrown} for taken, thrown in branches]}
+
+    def complete(self, *reports):
+        return coverage.describe(coverage.merged([part for report in reports for part in report], [self.root]))[1]
+
+    def test_lines_and_decisions_that_were_all_executed_pass(self):
+        self.assertTrue(self.complete(self.report((1, 2), (2, 2, [(1, False), (1, False), (0, True)]))))
+
+    def test_a_line_that_was_never_executed_fails(self):
+        self.assertFalse(self.complete(self.report((1, 2), (2, 0))))
+
+    def test_a_decision_that_went_one_way_only_fails(self):
+        self.assertFalse(self.complete(self.report((2, 2, [(2, False), (0, False)]))))
+
+    def test_objects_and_instances_of_a_template_add_up(self):
+        ways = [(2, False), (0, False)]
+        self.assertTrue(self.complete(self.report((2, 2, ways, "_ZN1AIiE1fEv")),
+                                      self.report((2, 2, ways[::-1], "_ZN1AIlE1fEv"))))
+
+    def test_the_way_that_ends_the_process_and_a_brace_count_for_nothing(self):
+        self.assertTrue(self.complete(self.report((3, 2, [(2, False), (0, False)]), (4, 0))))
+
+    def test_nothing_at_all_fails(self):
+        self.assertFalse(self.complete())
 
 
 if __name__ == "__main__":
