@@ -1,0 +1,16 @@
+// A whole output file of the measuring tool, from its bytes to the snapshot, which must always be encodable
+// or refused.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinHelper/PowermetricsSnapshot.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto snapshot = quellin::snapshotFromOutput({reinterpret_cast<const char*>(data), size});
+  if (snapshot.processes.size() > 12) __builtin_trap();
+  static_cast<void>(quellin::encodeJSON(snapshot));
+  return 0;
+}
