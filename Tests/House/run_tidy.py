@@ -1,6 +1,6 @@
-"""Runs clang-tidy over every file that a build folder compiles from this repository.
+"""Runs clang-tidy over the files of this repository that a build folder compiles: what ships, or with --all the tests too.
 
-usage: run_tidy.py BUILD_FOLDER JOBS
+usage: run_tidy.py BUILD_FOLDER JOBS [--all]
 """
 
 import json
@@ -12,10 +12,12 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 
 
-def own_files(build):
+def own_files(build, with_tests):
     commands = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
     paths = {Path(entry["file"]).resolve() for entry in commands}
-    return sorted(path for path in paths if path.is_relative_to(ROOT) and not path.is_relative_to(ROOT / "build"))
+    left_out = [ROOT / "build"] if with_tests else [ROOT / "build", ROOT / "Tests"]
+    return sorted(path for path in paths
+                  if path.is_relative_to(ROOT) and not any(path.is_relative_to(folder) for folder in left_out))
 
 
 def tidy(build, path):
@@ -26,7 +28,7 @@ def tidy(build, path):
 
 def main():
     build, jobs = Path(sys.argv[1]), int(sys.argv[2])
-    files = own_files(build)
+    files = own_files(build, "--all" in sys.argv)
     if not files:
         print(f"clang-tidy: {build} compiles nothing", file=sys.stderr)
         return 1

@@ -6,20 +6,21 @@ void PollingTask::cancel() {
   isCancelled_ = true;
   wakeUp_.reset();
   // Not from here: the canceller may be deep inside something that the loop would run into.
-  executor_->post([task = shared_from_this()] { task->wake(); });
+  post();
 }
 
 void PollingTask::sleepUntil(Seconds instant, std::function<void()> resume) {
   resume_ = std::move(resume);
-  if (isCancelled_) {
-    executor_->post([task = shared_from_this()] { task->wake(); });
-    return;
-  }
-  wakeUp_ = background_->wakeAt(instant, [weak = weak_from_this(), executor = executor_] {
-    executor->post([weak] {
-      if (const auto task = weak.lock()) task->wake();
-    });
+  if (isCancelled_) return post();
+  wakeUp_ = background_->wakeAt(instant, [weak = weak_from_this()] {
+    if (const auto task = weak.lock()) task->post();
   });
+}
+
+void PollingTask::post() {
+  if (const auto executor = executor_.lock()) {
+    executor->post([task = shared_from_this()] { task->wake(); });
+  }
 }
 
 void PollingTask::wake() {

@@ -13,8 +13,8 @@ namespace quellin {
 /// only.
 class PollingTask : public std::enable_shared_from_this<PollingTask> {
  public:
-  PollingTask(std::shared_ptr<MainExecutor> executor, Background& background)
-      : executor_(std::move(executor)), background_(&background) {}
+  PollingTask(const std::shared_ptr<MainExecutor>& executor, Background& background)
+      : executor_(executor), background_(&background) {}
 
   [[nodiscard]] bool isCancelled() const { return isCancelled_; }
 
@@ -26,9 +26,10 @@ class PollingTask : public std::enable_shared_from_this<PollingTask> {
   void sleepUntil(Seconds instant, std::function<void()> resume);
 
  private:
+  void post();
   void wake();
 
-  std::shared_ptr<MainExecutor> executor_;
+  std::weak_ptr<MainExecutor> executor_;  // its queue may hold this task
   Background* background_;
   bool isCancelled_ = false;
   std::function<void()> resume_;

@@ -19,15 +19,19 @@ namespace quellin {
 // The bridge between coroutines and the main executor. Including it costs seconds of compile time: only .cpp
 // files that hold a coroutine do.
 
-/// The main executor in the form that Boost.Asio runs coroutines on.
+/// The main executor in the form that Boost.Asio runs coroutines on. Holds it weakly: tasks that wait in its
+/// queue hold coroutines, which hold this, and all of them must go with the executor. What comes too late is
+/// dropped.
 class CoroutineExecutor {
  public:
-  explicit CoroutineExecutor(std::shared_ptr<MainExecutor> executor) : executor_(std::move(executor)) {}
+  explicit CoroutineExecutor(const std::shared_ptr<MainExecutor>& executor) : executor_(executor) {}
 
   template <class Function>
   void execute(Function function) const {
+    const auto executor = executor_.lock();
+    if (!executor) return;
     // std::function needs something copyable, coroutines are not.
-    executor_->post([shared = std::make_shared<Function>(std::move(function))] { std::move (*shared)(); });
+    executor->post([shared = std::make_shared<Function>(std::move(function))] { std::move (*shared)(); });
   }
 
   static boost::asio::execution_context& query(boost::asio::execution::context_t) noexcept {
@@ -37,10 +41,12 @@ class CoroutineExecutor {
     return boost::asio::execution::blocking_t::never_t{};
   }
 
-  bool operator==(const CoroutineExecutor&) const noexcept = default;
+  bool operator==(const CoroutineExecutor& other) const noexcept {
+    return !executor_.owner_before(other.executor_) && !other.executor_.owner_before(executor_);
+  }
 
  private:
-  std::shared_ptr<MainExecutor> executor_;
+  std::weak_ptr<MainExecutor> executor_;
 };
 
 /// Starts a coroutine on the main executor; nobody waits for it. An exception that leaves it ends the
@@ -63,13 +69,14 @@ auto awaitCallback(Start start) {
       boost::asio::use_awaitable, std::move(start));
 }
 
-/// Runs blocking `work` on `background` and resumes on `executor` with its result.
+/// Runs blocking `work` on `background` and resumes on `executor` with its result. Only the work itself keeps
+/// the executor alive, not the coroutine that waits.
 template <class Work>
-auto awaitBackground(Background& background, std::shared_ptr<MainExecutor> executor, Work work) {
+auto awaitBackground(Background& background, const std::shared_ptr<MainExecutor>& executor, Work work) {
   using Value = std::invoke_result_t<Work>;
   return awaitCallback<Value>(
-      [&background, executor = std::move(executor), work = std::move(work)](const auto& resume) {
-        background.run([executor, work, resume] {
+      [&background, weak = std::weak_ptr(executor), work = std::move(work)](const auto& resume) {
+        background.run([executor = weak.lock(), work, resume] {
           executor->post([resume, value = std::make_shared<Value>(work())] { resume(std::move(*value)); });
         });
       });
