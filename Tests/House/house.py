@@ -28,6 +28,9 @@ ALLOWED_FILES = {"QuellinCore/Sessions": ["QuellinCore/Services/ProcessActivityS
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 TEST = re.compile(r"^(TEST|TEST_F|TEST_P|TYPED_TEST|TYPED_TEST_P)\(\s*(\w+)\s*,\s*(\w+)\s*\)", re.MULTILINE)
 
+# Executable.Prefix/Suite/0.Case/parameter, of which only suite and case are always there; a parameter may hold anything.
+REGISTERED = re.compile(r"[^.]+\.(?P<suites>[^.]+)\.(?P<case>\w+)")
+
 MAX_LINES = 450
 MAX_MEDIAN = 130
 
@@ -84,9 +87,9 @@ def unregistered_tests(tests_root, registered):
     """Test cases on disk that no registered test runs; `registered` holds the names as ctest knows them."""
     names = set()
     for name in registered:
-        parts = name.split(".", 1)[-1].split(".")
-        if len(parts) == 2:  # Prefix/Suite/0 . Case/0
-            names.update((suite, case) for suite in parts[0].split("/") for case in [parts[1].split("/")[0]])
+        case = REGISTERED.match(name)
+        if case:
+            names.update((suite, case["case"]) for suite in case["suites"].split("/"))
     found = []
     for path in sorted(Path(tests_root).rglob("*Test.cpp")):
         cases = test_cases(path)

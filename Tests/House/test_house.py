@@ -67,7 +67,7 @@ class Budget(Tree):
 class Registration(Tree):
     def test_every_case_must_be_registered(self):
         self.write("ATest.cpp", "TEST(ATest, One) {}\nTEST_P(BTest, Two) {}\n")
-        registered = ["Core.ATest.One", "Core.Values/BTest.Two/0"]
+        registered = ["Core.ATest.One", "Core.Values/BTest.Two/(0.5, a/b.c)"]
         self.assertEqual(house.unregistered_tests(self.root, registered), [])
         self.assertEqual(len(house.unregistered_tests(self.root, registered[:1])), 1)
 

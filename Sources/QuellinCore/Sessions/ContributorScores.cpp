@@ -32,6 +32,7 @@ std::vector<PowerSessionContributor> ContributorScores::top() const {
                     });
   order.erase(topEnd, order.end());
   std::vector<PowerSessionContributor> result;
+  result.reserve(order.size());
   for (const Accumulator* entry : order) {
     result.push_back({.name = entry->name,
                       .source = entry->isMeasured ? "powermetrics" : "proc_pid_rusage",

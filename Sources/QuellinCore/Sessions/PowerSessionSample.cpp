@@ -8,16 +8,16 @@ namespace quellin {
 
 std::shared_ptr<PowerSessionSample> PowerSessionSample::make(PowerSessionSampleInit values,
                                                              const WallClock& clock) {
-  SampleColumns columns{.id = values.id,
-                        .timestamp = values.timestamp,
-                        .elapsedSeconds = values.elapsedSeconds,
-                        .totalWatts = values.totalWatts,
-                        .batteryPercent = values.batteryPercent,
-                        .acConnected = values.acConnected,
-                        .thermalPressure = values.thermalPressure,
-                        .maxFanRPM = values.maxFanRPM,
-                        .maxTemperature = values.maxTemperature,
-                        .createdAt = clock.now()};
+  const SampleColumns columns{.id = values.id,
+                              .timestamp = values.timestamp,
+                              .elapsedSeconds = values.elapsedSeconds,
+                              .totalWatts = values.totalWatts,
+                              .batteryPercent = values.batteryPercent,
+                              .acConnected = values.acConnected,
+                              .thermalPressure = values.thermalPressure,
+                              .maxFanRPM = values.maxFanRPM,
+                              .maxTemperature = values.maxTemperature,
+                              .createdAt = clock.now()};
   SampleBlobs blobs{std::move(values.snapshotData), std::move(values.processActivityData),
                     std::move(values.proTelemetryData)};
   return std::make_shared<PowerSessionSample>(columns, std::move(blobs), std::move(values.session));

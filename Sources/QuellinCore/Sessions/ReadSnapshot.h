@@ -16,7 +16,7 @@ class ReadSnapshot {
   ~ReadSnapshot() {
     try {
       database_.execute("COMMIT");
-    } catch (const StoreError&) {
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
       // Ending a transaction that wrote nothing fails only where the database has ended it itself.
     }
   }

@@ -83,10 +83,8 @@ bool unpack(std::string_view bytes, SampleFacts& facts) {
 std::vector<Contribution> contributions(const ProTelemetrySnapshot& telemetry) {
   std::vector<Contribution> list;
   for (const ProProcessEnergy& row : telemetry.processes) {
-    const auto score = row.energyImpact     ? row.energyImpact
-                       : row.cpuTimePercent ? row.cpuTimePercent
-                                            : row.wakeupsPerSecond;
-    addContribution(list, row.name, true, score.value_or(0));
+    const double fallback = row.cpuTimePercent.value_or(row.wakeupsPerSecond.value_or(0));
+    addContribution(list, row.name, true, row.energyImpact.value_or(fallback));
   }
   return list;
 }
@@ -117,7 +115,8 @@ std::optional<SampleFacts> sampleFacts(const SystemPowerStateDTO& snapshot,
 
 StoredFacts storedFacts(const SampleFacts& facts) {
   const auto sources = numberedSources();
-  const auto found = std::ranges::find(sources, PowerSource{facts.powerSourceKind, facts.powerSourceLabel});
+  const auto* const found =
+      std::ranges::find(sources, PowerSource{facts.powerSourceKind, facts.powerSourceLabel});
   if (found == sources.end()) return {};
   return {found - sources.begin(), packed(facts)};
 }

@@ -9,7 +9,7 @@ namespace quellin {
 namespace {
 
 // Enough for a sink to write to disk or network with little overhead.
-constexpr std::size_t pieceSize = 64 * 1024;
+constexpr std::size_t pieceSize = std::size_t{64} << 10U;
 
 }  // namespace
 
