@@ -14,7 +14,7 @@ class ManualMonotonicClock final : public MonotonicClock {
   std::vector<Seconds> sleeps;                ///< what was slept, in order
   std::function<void(Seconds)> onSleep = {};  ///< called after each sleep has advanced the clock
 
-  [[nodiscard]] Seconds now() const override { return _now; }
+  [[nodiscard]] Seconds now() const override { return now_; }
   void sleep(Seconds duration) override {
     sleeps.push_back(duration);
     advance(duration);
@@ -23,22 +23,22 @@ class ManualMonotonicClock final : public MonotonicClock {
   /// The sum of what was slept.
   [[nodiscard]] Seconds slept() const { return std::accumulate(sleeps.begin(), sleeps.end(), Seconds{0}); }
   void advance(Seconds duration) {
-    if (duration.count() > 0) _now += duration;
+    if (duration.count() > 0) now_ += duration;
   }
 
  private:
-  Seconds _now{1000};
+  Seconds now_{1000};
 };
 
 /// A wall clock that shows what it was set to.
 class ManualWallClock final : public WallClock {
  public:
-  explicit ManualWallClock(Instant now) : _now(now) {}
-  [[nodiscard]] Instant now() const override { return _now; }
-  void set(Instant now) { _now = now; }
+  explicit ManualWallClock(Instant now) : now_(now) {}
+  [[nodiscard]] Instant now() const override { return now_; }
+  void set(Instant now) { now_ = now; }
 
  private:
-  Instant _now;
+  Instant now_;
 };
 
 }  // namespace quellin::testing_support

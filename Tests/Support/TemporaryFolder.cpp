@@ -13,16 +13,16 @@ namespace fs = std::filesystem;
 TemporaryFolder::TemporaryFolder() {
   std::string pattern = (fs::temp_directory_path() / "quellin-test-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) throw std::system_error(errno, std::generic_category(), pattern);
-  _path = pattern;
+  path_ = pattern;
 }
 
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
-  fs::remove_all(_path, ignored);
+  fs::remove_all(path_, ignored);
 }
 
 std::string TemporaryFolder::write(std::string_view name, std::string_view content) const {
-  const fs::path path = _path / name;
+  const fs::path path = path_ / name;
   fs::create_directories(path.parent_path());
   std::ofstream file(path, std::ios::binary);
   file << content;

@@ -14,9 +14,9 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return _path; }
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
   /// The path of `name` below the folder, as text.
-  [[nodiscard]] std::string pathOf(std::string_view name) const { return (_path / name).string(); }
+  [[nodiscard]] std::string pathOf(std::string_view name) const { return (path_ / name).string(); }
 
   /// Writes a file (and the folders above it); returns its path.
   std::string write(std::string_view name, std::string_view content) const;
@@ -24,7 +24,7 @@ class TemporaryFolder {
   [[nodiscard]] std::string writeScript(std::string_view name, std::string_view body) const;
 
  private:
-  std::filesystem::path _path;
+  std::filesystem::path path_;
 };
 
 /// The bytes of a file; throws when it cannot be read.

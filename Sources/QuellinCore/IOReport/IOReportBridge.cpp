@@ -22,7 +22,7 @@ OwnedLibrary openLibrary() {
     auto library = OwnedLibrary::adopt(dlopen(path, RTLD_LAZY));
     if (library) return library;
     // Nobody shall find this failure later and take it for one of another call.
-    std::ignore = dlerror();
+    std::ignore = dlerror();  // NOLINT(concurrency-mt-unsafe): the text is per thread where this runs
   }
   return {};
 }

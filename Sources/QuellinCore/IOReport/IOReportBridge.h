@@ -32,6 +32,8 @@ class IOReportBridge {
   IOReportBridge(darwin::OwnedLibrary library, const Functions& functions);
   IOReportBridge(const IOReportBridge&) = delete;
   IOReportBridge& operator=(const IOReportBridge&) = delete;
+  IOReportBridge(IOReportBridge&&) = delete;
+  IOReportBridge& operator=(IOReportBridge&&) = delete;
   ~IOReportBridge();
 
   /// The channels of a group, of all its subgroups unless one is named.

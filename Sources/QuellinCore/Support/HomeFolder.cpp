@@ -21,7 +21,7 @@ std::filesystem::path homeInUserDatabase() {
 }  // namespace
 
 std::filesystem::path homeFolder() {
-  const char* variable = std::getenv("HOME");
+  const char* variable = std::getenv("HOME");  // NOLINT(concurrency-mt-unsafe): nothing here sets it
   const std::filesystem::path home = variable == nullptr ? "" : variable;
   return home.is_absolute() ? home : homeInUserDatabase();
 }

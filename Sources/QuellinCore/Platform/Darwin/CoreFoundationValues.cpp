@@ -29,7 +29,7 @@ std::optional<std::string> textOf(CFTypeRef object) {
   const CFIndex longest = CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8);
   std::vector<char> buffer(checkedCast<std::size_t>(longest) + 1);
   const auto bufferSize = static_cast<CFIndex>(buffer.size());
-  if (!CFStringGetCString(string, buffer.data(), bufferSize, kCFStringEncodingUTF8)) return std::nullopt;
+  if (CFStringGetCString(string, buffer.data(), bufferSize, kCFStringEncodingUTF8) == 0) return std::nullopt;
   return buffer.data();
 }
 

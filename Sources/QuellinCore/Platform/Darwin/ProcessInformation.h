@@ -12,6 +12,8 @@ class ProcessInformation {
   ProcessInformation();
   ProcessInformation(const ProcessInformation&) = delete;
   ProcessInformation& operator=(const ProcessInformation&) = delete;
+  ProcessInformation(ProcessInformation&&) = delete;
+  ProcessInformation& operator=(ProcessInformation&&) = delete;
   ~ProcessInformation();
 
   /// 0 nominal to 3 critical, as the system says it. Absent where the system has no such information.
