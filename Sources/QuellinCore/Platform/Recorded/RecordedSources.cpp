@@ -135,7 +135,7 @@ class RecordedEnergySource final : public EnergySource {
 
 }  // namespace
 
-PlatformSources recordedSources(std::shared_ptr<const TracePlayer> player) {
+PlatformSources recordedSources(const std::shared_ptr<const TracePlayer>& player) {
   return {.smc = std::make_shared<RecordedSMCSource>(player),
           .hid = std::make_shared<RecordedHIDSensorSource>(player),
           .battery = std::make_shared<RecordedBatterySource>(player),

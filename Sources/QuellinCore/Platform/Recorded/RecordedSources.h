@@ -15,6 +15,6 @@ namespace quellin {
 /// monotonic clock gets the gain of its own wait, at the same rate.
 ///
 /// A tick at which the processes were not measured repeats the last one at which they were.
-[[nodiscard]] PlatformSources recordedSources(std::shared_ptr<const TracePlayer> player);
+[[nodiscard]] PlatformSources recordedSources(const std::shared_ptr<const TracePlayer>& player);
 
 }  // namespace quellin

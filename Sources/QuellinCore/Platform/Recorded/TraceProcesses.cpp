@@ -67,7 +67,7 @@ std::string placeOf(const TraceProcess& process) { return "process " + std::to_s
 std::expected<std::optional<std::string>, std::string> readName(TraceProcess& process) {
   if (!process.nameBytes) return std::move(process.name);
   const auto bytes = bytesOfHexText(*process.nameBytes);
-  if (!bytes) return std::unexpected(placeOf(process) + " has a \"nameBytes\" that is not hexadecimal");
+  if (!bytes) return std::unexpected(placeOf(process) + R"( has a "nameBytes" that is not hexadecimal)");
   return std::string{bytes->begin(), bytes->end()};
 }
 
@@ -79,7 +79,7 @@ std::expected<std::optional<ProcessUsage>, std::string> readUsage(const TracePro
     return std::unexpected(placeOf(process) + " is unchanged, but the first snapshot does not have it");
   }
   if (process.user.has_value() != process.system.has_value()) {
-    return std::unexpected(placeOf(process) + " has one of \"user\" and \"system\" without the other");
+    return std::unexpected(placeOf(process) + R"( has one of "user" and "system" without the other)");
   }
   if (!process.user) return std::nullopt;
   return ProcessUsage{.userTimeNanoseconds = *process.user,

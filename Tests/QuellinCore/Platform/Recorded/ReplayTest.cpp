@@ -12,9 +12,7 @@
 namespace quellin {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 using namespace testing_support;
