@@ -12,8 +12,8 @@ constexpr std::uint32_t reflectedPolynomial = 0x82F63B78;
 constexpr std::size_t sliceCount = 8;
 using Slices = std::array<std::array<std::uint32_t, 256>, sliceCount>;
 
-// Slice n holds the effect of a byte that n further bytes follow, so that eight bytes take eight look-ups that do not
-// wait for each other.
+// Slice n holds the effect of a byte that n further bytes follow, so that eight bytes take eight look-ups
+// that do not wait for each other.
 constexpr Slices slices = [] {
   Slices result{};
   for (std::uint32_t byte = 0; byte < 256; ++byte) {

@@ -5,8 +5,8 @@
 
 // Exported by the run time, declared in no public header.
 extern "C" {
-void* objc_autoreleasePoolPush(void);
-void objc_autoreleasePoolPop(void* pool);
+void* objc_autoreleasePoolPush(void);      // NOLINT(readability-identifier-naming)
+void objc_autoreleasePoolPop(void* pool);  // NOLINT(readability-identifier-naming)
 }
 
 namespace quellin::darwin {

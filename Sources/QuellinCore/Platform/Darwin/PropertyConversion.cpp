@@ -13,13 +13,13 @@ namespace {
 using Value = PropertyTable::Value;
 
 std::optional<Value> numberValue(CFNumberRef number) {
-  if (CFNumberIsFloatType(number)) {
+  if (CFNumberIsFloatType(number) != 0) {
     double real = 0;
-    if (!CFNumberGetValue(number, kCFNumberDoubleType, &real)) return std::nullopt;
+    if (CFNumberGetValue(number, kCFNumberDoubleType, &real) == 0) return std::nullopt;
     return real;
   }
   std::int64_t integer = 0;
-  if (CFNumberGetValue(number, kCFNumberSInt64Type, &integer)) return integer;
+  if (CFNumberGetValue(number, kCFNumberSInt64Type, &integer) != 0) return integer;
   // What does not fit is stored all the same, as well as it can be.
   return NumberObject{integer};
 }
