@@ -6,11 +6,22 @@
 #include "QuellinCore/Sessions/StoredSummary.h"
 
 namespace quellin {
+
 PowerSessionSummary PowerSessionStore::summary(const std::shared_ptr<PowerSession>& session) {
   StoredSummary result;
   JSONDecoder decoder;
   visitSamples(*this, session, [&](const StoredSample& sample) { result.ingest(sample, decoder); });
   return result.materialize(*session);
+}
+
+SessionCoverage PowerSessionStore::coverage(const std::shared_ptr<PowerSession>& session) {
+  CoverageBuilder result(session->startedAt(), session->sampleInterval());
+  std::optional<Instant> lastTimestamp;
+  visitSamples(*this, session, [&](const StoredSample& sample) {
+    if (sample.columns.totalWatts) result.ingestReading(sample.columns.timestamp);
+    lastTimestamp = sample.columns.timestamp;
+  });
+  return lastTimestamp ? result.materialize(sessionEnd(*session, *lastTimestamp)) : SessionCoverage();
 }
 
 void PowerSessionStore::exportJSONL(const std::shared_ptr<PowerSession>& session, Instant exportedAt,

@@ -16,6 +16,7 @@
 #include "QuellinCore/Sessions/PowerSessionSample.h"
 #include "QuellinCore/Sessions/PowerSessionSummary.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
+#include "QuellinCore/Sessions/SessionCoverage.h"
 #include "QuellinCore/Sessions/StoreError.h"
 #include "QuellinCore/Sessions/TextSink.h"
 #include "QuellinCore/Support/Clock.h"
@@ -126,6 +127,9 @@ class PowerSessionStore {
 
   /// What a session comes to.
   [[nodiscard]] PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
+
+  /// How much of a session's time has power readings. Damaged samples count as missing.
+  [[nodiscard]] SessionCoverage coverage(const std::shared_ptr<PowerSession>& session);
 
   /// Writes the session as a JSON Lines document to `sink`, in constant memory; the sink must not use the
   /// store. Samples whose snapshot cannot be decoded are left out. Throws notEncodable when the summary has

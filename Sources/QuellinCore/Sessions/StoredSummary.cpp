@@ -4,6 +4,10 @@
 
 namespace quellin {
 
+Instant sessionEnd(const PowerSession& session, Instant lastTimestamp) {
+  return std::max(session.endedAt().value_or(lastTimestamp), lastTimestamp);
+}
+
 void StoredSummary::ingest(const StoredSample& sample, JSONDecoder& decoder) {
   const PowerSamplePoint point = powerPoint(sample, decoder);
   figures_.ingest(point);
@@ -16,8 +20,7 @@ void StoredSummary::ingest(const StoredSample& sample, JSONDecoder& decoder) {
 PowerSessionSummary StoredSummary::materialize(const PowerSession& session) const {
   PowerSessionSummary summary;
   if (!lastTimestamp_) return summary;
-  const Instant end = std::max(session.endedAt().value_or(*lastTimestamp_), *lastTimestamp_);
-  figures_.update(summary, elapsedSeconds(session.startedAt(), end));
+  figures_.update(summary, elapsedSeconds(session.startedAt(), sessionEnd(session, *lastTimestamp_)));
   return summary;
 }
 

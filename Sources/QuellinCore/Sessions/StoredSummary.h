@@ -9,6 +9,10 @@
 
 namespace quellin {
 
+/// Until when a stored session lasted, whose last sample is of `lastTimestamp`: a sample may be later than
+/// the end.
+[[nodiscard]] Instant sessionEnd(const PowerSession& session, Instant lastTimestamp);
+
 /// Works out the summary of a stored session from its samples, one after the other, in memory that grows only
 /// with the segments and contributors.
 class StoredSummary {

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <tuple>
+
+#include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Support/Record.h"
+
+namespace quellin {
+
+/// How much of a session's time its power readings speak for. Energy is bridged over every pause; this tells
+/// how much of it was measured. The default one is that of a session without samples.
+struct SessionCoverage {
+  double durationSeconds = 0;               ///< that of the session's summary
+  double coveredSeconds = 0;                ///< the part of it outside the gaps
+  std::int64_t gapCount = 0;                ///< stretches too long between one reading and the next
+  std::optional<double> longestGapSeconds;  ///< absent without a gap
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"durationSeconds", &SessionCoverage::durationSeconds},
+                      Field{"coveredSeconds", &SessionCoverage::coveredSeconds},
+                      Field{"gapCount", &SessionCoverage::gapCount},
+                      Field{"longestGapSeconds", &SessionCoverage::longestGapSeconds}};
+  }
+
+  bool operator==(const SessionCoverage&) const = default;
+};
+
+/// The longest time between two readings in a row, in seconds, that is no gap in a session with this sample
+/// interval: three intervals, and never less than five seconds, because reading every source takes time of
+/// its own. Without a positive interval nothing is too long.
+[[nodiscard]] double longestCoveredSeconds(double sampleInterval);
+
+/// Works out the coverage of a session from its readings, one after the other. A sample without watts is no
+/// reading: it neither covers time nor ends the time between its neighbours. A clock set back adds nothing.
+class CoverageBuilder {
+ public:
+  /// For a session from `startedAt` with a sample every `sampleInterval` seconds.
+  CoverageBuilder(Instant startedAt, double sampleInterval);
+
+  /// Takes the time of the next sample with watts; they come by time.
+  void ingestReading(Instant timestamp);
+
+  /// The coverage of the session up to `endedAt`, which no reading is later than. The time before the first
+  /// reading and after the last counts like that between two; without a reading all of it is one gap.
+  [[nodiscard]] SessionCoverage materialize(Instant endedAt) const;
+
+ private:
+  void advance(Instant instant);
+
+  Instant startedAt_;
+  double longestCoveredSeconds_;
+  Instant coveredTo_;
+  bool hasReadings_ = false;
+  SessionCoverage coverage_;
+};
+
+}  // namespace quellin
