@@ -156,6 +156,9 @@ TEST(PowerSegmentsTest, WattHoursSortsItsReadings) {
   EXPECT_EQ(wattHours({}), std::nullopt);
   EXPECT_EQ(wattHours({{instantAt(0), 10}}), std::nullopt);
   EXPECT_EQ(wattHours({{instantAt(60), 20}, {instantAt(0), 10}}), 0.25);
+  EXPECT_EQ(
+      wattHours({{instantAt(0), 0}, {instantAt(3600), 0}, {instantAt(3600), 40}, {instantAt(10800), 40}}), 80)
+      << "readings of one instant stay in order";
   EXPECT_EQ(wattHours({{instantAt(7200), 20}, {instantAt(0), 20}, {instantAt(3600), 0}}), 20);
 }
 

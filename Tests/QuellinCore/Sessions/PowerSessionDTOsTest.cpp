@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <limits>
 #include <string>
 
@@ -52,10 +53,10 @@ SystemPowerState wholeState() {
                              .anePower = 0.5,
                              .ramPower = 0.5,
                              .systemPower = 4,
-                             .cpuUsagePercent = 0,
+                             .cpuUsagePercent = 7.5,
                              .gpuUsagePercent = 12.5};
   state.thermal = {.state = ThermalState::fair, .pressure = 1, .isLowPowerMode = true};
-  state.fans = {{.id = 0, .name = "Fan 0", .currentRPM = 1200, .minRPM = 1000, .maxRPM = 5000}};
+  state.fans = {{.id = 1, .name = "Fan 1", .currentRPM = 1200, .minRPM = 1000, .maxRPM = 5000}};
   state.sensors = {{"TC0P", "CPU Proximity", 45.5}};
   state.timestamp = instantAt(1741081260.75);
   return state;
@@ -97,6 +98,19 @@ TEST(PowerSessionDTOsTest, ABatteryIsCopiedWithoutItsSerialNumber) {
   expectRoundTrip(BatteryInfoDTO(battery()));
 }
 
+TEST(PowerSessionDTOsTest, EachSwitchOfABatteryIsItsOwn) {
+  const std::vector<bool BatteryInfo::*> given{&BatteryInfo::isCharging, &BatteryInfo::isFullyCharged,
+                                               &BatteryInfo::acConnected};
+  const std::vector<bool BatteryInfoDTO::*> kept{&BatteryInfoDTO::isCharging, &BatteryInfoDTO::isFullyCharged,
+                                                 &BatteryInfoDTO::acConnected};
+  for (std::size_t on = 0; on < given.size(); ++on) {
+    BatteryInfo info;
+    info.*given[on] = true;
+    const BatteryInfoDTO dto(info);
+    for (std::size_t other = 0; other < kept.size(); ++other) EXPECT_EQ(dto.*kept[other], other == on);
+  }
+}
+
 TEST(PowerSessionDTOsTest, WhatRemainsIsNamedOrAbsent) {
   BatteryInfo info = battery();
   info.timeRemainingKind = BatteryTimeRemainingKind::untilFull;
@@ -121,7 +135,7 @@ TEST(PowerSessionDTOsTest, ThermalStatesAreWordsAndKeysAreSorted) {
 }
 
 TEST(PowerSessionDTOsTest, EveryProcessFigureIsAnEstimate) {
-  ProcessActivityInfo activity{.id = 7,
+  ProcessActivityInfo activity{.id = 99,
                                .pid = 7,
                                .name = "cc1plus",
                                .cpuPercent = 99.5,
@@ -137,13 +151,25 @@ TEST(PowerSessionDTOsTest, EveryProcessFigureIsAnEstimate) {
   expectRoundTrip(ProcessActivityDTO(activity));
 }
 
+TEST(PowerSessionDTOsTest, AProcessIdentifierHasThirtyTwoBits) {
+  const auto pid = [](const std::string& number) {
+    const auto dto = PowerSessionCoders::decoder.decode<ProcessActivityDTO>(
+        R"({"confidence":"estimated","cpuPercent":0,"diskBytesPerSecond":0,"impactScore":0,"name":"","pid":)" +
+        number + R"(,"wakeupsPerSecond":0})");
+    return dto ? std::optional(dto->pid) : std::nullopt;
+  };
+  EXPECT_EQ(pid("-2147483648"), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(pid("2147483647"), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(pid("2147483648"), std::nullopt);
+}
+
 TEST(PowerSessionDTOsTest, AWholeStateIsEncodedWithSortedKeysThroughout) {
   EXPECT_EQ(
       encoded(SystemPowerStateDTO(wholeState())),
       R"({"battery":)" + encoded(BatteryInfoDTO(battery())) +
           R"(,"batteryDischargeWatts":12.5,"batteryTerminalWatts":-12.5,"displayAndOtherPower":8.5,)"
-          R"("fans":[{"currentRPM":1200,"id":0,"maxRPM":5000,"minRPM":1000,"name":"Fan 0"}],)"
-          R"("power":{"anePower":0.5,"cpuPower":2,"cpuUsagePercent":0,"gpuPower":1,"gpuUsagePercent":12.5,)"
+          R"("fans":[{"currentRPM":1200,"id":1,"maxRPM":5000,"minRPM":1000,"name":"Fan 1"}],)"
+          R"("power":{"anePower":0.5,"cpuPower":2,"cpuUsagePercent":7.5,"gpuPower":1,"gpuUsagePercent":12.5,)"
           R"("ramPower":0.5,"systemPower":4},"powerSourceKind":"batteryDischarge","powerSourceLabel":"Battery draw",)"
           R"("powerSourceSummary":"SmartBattery whole-system draw while unplugged",)"
           R"("sensors":[{"key":"TC0P","name":"CPU Proximity","temperature":45.5}],"siliconWatts":4,)"

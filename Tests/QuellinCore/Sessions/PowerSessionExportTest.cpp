@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <limits>
 #include <sstream>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 #include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
+#include "Support/TemporaryFolder.h"
 
 namespace quellin {
 namespace {
@@ -111,6 +114,13 @@ TEST_F(PowerSessionExportTest, ProcessDataGoesWithItsSample) {
   EXPECT_EQ(line.sample.proTelemetry, rows);
 }
 
+TEST_F(PowerSessionExportTest, TheTimestampIsThatOfTheSampleNotOfItsState) {
+  fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {}, {}, instantAt(noon + 5));
+  const auto line = read<PowerSessionSampleLine>(lines()[1]);
+  EXPECT_EQ(line.sample.timestamp, instantAt(noon + 5));
+  EXPECT_EQ(line.sample.snapshot.timestamp, instantAt(noon));
+}
+
 TEST_F(PowerSessionExportTest, ACorruptSnapshotLosesItsLineOnly) {
   append(1);
   const auto corrupt = append(2);
@@ -178,6 +188,50 @@ TEST_F(PowerSessionExportTest, ASummaryWithoutJSONFormStopsTheExport) {
             StoreError::Kind::notEncodable);
   EXPECT_THAT(gathered, IsEmpty());
   append(1);  // the store can be written again
+}
+
+TEST_F(PowerSessionExportTest, ASampleWithoutJSONFormStopsTheExport) {
+  append(1);
+  const auto sample = append(2);
+  SampleColumns columns = sample->columns();
+  columns.elapsedSeconds = std::numeric_limits<double>::infinity();
+  sample->setColumns(columns);
+  EXPECT_EQ(kindThrownBy([&] { std::ignore = document(); }), StoreError::Kind::notEncodable);
+}
+
+TEST(PowerSessionExportFileTest, TheVersionIsThatOfTheSoftwareThatExports) {
+  const testing_support::TemporaryFolder folder;
+  PowerSessionStore("0.9.4", folder.path() / "store")
+      .start("Test", PowerSessionSource::app, 2, instantAt(noon));
+  PowerSessionStore store("1.0", folder.path() / "store");
+  const auto session = store.sessions().front();
+  EXPECT_EQ(session->appVersion(), "0.9.4");
+  EXPECT_THAT(store.exportJSONL(session, instantAt(noon)), StartsWith(R"({"appVersion":"1.0",)"));
+}
+
+TEST(PowerSessionExportFileTest, WhatAnotherProcessAppendsMeanwhileIsLeftOut) {
+  const testing_support::TemporaryFolder folder;
+  PowerSessionStore store("0.9.4", folder.path() / "store");
+  PowerSessionStore other("0.9.4", folder.path() / "store");
+  const auto session = store.start("Test", PowerSessionSource::app, 2, instantAt(noon));
+  // So many segments that the sink is called between the first line and the second.
+  constexpr int count = 400;
+  for (int second = 0; second < count; ++second) {
+    SystemPowerState state = stateOnBattery(instantAt(noon + second));
+    state.battery->acConnected = second % 2 == 0;
+    store.appendSample(session, state, {}, std::nullopt);
+  }
+  std::string text;
+  store.exportJSONL(session, instantAt(noon), [&](std::string_view piece) {
+    if (text.empty()) {
+      EXPECT_EQ(std::ranges::count(piece, '\n'), 1) << "the first line alone";
+      other.appendSample(other.sessions().front(), stateOnBattery(instantAt(noon + count)), {}, std::nullopt);
+    }
+    text.append(piece);
+  });
+  EXPECT_THAT(text, HasSubstr(R"("sampleCount":400,"topContributors")"));
+  EXPECT_EQ(std::ranges::count(text, '\n'), 1 + count);
+  EXPECT_EQ(store.summary(session).sampleCount, count + 1);
 }
 
 TEST_F(PowerSessionExportTest, RecordTypesAreNotForTheCallerToChoose) {

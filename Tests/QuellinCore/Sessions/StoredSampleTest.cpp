@@ -74,6 +74,18 @@ TEST_F(StoredSampleTest, AnOldSnapshotWithoutSourceIsInferred) {
   EXPECT_EQ(point.sourceLabel, "Battery supplement");
 }
 
+TEST_F(StoredSampleTest, KindAndLabelAreInferredEachForItself) {
+  SystemPowerStateDTO snapshot = pluggedInAndDraining();
+  snapshot.powerSourceKind = "anotherKind";
+  snapshot.powerSourceLabel.reset();
+  EXPECT_EQ(pointOf(encoded(snapshot), {}).sourceKind, "anotherKind");
+  EXPECT_EQ(pointOf(encoded(snapshot), {}).sourceLabel, "Battery supplement");
+  snapshot.powerSourceKind.reset();
+  snapshot.powerSourceLabel = "Another label";
+  EXPECT_EQ(pointOf(encoded(snapshot), {}).sourceKind, "batterySupplement");
+  EXPECT_EQ(pointOf(encoded(snapshot), {}).sourceLabel, "Another label");
+}
+
 TEST_F(StoredSampleTest, AStoredSourceIsUsedAsItIs) {
   SystemPowerStateDTO snapshot = pluggedInAndDraining();
   snapshot.powerSourceKind = "anotherKind";

@@ -1,0 +1,59 @@
+#include <cstdint>
+#include <limits>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include "QuellinCore/Sessions/SessionFigures.h"
+
+namespace quellin {
+namespace {
+
+constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+
+PowerSessionSummary summaryOf(const std::vector<SampleMaxima>& samples) {
+  SessionFigures figures;
+  for (const SampleMaxima& sample : samples) figures.ingest(sample);
+  PowerSessionSummary summary;
+  figures.update(summary, 0);
+  return summary;
+}
+
+TEST(SessionFiguresTest, WhatWasNeverMeasuredHasNoMaximum) {
+  const auto summary = summaryOf({{0, {}, {}}, {0, {}, {}}});
+  EXPECT_EQ(summary.maxThermalPressure, 0);
+  EXPECT_EQ(summary.maxFanRPM, std::nullopt);
+  EXPECT_EQ(summary.maxTemperature, std::nullopt);
+}
+
+TEST(SessionFiguresTest, AMaximumMayBeZeroOrBelow) {
+  const auto summary = summaryOf({{0, {}, {}}, {0, 0, -12.5}, {0, 0, -20}});
+  EXPECT_EQ(summary.maxFanRPM, 0) << "a fan that stands still was measured";
+  EXPECT_EQ(summary.maxTemperature, -12.5);
+}
+
+TEST(SessionFiguresTest, EachMaximumIsOfAllSamples) {
+  const auto summary = summaryOf({{1, 3000, 40}, {4, 1200, 71.5}, {2, {}, {}}, {0, 1300, 39}});
+  EXPECT_EQ(summary.maxThermalPressure, 4);
+  EXPECT_EQ(summary.maxFanRPM, 3000);
+  EXPECT_EQ(summary.maxTemperature, 71.5);
+}
+
+TEST(SessionFiguresDeathTest, EndsTheProcessWhenTheCountOverflows) {
+  SessionFigures figures;
+  figures.sampleCount = most;
+  EXPECT_DEATH(figures.ingest(PowerSamplePoint{}), "");
+}
+
+TEST(SessionFiguresDeathTest, EndsTheProcessWhenADifferenceOverflows) {
+  SessionFigures figures;
+  figures.battery.ingest(-1);
+  EXPECT_EQ(figures.battery.delta(), 0);
+  figures.battery.ingest(most - 1);
+  EXPECT_EQ(figures.battery.delta(), most);
+  figures.battery.ingest(most);
+  EXPECT_DEATH(std::ignore = figures.battery.delta(), "");
+}
+
+}  // namespace
+}  // namespace quellin
