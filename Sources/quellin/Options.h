@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "QuellinCore/Platform/Recorded/TracePlayer.h"
+#include "QuellinCore/Services/PowerBudgetMonitor.h"
+#include "QuellinCore/Support/Clock.h"
+
+namespace quellin::cli {
+
+/// What the command line asks for. A command looks only at what its own options set.
+struct Options {
+  std::string source = "native";  ///< "native", or the path of a trace or of a tree of kernel files
+  PlaybackSpeed speed = PlaybackSpeed::maximum();  ///< of a trace
+  std::optional<std::filesystem::path> store;      ///< the session store; absent: the default place
+  bool json = false;
+  bool brief = false;
+  bool processes = false;
+  bool force = false;
+  std::string word;  ///< the one argument of a command: an action, a shell or a session
+  std::optional<std::string> output;
+  std::optional<std::string> title;
+  Seconds interval{1};
+  Seconds processInterval{30};
+  std::optional<Seconds> duration;
+  bool telemetry = false;
+  PowerBudgetMonitor budget;
+};
+
+/// The length of time that `text` spells: a decimal number above 0 with "ms", "s", "m" or "h" behind it,
+/// seconds without. No value for anything else.
+[[nodiscard]] std::optional<Seconds> parseDuration(const std::string& text);
+
+/// The speed that `text` spells: "max", or a decimal number above 0. No value for anything else.
+[[nodiscard]] std::optional<PlaybackSpeed> parseSpeed(const std::string& text);
+
+}  // namespace quellin::cli

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quellin::cli {
+
+/// `text` without anything that a terminal would obey: control characters become "?", broken UTF-8 is
+/// repaired.
+[[nodiscard]] std::string printable(std::string_view text);
+
+/// `text` broken between words into lines of at most `width` columns, each behind `indent`; in one line
+/// without a width.
+[[nodiscard]] std::string wrapped(std::string_view text, std::string_view indent,
+                                  std::optional<std::size_t> width);
+
+/// Where the text of a column stands.
+enum class Alignment { left, right };
+
+/// Rows of text in columns as wide as they need to be.
+class Table {
+ public:
+  struct Column {
+    std::string_view title;
+    Alignment alignment = Alignment::left;
+  };
+
+  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+  /// Adds a row: one text for each column.
+  void add(std::vector<std::string> row);
+
+  /// All rows below their titles, lines cut to `width` columns.
+  [[nodiscard]] std::string text(std::optional<std::size_t> width) const;
+
+ private:
+  [[nodiscard]] std::string lineOf(const std::vector<std::string>& row,
+                                   const std::vector<std::size_t>& widths) const;
+
+  std::vector<Column> columns_;
+  std::vector<std::vector<std::string>> rows_;
+};
+
+}  // namespace quellin::cli
