@@ -11,7 +11,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace quellin::cli {
 
@@ -40,6 +41,9 @@ struct Command {
 // The commands; each throws `Failure`, `ReaderGone` and what the core throws.
 ExitStatus doctor(const Invocation& invocation);
 ExitStatus snapshot(const Invocation& invocation);
+ExitStatus capture(const Invocation& invocation);
+ExitStatus helper(const Invocation& invocation);
+ExitStatus budget(const Invocation& invocation);
 ExitStatus printManual(const Invocation& invocation);
 ExitStatus printCompletions(const Invocation& invocation);
 

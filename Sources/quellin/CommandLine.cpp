@@ -38,6 +38,12 @@ std::unique_ptr<CLI::App> commandLine(Options& options) {
 
 std::variant<const Command*, Remark> parse(const std::vector<std::string>& arguments, Options& options) {
   const auto app = commandLine(options);
+  if (!arguments.empty() && !arguments.front().starts_with('-') &&
+      std::ranges::find(commands(), std::string_view{arguments.front()}, &Command::name) ==
+          commands().end()) {
+    return Remark{ExitStatus::usage,
+                  "quellin: there is no command '" + arguments.front() + "'. 'quellin --help' lists all.\n"};
+  }
   try {
     app->parse(std::vector<std::string>{arguments.rbegin(), arguments.rend()});
   } catch (const CLI::CallForHelp&) {
@@ -102,6 +108,26 @@ void addDuration(CLI::App& app, const std::string& name, const std::string& desc
          },
          description)
       ->type_name("TIME");
+}
+
+CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description) {
+  app.add_flag("--force", options.force, "Replace a file that is there already");
+  return app.add_option("-o,--output", options.output, description)->type_name("FILE");
+}
+
+void addInterval(CLI::App& app, Options& options) {
+  addDuration(app, "--interval", "From one reading to the next, 1s by default; a trace has its own",
+              [&options](Seconds interval) { options.interval = interval; });
+}
+
+void addLength(CLI::App& app, Options& options) {
+  addDuration(app, "--for", "How long; until interrupted by default",
+              [&options](Seconds duration) { options.duration = duration; });
+}
+
+void addWatts(CLI::App& app, const std::string& name, const std::string& description,
+              std::optional<double>& limit) {
+  app.add_option(name, limit, description)->type_name("WATTS")->check(CLI::NonNegativeNumber);
 }
 
 }  // namespace quellin::cli

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -38,6 +39,15 @@ void addJSON(CLI::App& app, Options& options);
 /// The command's one argument, required; one of `choices` unless that is empty.
 void addWord(CLI::App& app, Options& options, const std::string& name, const std::string& description,
              const std::vector<std::string>& choices);
+/// -o and --force.
+CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description);
+/// --interval.
+void addInterval(CLI::App& app, Options& options);
+/// --for.
+void addLength(CLI::App& app, Options& options);
+/// An option whose value is a limit in watts.
+void addWatts(CLI::App& app, const std::string& name, const std::string& description,
+              std::optional<double>& limit);
 /// An option whose value is a length of time; `place` is told the value.
 void addDuration(CLI::App& app, const std::string& name, const std::string& description,
                  const std::function<void(Seconds)>& place);

@@ -27,6 +27,38 @@ const std::vector<Command>& commands() {
                       "Also the ten processes that cost the most right now");
        },
        snapshot},
+      {"capture",
+       "Write a trace: what every source answers, before any rule sees it",
+       {"quellin capture -o day.jsonl --for 10m", "quellin snapshot --source day.jsonl"},
+       [](CLI::App& app, Options& options) {
+         addSource(app, options);
+         addOutput(app, options, "The trace to write")->required();
+         addInterval(app, options);
+         addLength(app, options);
+       },
+       capture},
+      {"budget",
+       "Watch the silicon's power and print an alert for every limit that is exceeded",
+       {"quellin budget --system 20 --for 1m", "quellin budget --cpu 10 --gpu 5 && echo stayed below"},
+       [](CLI::App& app, Options& options) {
+         addSource(app, options);
+         addInterval(app, options);
+         addLength(app, options);
+         addJSON(app, options);
+         addWatts(app, "--cpu", "Limit of the processor", options.budget.cpuThreshold);
+         addWatts(app, "--gpu", "Limit of the graphics", options.budget.gpuThreshold);
+         addWatts(app, "--ane", "Limit of the neural engine", options.budget.aneThreshold);
+         addWatts(app, "--system", "Limit of all silicon together", options.budget.systemThreshold);
+       },
+       budget},
+      {"helper",
+       "Say whether the privileged tool is installed, or install it",
+       {"quellin helper status", "quellin helper install"},
+       [](CLI::App& app, Options& options) {
+         addWord(app, options, "ACTION", "What to do", {"status", "install"});
+         addJSON(app, options);
+       },
+       helper},
       {"manual",
        "Print the manual page",
        {"quellin manual | man -l -"},

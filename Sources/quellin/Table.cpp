@@ -21,15 +21,15 @@ std::size_t columnsOf(std::string_view text) {
       std::ranges::count_if(text, [](char byte) { return !continuesCharacter(byte); }));
 }
 
-std::string_view firstColumns(std::string_view text, std::size_t columns) {
+}  // namespace
+
+std::string firstColumns(const std::string& text, std::size_t columns) {
   std::size_t end = 0;
   for (std::size_t seen = 0; end < text.size(); ++end) {
     if (!continuesCharacter(text[end]) && seen++ == columns) break;
   }
   return text.substr(0, end);
 }
-
-}  // namespace
 
 std::string printable(std::string_view text) {
   std::string result;
@@ -85,7 +85,7 @@ std::string Table::text(std::optional<std::size_t> width) const {
   std::string result;
   const auto append = [&](const std::vector<std::string>& row) {
     const std::string line = lineOf(row, widths);
-    result += width ? firstColumns(line, *width) : std::string_view{line};
+    result += width ? firstColumns(line, *width) : line;
     result += '\n';
   };
   append(titles);

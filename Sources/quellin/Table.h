@@ -12,6 +12,9 @@ namespace quellin::cli {
 /// repaired.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// What of `text` fits into so many columns.
+[[nodiscard]] std::string firstColumns(const std::string& text, std::size_t columns);
+
 /// `text` broken between words into lines of at most `width` columns, each behind `indent`; in one line
 /// without a width.
 [[nodiscard]] std::string wrapped(std::string_view text, std::string_view indent,

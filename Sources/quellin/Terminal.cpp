@@ -38,7 +38,8 @@ Terminal Terminal::at(int descriptor, const Environment& environment) {
   terminal.isTerminal = isatty(descriptor) == 1;
   const std::string kind = environment("TERM").value_or("dumb");
   const bool refused = !environment("NO_COLOR").value_or("").empty();
-  terminal.hasColours = terminal.isTerminal && !refused && kind != "dumb" && !kind.empty();
+  terminal.isDumb = kind.empty() || kind == "dumb";
+  terminal.hasColours = terminal.isTerminal && !refused && !terminal.isDumb;
   terminal.width = positiveNumber(environment("COLUMNS"));
   if (!terminal.width && terminal.isTerminal) terminal.width = ownWidth(descriptor).value_or(80);
   return terminal;

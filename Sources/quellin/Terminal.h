@@ -20,6 +20,7 @@ enum class Style { plain, strong, good, warning, bad };
 /// What can be done where a descriptor leads.
 struct Terminal {
   bool isTerminal = false;
+  bool isDumb = false;      ///< it cannot do more than append
   bool hasColours = false;  ///< false with NO_COLOR, and where TERM is "dumb" or not set
   std::optional<std::size_t>
       width;  ///< columns: COLUMNS, else the terminal's own; absent in a pipe or a file

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Support/MainExecutor.h"
+
+namespace quellin::cli {
+
+/// The event loop of a command that takes its time. Used on the thread that made it.
+class Loop {
+ public:
+  Loop();
+  ~Loop();
+  Loop(const Loop&) = delete;
+  Loop& operator=(const Loop&) = delete;
+  Loop(Loop&&) = delete;
+  Loop& operator=(Loop&&) = delete;
+
+  /// The main executor that runs in this loop.
+  [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
+
+  /// Calls `action` when the user or the system asks the program to end, with 1 the first time, then 2, and
+  /// so on.
+  void onInterrupt(std::function<void(int time)> action);
+
+  /// Calls `action` once, `delay` from now.
+  void after(Seconds delay, std::function<void()> action);
+
+  /// Runs until `stop` is called; an exception of an action reaches the caller.
+  void run();
+  void stop();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace quellin::cli
