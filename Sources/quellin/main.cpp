@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "QuellinCore/Sessions/StoreError.h"
-#include "quellin/CommandLine.h"
-#include "quellin/Failure.h"
+#include "quellin/CommandLine/CommandLine.h"
+#include "quellin/CommandLine/Failure.h"
 
 namespace quellin::cli {
 namespace {

@@ -1,0 +1,137 @@
+#include "quellin/CommandLine/CommandLine.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "quellin/Version.h"
+
+namespace quellin::cli {
+namespace {
+
+constexpr const char* purpose =
+    "What this machine's power, battery, heat and fans are doing, and how much energy a stretch of work "
+    "takes.";
+
+std::string exampleText(const std::vector<std::string_view>& examples) {
+  std::string text = "Examples:\n";
+  for (const auto example : examples) text += "  " + std::string{example} + "\n";
+  text.pop_back();
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<CLI::App> commandLine(Options& options) {
+  auto app = std::make_unique<CLI::App>(purpose, "quellin");
+  app->set_version_flag("--version", std::string{"quellin "} + version, "Print the version and end");
+  app->require_subcommand(1);
+  app->footer(exampleText({"quellin doctor", "quellin snapshot"}) +
+              "\n\n'quellin COMMAND --help' says more.\n" + exitStatusText);
+  for (const Command& command : commands()) {
+    CLI::App* const sub = app->add_subcommand(std::string{command.name}, std::string{command.purpose});
+    command.addOptions(*sub, options);
+    sub->footer(exampleText(command.examples));
+  }
+  return app;
+}
+
+std::variant<const Command*, Remark> parse(const std::vector<std::string>& arguments, Options& options) {
+  const auto app = commandLine(options);
+  if (!arguments.empty() && !arguments.front().starts_with('-') &&
+      std::ranges::find(commands(), std::string_view{arguments.front()}, &Command::name) ==
+          commands().end()) {
+    return Remark{ExitStatus::usage,
+                  "quellin: there is no command '" + arguments.front() + "'. 'quellin --help' lists all.\n"};
+  }
+  try {
+    app->parse(std::vector<std::string>{arguments.rbegin(), arguments.rend()});
+  } catch (const CLI::CallForHelp&) {
+    return Remark{ExitStatus::ok, app->help()};
+  } catch (const CLI::CallForVersion&) {
+    return Remark{ExitStatus::ok, app->version() + "\n"};
+  } catch (const CLI::ParseError& error) {
+    const auto chosen = app->get_subcommands();
+    const std::string where = chosen.empty() ? "" : " " + chosen.front()->get_name();
+    return Remark{ExitStatus::usage,
+                  "quellin" + where + ": " + error.what() + ". Try 'quellin" + where + " --help'.\n"};
+  }
+  const std::string name = app->get_subcommands().front()->get_name();
+  return &*std::ranges::find(commands(), std::string_view{name}, &Command::name);
+}
+
+void addSource(CLI::App& app, Options& options) {
+  app.add_option("--source", options.source,
+                 "What to measure: native, the file of a trace, or a folder with copies of sys/ and proc/")
+      ->type_name("native|FILE|DIR")
+      ->default_str("native");
+  app.add_option_function<std::string>(
+         "--speed",
+         [&options](const std::string& text) {
+           const auto speed = parseSpeed(text);
+           if (!speed)
+             throw CLI::ValidationError("--speed", "'" + text + "' is neither max nor a number above 0");
+           options.speed = *speed;
+         },
+         "How fast a trace goes by: max, or a multiple of the captured pace")
+      ->type_name("max|N")
+      ->default_str("max");
+}
+
+void addStore(CLI::App& app, Options& options) {
+  app.add_option_function<std::string>(
+         "--store", [&options](const std::string& path) { options.store = path; },
+         "The session store, instead of the one in your home folder")
+      ->type_name("PATH");
+}
+
+void addJSON(CLI::App& app, Options& options) { app.add_flag("--json", options.json, "Print JSON"); }
+
+void addWord(CLI::App& app, Options& options, const std::string& name, const std::string& description,
+             const std::vector<std::string>& choices) {
+  CLI::Option* const word = app.add_option(name, options.word, description)->required();
+  if (!choices.empty()) word->check(CLI::IsMember(choices));
+  word->type_name("");
+}
+
+void addSession(CLI::App& app, Options& options) {
+  addWord(app, options, "ID", "The session: its identifier, the beginning of it, or last", {});
+}
+
+void addDuration(CLI::App& app, const std::string& name, const std::string& description,
+                 const std::function<void(Seconds)>& place) {
+  app.add_option_function<std::string>(
+         name,
+         [name, place](const std::string& text) {
+           const auto duration = parseDuration(text);
+           if (!duration) {
+             throw CLI::ValidationError(name,
+                                        "'" + text + "' is no length of time such as 500ms, 90, 5m or 1.5h");
+           }
+           place(*duration);
+         },
+         description)
+      ->type_name("TIME");
+}
+
+CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description) {
+  app.add_flag("--force", options.force, "Replace a file that is there already");
+  return app.add_option("-o,--output", options.output, description)->type_name("FILE");
+}
+
+void addInterval(CLI::App& app, Options& options) {
+  addDuration(app, "--interval", "From one reading to the next, 1s by default; a trace has its own",
+              [&options](Seconds interval) { options.interval = interval; });
+}
+
+void addLength(CLI::App& app, Options& options) {
+  addDuration(app, "--for", "How long; until interrupted by default",
+              [&options](Seconds duration) { options.duration = duration; });
+}
+
+void addWatts(CLI::App& app, const std::string& name, const std::string& description,
+              std::optional<double>& limit) {
+  app.add_option(name, limit, description)->type_name("WATTS")->check(CLI::NonNegativeNumber);
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <tuple>
+
+#include "QuellinCore/Services/ProTelemetryService.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/HelperText.h"
+#include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/StoreHealth.h"
+
+namespace quellin::cli {
+namespace {
+
+struct DoctorReport {
+  std::string source;
+  std::vector<SourceDiagnosis> sources;
+  std::optional<HelperStatus> tool;  ///< absent where another machine is looked at
+  StoreHealth store;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"source", &DoctorReport::source}, Field{"sources", &DoctorReport::sources},
+                      Field{"tool", &DoctorReport::tool}, Field{"store", &DoctorReport::store}};
+  }
+};
+
+Style styleOf(SourceAvailability availability) {
+  switch (availability) {
+    case SourceAvailability::available:
+      return Style::good;
+    case SourceAvailability::absent:
+      return Style::plain;
+    case SourceAvailability::notPermitted:
+      return Style::warning;
+    case SourceAvailability::failed:
+      return Style::bad;
+  }
+  return Style::plain;
+}
+
+class Presentation {
+ public:
+  Presentation(const DoctorReport& report, const Invocation& invocation)
+      : report_(report),
+        out_(invocation.out),
+        terminal_(invocation.outTerminal),
+        brief_(invocation.options.brief) {}
+
+  void show() const {
+    out_.line(terminal_.styled(Style::strong, "Sources of " + printable(report_.source)));
+    for (const SourceDiagnosis& source : report_.sources) showSource(source);
+    out_.line("");
+    if (report_.tool) showTool(*report_.tool);
+    showStore(report_.store);
+  }
+
+ private:
+  void heading(std::string_view name, Style style, std::string_view verdict) const {
+    std::string padded{name};
+    padded.resize(std::max<std::size_t>(padded.size(), 20), ' ');
+    out_.line(padded + "  " + terminal_.styled(style, verdict));
+  }
+
+  void detail(const std::string& text) const {
+    out_.write(wrapped(printable(text), "    ", terminal_.width));
+  }
+
+  void showSource(const SourceDiagnosis& source) const {
+    heading(source.source, styleOf(source.availability), rawValue(source.availability));
+    const bool isFine = source.availability == SourceAvailability::available;
+    if (!brief_) detail(source.reason + (source.path ? " [" + *source.path + "]" : ""));
+    if (source.remedy && (!brief_ || !isFine)) detail("What would help: " + *source.remedy);
+  }
+
+  void showTool(const HelperStatus& status) const {
+    heading("Installed tool", status.isUsable() ? Style::good : Style::plain,
+            status.isUsable() ? "usable" : "not usable");
+    if (!brief_) detail(helperText(status));
+  }
+
+  void showStore(const StoreHealth& store) const {
+    if (!store.exists) {
+      heading("Session store", Style::plain, "not made yet");
+      return detail(store.path + " is made by the first 'quellin record'.");
+    }
+    heading("Session store", store.isWhole ? Style::good : Style::bad, store.isWhole ? "whole" : "damaged");
+    detail(store.path + ": " + byteText(static_cast<double>(store.bytes)) +
+           ", sessions: " + whole(store.sessions) + (brief_ ? "" : ", samples: " + whole(store.samples)));
+    if (store.problem) detail(*store.problem);
+  }
+
+  const DoctorReport& report_;
+  Output& out_;
+  const Terminal& terminal_;
+  bool brief_;
+};
+
+}  // namespace
+
+ExitStatus doctor(const Invocation& invocation) {
+  const MeasuredHost host = MeasuredHost::open(invocation.options);
+  DoctorReport report{
+      .source = invocation.options.source,
+      .sources = host.sources.diagnose(),
+      .tool = std::nullopt,
+      .store = examineStore(invocation.options,
+                            invocation.options.brief ? Examination::brief : Examination::full)};
+  if (host.isNative) report.tool = ProTelemetryService{}.helperStatus();
+  if (invocation.options.json) {
+    writeJSON(invocation.out, report);
+  } else {
+    Presentation{report, invocation}.show();
+  }
+  const bool anything = std::ranges::any_of(report.sources, [](const SourceDiagnosis& source) {
+    return source.availability == SourceAvailability::available;
+  });
+  return anything ? ExitStatus::ok : ExitStatus::nothingMeasurable;
+}
+
+}  // namespace quellin::cli

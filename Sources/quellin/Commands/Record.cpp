@@ -1,0 +1,125 @@
+#include <algorithm>
+
+#include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Measuring/TelemetryFeed.h"
+#include "quellin/Measuring/Ticker.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/SessionReport.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+#include "quellin/Terminal/LiveLine.h"
+
+namespace quellin::cli {
+namespace {
+
+// One recording, from the first sample to the summary.
+class Recording {
+ public:
+  Recording(const Invocation& invocation, const MeasuredHost& host)
+      : invocation_(invocation),
+        host_(host),
+        recorder_(
+            loop_.executor(),
+            openStore(invocation.options, {.executor = loop_.executor(), .clock = *host.wallClock}),
+            invocation.options.processInterval,
+            [&host](int limit, Seconds interval) { return host.topProcesses(limit, interval); },
+            makeBackground(), *host.wallClock),
+        telemetry_(invocation.options.telemetry && host.isNative, loop_),
+        ticker_(loop_, host, invocation.options.interval, invocation.options.duration) {}
+
+  void run() {
+    start();
+    ticker_.run([this](const std::function<void()>& done) { sample(done); });
+    live_.end();
+    if (recorder_.activeSession() && isStillOurs()) recorder_.stop(host_.wallClock->now());
+    if (recorder_.lastError()) throw Failure{ExitStatus::failed, *recorder_.lastError()};
+  }
+
+  void showSummary() { showReport(sessionReport(*recorder_.store(), session_), invocation_); }
+
+ private:
+  void start() {
+    const bool resumes = recorder_.activeSession() != nullptr;
+    session_ = recorder_.start(invocation_.options.title, PowerSessionSource::cli,
+                               invocation_.options.interval.count(), host_.wallClock->now());
+    if (!session_)
+      throw Failure{ExitStatus::failed, recorder_.lastError().value_or("no session can be begun")};
+    invocation_.talk.say((resumes ? "going on with session " : "recording session ") + shortID(*session_) +
+                         ", " + printable(session_->title()) + "; Ctrl-C ends it.");
+  }
+
+  void sample(const std::function<void()>& done) {
+    if (!isStillOurs()) {
+      live_.end();
+      invocation_.talk.say("the session was ended from elsewhere.");
+      ticker_.end();
+      return done();
+    }
+    recorder_.record(reader_.readAll(), telemetry_.latest(), [this, done] {
+      live_.show(progress());
+      tellFailure();
+      done();
+    });
+  }
+
+  [[nodiscard]] bool isStillOurs() const { return recorder_.store()->activeSession() == session_; }
+
+  [[nodiscard]] std::string progress() const {
+    const PowerSessionSummary& summary = recorder_.activeSummary();
+    std::string text =
+        durationText(Seconds{summary.durationSeconds}) + ", " + whole(summary.sampleCount) + " samples";
+    if (!summary.powerSegments.empty() && summary.powerSegments.back().averageWatts) {
+      const PowerSessionPowerSegment& segment = summary.powerSegments.back();
+      text += ", " + segment.sourceLabel + " " + decimal(segment.averageWatts, 2) + " W on average";
+    }
+    if (summary.totalWattHours) text += ", " + decimal(summary.totalWattHours, 3) + " Wh";
+    if (summary.batteryPercentDelta) text += ", battery " + whole(summary.batteryPercentDelta) + " %";
+    return text;
+  }
+
+  // A failure is told once, for as long as it lasts.
+  void tellFailure() {
+    const auto& failure = recorder_.lastError();
+    if (failure && failure != toldFailure_) {
+      live_.end();
+      invocation_.talk.say(*failure);
+    }
+    toldFailure_ = failure;
+  }
+
+  const Invocation& invocation_;
+  const MeasuredHost& host_;
+  SystemReader reader_ = host_.reader();
+  Loop loop_;
+  PowerSessionRecorder recorder_;
+  TelemetryFeed telemetry_;
+  Ticker ticker_;
+  LiveLine live_{invocation_};
+  std::shared_ptr<PowerSession> session_;
+  std::optional<std::string> toldFailure_;
+};
+
+bool anySource(const MeasuredHost& host) {
+  return std::ranges::any_of(host.sources.diagnose(), [](const SourceDiagnosis& source) {
+    return source.availability == SourceAvailability::available;
+  });
+}
+
+}  // namespace
+
+ExitStatus record(const Invocation& invocation) {
+  const MeasuredHost host = MeasuredHost::open(invocation.options);
+  if (!anySource(host)) {
+    throw Failure{ExitStatus::nothingMeasurable,
+                  "nothing can be measured here. 'quellin doctor' says why and what would help."};
+  }
+  Recording recording{invocation, host};
+  recording.run();
+  recording.showSummary();
+  return ExitStatus::ok;
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,78 @@
+#include "QuellinCore/Sessions/PowerSessionExport.h"
+#include "QuellinCore/Support/ISO8601.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+
+namespace quellin::cli {
+namespace {
+
+using Ending = void (PowerSessionStore::*)(const std::shared_ptr<PowerSession>&, Instant);
+
+ExitStatus endActive(const Invocation& invocation, Ending ending, const std::string& word) {
+  const auto store = openStore(invocation.options);
+  const auto session = store->activeSession();
+  if (!session) {
+    invocation.talk.say("nothing is being recorded. 'quellin record' begins a session.");
+    return ExitStatus::negative;
+  }
+  ((*store).*ending)(session, systemWallClock().now());
+  invocation.talk.say(word + " session " + shortID(*session) + ", " + printable(session->title()) + ".");
+  return ExitStatus::ok;
+}
+
+}  // namespace
+
+ExitStatus listSessions(const Invocation& invocation) {
+  const auto store = openStore(invocation.options);
+  const auto sessions = store->sessions();
+  if (invocation.options.json) {
+    std::vector<PowerSessionMetadataDTO> records;
+    for (const auto& session : sessions) records.emplace_back(*session);
+    writeJSON(invocation.out, records);
+    return ExitStatus::ok;
+  }
+  if (sessions.empty()) {
+    invocation.talk.say("there are no sessions in " + store->container().path().string() +
+                        " yet. 'quellin record' makes one.");
+    return ExitStatus::ok;
+  }
+  Table table{{{"ID"}, {"Started"}, {"Duration", Alignment::right}, {"Status"}, {"Title"}}};
+  for (const auto& session : sessions) {
+    const auto end = session->endedAt();
+    table.add({shortID(*session), formatISO8601(session->startedAt()),
+               end ? durationText(*end - session->startedAt()) : "-",
+               std::string{rawValue(session->status())}, session->title()});
+  }
+  invocation.out.write(table.text(invocation.outTerminal.width));
+  return ExitStatus::ok;
+}
+
+ExitStatus stopSession(const Invocation& invocation) {
+  return endActive(invocation, &PowerSessionStore::stop, "stopped");
+}
+
+ExitStatus interruptSession(const Invocation& invocation) {
+  return endActive(invocation, &PowerSessionStore::interrupt, "interrupted");
+}
+
+ExitStatus deleteSession(const Invocation& invocation) {
+  const auto store = openStore(invocation.options);
+  const auto session = findSession(*store, invocation.options.word);
+  if (session->status() == PowerSessionStatus::active && !invocation.options.force) {
+    throw Failure{
+        ExitStatus::failed,
+        "session " + shortID(*session) +
+            " is still active. End it with 'quellin stop' first, or add --force to delete it as it is."};
+  }
+  const std::string name = shortID(*session) + ", " + printable(session->title());
+  store->remove(session);
+  invocation.talk.say("deleted session " + name + ".");
+  return ExitStatus::ok;
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,19 @@
+#include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Presentation/SessionReport.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+
+namespace quellin::cli {
+
+ExitStatus showSession(const Invocation& invocation) {
+  const auto store = openStore(invocation.options);
+  const SessionReport report = sessionReport(*store, findSession(*store, invocation.options.word));
+  if (invocation.options.json) {
+    writeJSON(invocation.out, report);
+  } else {
+    showReport(report, invocation);
+  }
+  return ExitStatus::ok;
+}
+
+}  // namespace quellin::cli

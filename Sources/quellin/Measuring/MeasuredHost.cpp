@@ -1,0 +1,55 @@
+#include "quellin/Measuring/MeasuredHost.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "QuellinCore/Platform/Recorded/RecordedSources.h"
+#include "QuellinCore/Services/ProcessActivityService.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Measuring/HostTree.h"
+
+namespace quellin::cli {
+namespace {
+
+MeasuredHost replay(const Options& options) {
+  auto player = TracePlayer::open(options.source, options.speed);
+  if (!player) throw Failure{ExitStatus::failed, player.error().message()};
+  return {.sources = recordedSources(*player),
+          .player = *player,
+          .isNative = false,
+          .monotonicClock = &(*player)->monotonicClock(),
+          .wallClock = &(*player)->wallClock()};
+}
+
+}  // namespace
+
+MeasuredHost MeasuredHost::open(const Options& options) {
+  if (options.source == "native") {
+    return {.sources = PlatformSources::native(), .player = nullptr, .isNative = true};
+  }
+  if (std::filesystem::is_directory(options.source)) {
+    return {.sources = hostTree(options.source), .player = nullptr, .isNative = false};
+  }
+  return replay(options);
+}
+
+SystemReader MeasuredHost::reader() const {
+  // The installed tool speaks of this machine and of no other.
+  auto helper = isNative ? PrivilegedSMCHelperService{} : PrivilegedSMCHelperService{""};
+  return SystemReader::over(sources, std::move(helper), *monotonicClock, *wallClock);
+}
+
+std::vector<ProcessActivityInfo> MeasuredHost::topProcesses(int limit, Seconds interval) const {
+  return ProcessActivityService{sources.processes, *monotonicClock}.sampleTopProcesses(limit, interval);
+}
+
+bool anyHardware(const PlatformSources& sources) {
+  const auto isAvailable = [](const SourceDiagnosis& diagnosis) {
+    return diagnosis.availability == SourceAvailability::available;
+  };
+  return isAvailable(sources.battery->diagnose()) || isAvailable(sources.energy->diagnose()) ||
+         isAvailable(sources.thermal->diagnose()) || isAvailable(sources.smc->diagnose()) ||
+         isAvailable(sources.hid->diagnose());
+}
+
+}  // namespace quellin::cli

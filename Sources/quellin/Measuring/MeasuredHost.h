@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "QuellinCore/Models/ProcessActivityInfo.h"
+#include "QuellinCore/Models/SystemPowerState.h"
+#include "QuellinCore/Platform/PlatformSources.h"
+#include "QuellinCore/Platform/Recorded/TracePlayer.h"
+#include "QuellinCore/Services/SystemReader.h"
+#include "QuellinCore/Support/Clock.h"
+#include "quellin/CommandLine/Options.h"
+
+namespace quellin::cli {
+
+/// The machine that is measured: this one, a tree of another one's kernel files, or a trace of one.
+struct MeasuredHost {
+  PlatformSources sources;
+  std::shared_ptr<TracePlayer> player;  ///< null unless a trace is played
+  bool isNative = false;                ///< this machine: the installed tool takes part
+  MonotonicClock* monotonicClock = &systemMonotonicClock();
+  const WallClock* wallClock = &systemWallClock();
+
+  /// The machine that `options` name. Throws `Failure`.
+  [[nodiscard]] static MeasuredHost open(const Options& options);
+
+  /// The readers over this machine, which must not outlive it.
+  [[nodiscard]] SystemReader reader() const;
+
+  /// The processes that cost the most right now; blocks for `interval`.
+  [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
+};
+
+/// Whether any of the sources, processes aside, would give values.
+[[nodiscard]] bool anyHardware(const PlatformSources& sources);
+
+}  // namespace quellin::cli

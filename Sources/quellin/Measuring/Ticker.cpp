@@ -1,0 +1,61 @@
+#include "quellin/Measuring/Ticker.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "quellin/CommandLine/Failure.h"
+
+namespace quellin::cli {
+
+Ticker::Ticker(Loop& loop, const MeasuredHost& host, Seconds interval, std::optional<Seconds> duration)
+    : loop_(loop), host_(host), interval_(interval), duration_(duration) {}
+
+void Ticker::run(Round round) {
+  round_ = std::move(round);
+  startedAt_ = nextAt_ = host_.monotonicClock->now();
+  loop_.onInterrupt([this](int time) {
+    if (time > 1) std::_Exit(static_cast<int>(ExitStatus::failed));
+    end();
+    if (!isInRound_) stopNow();
+  });
+  if (duration_ && !host_.player) {
+    loop_.after(*duration_, [this] {
+      end();
+      if (!isInRound_) stopNow();
+    });
+  }
+  loop_.after(Seconds{0}, [this] { begin(); });
+  loop_.run();
+  if (damage_) throw Failure{ExitStatus::failed, *damage_};
+}
+
+void Ticker::begin() {
+  if (isOver()) return stopNow();
+  isInRound_ = true;
+  round_([this] { loop_.executor()->post([this] { finished(); }); });
+}
+
+void Ticker::finished() {
+  isInRound_ = false;
+  if (isEnding_) return stopNow();
+  if (!host_.player) {
+    nextAt_ += interval_;
+    const Seconds now = host_.monotonicClock->now();
+    nextAt_ = std::max(nextAt_, now);
+    return loop_.after(nextAt_ - now, [this] { begin(); });
+  }
+  loop_.after(host_.player->untilNext(), [this] {
+    if (const auto moved = host_.player->advance(); !moved) damage_ = moved.error().message();
+    begin();
+  });
+}
+
+void Ticker::stopNow() { loop_.stop(); }
+
+bool Ticker::isOver() const {
+  if (isEnding_ || !host_.player) return isEnding_;
+  return host_.player->atEnd() || (duration_ && host_.monotonicClock->now() - startedAt_ > *duration_);
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,25 @@
+#include "quellin/Presentation/HelperText.h"
+
+namespace quellin::cli {
+
+std::string helperText(const HelperStatus& status) {
+  std::string text = status.path + ": ";
+  if (!status.isInstalled) {
+    text +=
+        "not installed. 'quellin helper install' installs it; it is needed only for what root alone may "
+        "read.";
+  } else if (!status.isUsable()) {
+    text += "installed, but not usable";
+    text += status.isSetuidRoot && status.ownerUserID == 0
+                ? ""
+                : ": it is not owned by root with the set-user-ID bit";
+    text += ". 'quellin helper install' installs it anew.";
+  } else {
+    text += "version " + status.installedVersion.value_or("unknown") + ", usable.";
+  }
+  // The client's own text about a missing tool says the same once more.
+  if (status.error && status.isInstalled) text += " " + *status.error;
+  return text;
+}
+
+}  // namespace quellin::cli

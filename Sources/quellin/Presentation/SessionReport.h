@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+#include <tuple>
+
+#include "QuellinCore/Sessions/PowerSessionExport.h"
+#include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "quellin/CommandLine/Command.h"
+
+namespace quellin::cli {
+
+/// What a stored session comes to, for people and programs.
+struct SessionReport {
+  PowerSessionMetadataDTO session;
+  PowerSessionSummary summary;
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"session", &SessionReport::session}, Field{"summary", &SessionReport::summary}};
+  }
+};
+
+/// The report of a session. Throws `StoreError`.
+[[nodiscard]] SessionReport sessionReport(PowerSessionStore& store,
+                                          const std::shared_ptr<PowerSession>& session);
+
+/// Writes the report as text.
+void showReport(const SessionReport& report, const Invocation& invocation);
+
+}  // namespace quellin::cli

@@ -1,0 +1,49 @@
+#include "quellin/Storage/NewFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "quellin/CommandLine/Failure.h"
+
+namespace quellin::cli {
+
+NewFile::NewFile(std::string path) : path_(std::move(path)), temporaryPath_(path_ + ".XXXXXX") {
+  file_ = FileDescriptor{mkstemp(temporaryPath_.data())};
+  if (!file_) fail(errno);
+}
+
+NewFile::~NewFile() { static_cast<void>(::unlink(temporaryPath_.c_str())); }
+
+void NewFile::write(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = ::write(file_.get(), text.data(), text.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) fail(errno);
+    text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void NewFile::publish(bool replaces) {
+  if (fsync(file_.get()) != 0) fail(errno);
+  // A link fails where there is a file already, even one that was made a moment ago.
+  const int result = replaces ? std::rename(temporaryPath_.c_str(), path_.c_str())
+                              : ::link(temporaryPath_.c_str(), path_.c_str());
+  if (result == 0) return;
+  if (errno == EEXIST) {
+    throw Failure{ExitStatus::failed,
+                  path_ + " is there already. Add --force to replace it, or name another file."};
+  }
+  fail(errno);
+}
+
+void NewFile::fail(int error) const {
+  throw Failure{ExitStatus::failed,
+                path_ + " cannot be written: " + std::generic_category().message(error) +
+                    ". Name a file in a folder that you may write to, on a disk with room."};
+}
+
+}  // namespace quellin::cli

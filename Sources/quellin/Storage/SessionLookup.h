@@ -1,0 +1,18 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "QuellinCore/Sessions/PowerSessionStore.h"
+
+namespace quellin::cli {
+
+/// The session that `name` names: an identifier, the beginning of one that no other session shares, or "last"
+/// for the one that started last. Throws `Failure`: noSession when there is none, usage when there are
+/// several.
+[[nodiscard]] std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::string& name);
+
+/// As much of a session's identifier as people need to see.
+[[nodiscard]] std::string shortID(const PowerSession& session);
+
+}  // namespace quellin::cli

@@ -1,0 +1,49 @@
+#include "quellin/Storage/StoreHealth.h"
+
+#include <system_error>
+
+#include "quellin/Storage/SessionStore.h"
+
+namespace quellin::cli {
+namespace {
+
+std::int64_t sizeOf(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination examination) {
+  const auto sessions = store.sessions();
+  health.sessions = static_cast<std::int64_t>(sessions.size());
+  if (examination == Examination::brief) return;
+  std::int64_t damaged = 0;
+  for (const auto& session : sessions) {
+    const SessionCheck check = store.check(*session);
+    health.samples += check.sampleCount;
+    if (!check.isWhole()) ++damaged;
+  }
+  if (damaged == 0) return;
+  health.isWhole = false;
+  health.problem = std::to_string(damaged) +
+                   " of the sessions are damaged in part. Export what can be read with 'quellin export'.";
+}
+
+}  // namespace
+
+StoreHealth examineStore(const Options& options, Examination examination) {
+  StoreHealth health{.path = storePath(options).string(), .problem = std::nullopt};
+  std::error_code error;
+  health.exists = std::filesystem::exists(health.path, error);
+  if (!health.exists) return health;
+  for (const char* const suffix : {"", "-wal", "-shm"}) health.bytes += sizeOf(health.path + suffix);
+  try {
+    examineSessions(health, *openStore(options), examination);
+  } catch (const StoreError& failure) {
+    health.isWhole = false;
+    health.problem = failure.what();
+  }
+  return health;
+}
+
+}  // namespace quellin::cli

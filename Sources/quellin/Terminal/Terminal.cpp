@@ -1,0 +1,54 @@
+#include "quellin/Terminal/Terminal.h"
+
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace quellin::cli {
+namespace {
+
+std::optional<std::size_t> positiveNumber(const std::optional<std::string>& text) {
+  if (!text) return std::nullopt;
+  std::size_t number = 0;
+  const char* const end = text->data() + text->size();
+  const auto [rest, error] = std::from_chars(text->data(), end, number);
+  if (error != std::errc{} || rest != end || number == 0) return std::nullopt;
+  return number;
+}
+
+std::optional<std::size_t> ownWidth(int descriptor) {
+  winsize size{};
+  if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
+  return size.ws_col;
+}
+
+}  // namespace
+
+Environment processEnvironment() {
+  return [](const std::string& name) -> std::optional<std::string> {
+    const char* const value = std::getenv(name.c_str());  // NOLINT(concurrency-mt-unsafe): nobody sets any
+    return value == nullptr ? std::nullopt : std::optional<std::string>{value};
+  };
+}
+
+Terminal Terminal::at(int descriptor, const Environment& environment) {
+  Terminal terminal;
+  terminal.isTerminal = isatty(descriptor) == 1;
+  const std::string kind = environment("TERM").value_or("dumb");
+  const bool refused = !environment("NO_COLOR").value_or("").empty();
+  terminal.isDumb = kind.empty() || kind == "dumb";
+  terminal.hasColours = terminal.isTerminal && !refused && !terminal.isDumb;
+  terminal.width = positiveNumber(environment("COLUMNS"));
+  if (!terminal.width && terminal.isTerminal) terminal.width = ownWidth(descriptor).value_or(80);
+  return terminal;
+}
+
+std::string Terminal::styled(Style style, std::string_view text) const {
+  static constexpr std::array<std::string_view, 5> codes{"", "\x1b[1m", "\x1b[32m", "\x1b[33m", "\x1b[31m"};
+  if (!hasColours || style == Style::plain) return std::string{text};
+  return std::string{codes.at(static_cast<std::size_t>(style))} + std::string{text} + "\x1b[0m";
+}
+
+}  // namespace quellin::cli
