@@ -7,6 +7,17 @@
 namespace quellin::cli {
 namespace {
 
+std::string coverageText(const SessionCoverage& coverage) {
+  if (coverage.durationSeconds <= 0) return unknown;
+  std::string text =
+      decimal(100 * coverage.coveredSeconds / coverage.durationSeconds, 1) + " % of the time has readings";
+  if (coverage.longestGapSeconds) {
+    text += ", gaps: " + whole(coverage.gapCount) + ", the longest " +
+            durationText(Seconds{*coverage.longestGapSeconds});
+  }
+  return text;
+}
+
 std::string change(const std::optional<std::int64_t>& from, const std::optional<std::int64_t>& to) {
   return from && to ? whole(from) + " % to " + whole(to) + " %" : std::string{unknown};
 }
@@ -42,6 +53,7 @@ void showFigures(const SessionReport& report, const Lines& lines) {
   lines.add("Hottest", withUnit(decimal(summary.maxTemperature, 1), "°C"));
   lines.add("Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"));
   lines.add("Thermal pressure", "at most " + whole(summary.maxThermalPressure) + " of 4");
+  lines.add("Coverage", coverageText(report.coverage));
 }
 
 std::string segmentTable(const std::vector<PowerSessionPowerSegment>& segments,
@@ -78,7 +90,9 @@ std::string contributorTable(const std::vector<PowerSessionContributor>& contrib
 }  // namespace
 
 SessionReport sessionReport(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
-  return {.session = PowerSessionMetadataDTO{*session}, .summary = store.summary(session)};
+  return {.session = PowerSessionMetadataDTO{*session},
+          .summary = store.summary(session),
+          .coverage = store.coverage(session)};
 }
 
 void showReport(const SessionReport& report, const Invocation& invocation) {

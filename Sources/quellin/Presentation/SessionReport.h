@@ -13,9 +13,11 @@ namespace quellin::cli {
 struct SessionReport {
   PowerSessionMetadataDTO session;
   PowerSessionSummary summary;
+  SessionCoverage coverage;
 
   static constexpr auto fields() {
-    return std::tuple{Field{"session", &SessionReport::session}, Field{"summary", &SessionReport::summary}};
+    return std::tuple{Field{"session", &SessionReport::session}, Field{"summary", &SessionReport::summary},
+                      Field{"coverage", &SessionReport::coverage}};
   }
 };
 
