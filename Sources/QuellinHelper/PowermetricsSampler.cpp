@@ -50,8 +50,7 @@ void end(ChildProcess& child, MonotonicClock& clock) {
   child.wait();
 }
 
-std::optional<std::string> trimmedErrorText(ChildProcess& child) {
-  const std::string bytes = child.readStandardError(errorTextLimit);
+std::optional<std::string> trimmedText(const std::string& bytes) {
   if (!isValidUTF8(bytes)) return std::nullopt;
   const std::string_view text = trimmed(bytes);
   return text.empty() ? std::nullopt : std::optional{std::string{text}};
@@ -94,15 +93,18 @@ CommandResult PowermetricsSampler::runPowermetrics(const std::vector<std::string
   auto child = ChildProcess::start(planFor(executable_, arguments));
   if (!child) return failure(child.error().description());
   const Seconds deadline = monotonicClock_.now() + timeout;
-  if (!child->waitUntil(deadline, monotonicClock_, [&signals] { return signals.isPending(); })) {
-    const bool isInterrupted = signals.isPending();
+  const auto isInterrupted = [&signals] { return signals.isPending(); };
+  if (!child->waitUntil(deadline, monotonicClock_, isInterrupted)) {
+    const bool wasInterrupted = isInterrupted();
     end(*child, monotonicClock_);
-    return failure(isInterrupted ? "powermetrics was interrupted" : "powermetrics timed out");
+    return failure(wasInterrupted ? "powermetrics was interrupted" : "powermetrics timed out");
   }
 
   CommandResult result{.terminationStatus = child->wait(), .outputData = output.read(), .errorText = {}};
   if (result.outputData && result.outputData->empty()) result.outputData.reset();
-  result.errorText = trimmedErrorText(*child);
+  // A process that the tool left behind may hold the stream; no signal could end an untimed wait for it.
+  result.errorText =
+      trimmedText(child->readStandardErrorUntil(deadline, monotonicClock_, errorTextLimit, isInterrupted));
   return result;
 }
 

@@ -260,6 +260,24 @@ TEST_F(PowermetricsSamplerTest, AToolThatDoesNotHeedIsKilled2SecondsAfterThe15) 
   EXPECT_LE(_clock.now() - start, Seconds{17.11});
 }
 
+TEST_F(PowermetricsSamplerTest, AProcessThatTheToolLeavesBehindHoldsUpTheAnswerUntilTheLimitOnly) {
+  const Seconds start = _clock.now();
+  const auto snapshot = sampleWith("sleep 600 & echo $! >&2; exit 3");
+  EXPECT_NEAR((_clock.now() - start).count(), 15, 0.051);
+  EXPECT_EQ(kill(std::stoi(snapshot.error.value_or("")), SIGKILL), 0);
+}
+
+TEST_F(PowermetricsSamplerTest, ASignalEndsTheWaitForAProcessThatTheToolLeftBehind) {
+  const Seconds start = _clock.now();
+  const auto snapshot = sampleWith("sleep 600 & echo $! >&2; exit 3", [this, start] {
+    awaitChildEnd();
+    if (_clock.now() - start > Seconds{1}) kill(getpid(), SIGTERM);
+  });
+  EXPECT_LT((_clock.now() - start).count(), 1.2);
+  EXPECT_EQ(_interruption, SIGTERM);
+  EXPECT_EQ(kill(std::stoi(snapshot.error.value_or("")), SIGKILL), 0);
+}
+
 TEST_F(PowermetricsSamplerTest, ASignalEndsTheWaitAndIsReported) {
   for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
     const Seconds start = _clock.now();

@@ -33,12 +33,13 @@ ProcessRunResult runProcess(const std::string& executable, const std::vector<std
                                     .standardOutput = ChildStream::pipe,
                                     .standardError = ChildStream::pipe});
   if (!child) return startFailure(child.error());
-  if (!child->waitUntil(clock.now() + timeout, clock)) {
+  const Seconds deadline = clock.now() + timeout;
+  if (!child->waitUntil(deadline, clock)) {
     child->terminate();
     child->wait();
   }
-  std::string output = child->readStandardOutput(maximumChildOutput);
-  std::string error = child->readStandardError(maximumChildOutput);
+  std::string output = child->readStandardOutputUntil(deadline, clock, maximumChildOutput);
+  std::string error = child->readStandardErrorUntil(deadline, clock, maximumChildOutput);
 
   ProcessRunResult result;
   result.terminationStatus = child->wait();

@@ -35,7 +35,8 @@ inline constexpr std::size_t maximumChildOutput = std::size_t{16} << 20U;
 /// terminate.
 ///
 /// The child's streams are read only once it has ended: one that fills a pipe is stalled until the deadline.
-/// No text tells of a timeout, the result is what the child left.
+/// A process that the child left behind may hold the streams open: what it writes belongs to the result, but
+/// it is not waited for beyond the deadline. No text tells of a timeout, the result is what the child left.
 [[nodiscard]] ProcessRunResult runProcess(const std::string& executable,
                                           const std::vector<std::string>& arguments, Seconds timeout,
                                           MonotonicClock& clock);

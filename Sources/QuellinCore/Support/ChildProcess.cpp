@@ -79,6 +79,21 @@ struct StreamEnds {
   }
 };
 
+// What is there already is read even when the time is over, but of a writer who never pauses only `limit`
+// bytes.
+std::string readUntil(const FileDescriptor& stream, Seconds deadline, MonotonicClock& clock,
+                      std::size_t limit, const std::function<bool()>& isInterrupted) {
+  std::string bytes;
+  if (!stream || fcntl(stream.get(), F_SETFL, O_NONBLOCK) != 0) return bytes;
+  for (;;) {
+    const ReadStep step = readOnce(stream.get(), bytes, limit);
+    const bool isIdle = step == ReadStep::nothingYet;
+    const bool isOver = clock.now() >= deadline || (isInterrupted && isInterrupted());
+    if (step == ReadStep::end || (isOver && (isIdle || bytes.size() >= limit))) return bytes;
+    if (isIdle) clock.sleep(ChildProcess::pollInterval);
+  }
+}
+
 std::int32_t statusOf(int waitStatus) {
   return WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
 }
@@ -155,6 +170,16 @@ std::string ChildProcess::readStandardOutput(std::size_t limit) {
 std::string ChildProcess::readStandardError(std::size_t limit) {
   const FileDescriptor stream = std::move(standardError_);
   return stream ? readToEnd(stream.get(), limit) : std::string{};
+}
+
+std::string ChildProcess::readStandardOutputUntil(Seconds deadline, MonotonicClock& clock, std::size_t limit,
+                                                  const std::function<bool()>& isInterrupted) {
+  return readUntil(FileDescriptor{std::move(standardOutput_)}, deadline, clock, limit, isInterrupted);
+}
+
+std::string ChildProcess::readStandardErrorUntil(Seconds deadline, MonotonicClock& clock, std::size_t limit,
+                                                 const std::function<bool()>& isInterrupted) {
+  return readUntil(FileDescriptor{std::move(standardError_)}, deadline, clock, limit, isInterrupted);
 }
 
 // Returns whether the child has ended. Its process id stays taken until then, so a signal cannot hit a

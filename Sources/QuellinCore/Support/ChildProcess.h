@@ -89,10 +89,21 @@ class ChildProcess {
   bool waitUntil(Seconds deadline, MonotonicClock& clock, const std::function<bool()>& isInterrupted = {});
 
   /// Everything the child writes from now on until all holders of the stream have closed it; at most `limit`
-  /// bytes are kept, the rest is dropped. Empty when the stream is not a pipe, and on a second call.
+  /// bytes are kept, the rest is dropped. Empty when the stream is not a pipe, and on a second call of any of
+  /// the readers of this stream.
   [[nodiscard]] std::string readStandardOutput(std::size_t limit = std::numeric_limits<std::size_t>::max());
   /// The same for standard error.
   [[nodiscard]] std::string readStandardError(std::size_t limit = std::numeric_limits<std::size_t>::max());
+
+  /// The same, but a process that the child has left behind with the stream in its hands is waited for only
+  /// as `waitUntil` waits for the child: until `clock` has reached `deadline` or `isInterrupted` returns
+  /// true. What has been written by then is read in any case.
+  [[nodiscard]] std::string readStandardOutputUntil(Seconds deadline, MonotonicClock& clock,
+                                                    std::size_t limit,
+                                                    const std::function<bool()>& isInterrupted = {});
+  /// The same for standard error.
+  [[nodiscard]] std::string readStandardErrorUntil(Seconds deadline, MonotonicClock& clock, std::size_t limit,
+                                                   const std::function<bool()>& isInterrupted = {});
 
  private:
   ChildProcess(pid_t processID, FileDescriptor standardOutput, FileDescriptor standardError);

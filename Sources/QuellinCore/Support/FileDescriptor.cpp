@@ -55,15 +55,23 @@ std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& pat
   return aboveStandardStreams(std::move(descriptor));
 }
 
+ReadStep readOnce(int descriptor, std::string& bytes, std::size_t limit) {
+  std::array<char, 16384> buffer{};
+  ssize_t count = 0;
+  do {
+    count = read(descriptor, buffer.data(), buffer.size());
+  } while (count < 0 && errno == EINTR);
+  if (count < 0 && errno == EAGAIN) return ReadStep::nothingYet;
+  if (count <= 0) return ReadStep::end;
+  bytes.append(buffer.data(), std::min(static_cast<std::size_t>(count), limit - bytes.size()));
+  return ReadStep::bytes;
+}
+
 std::string readToEnd(int descriptor, std::size_t limit) {
   std::string bytes;
-  std::array<char, 16384> buffer{};
-  for (;;) {
-    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return bytes;
-    bytes.append(buffer.data(), std::min(static_cast<std::size_t>(count), limit - bytes.size()));
+  while (readOnce(descriptor, bytes, limit) == ReadStep::bytes) {
   }
+  return bytes;
 }
 
 }  // namespace quellin

@@ -49,6 +49,18 @@ struct Pipe {
 [[nodiscard]] std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags,
                                                                         unsigned mode = 0);
 
+/// What a single read came upon.
+enum class ReadStep {
+  bytes,       ///< some bytes
+  nothingYet,  ///< none now, perhaps some later; of non-blocking descriptors only
+  end          ///< the end, or an error
+};
+
+/// Reads once and appends what comes to `bytes`, of which no more than `limit` are kept: the rest is dropped,
+/// so that a writer is never stalled. An interrupted read is resumed.
+[[nodiscard]] ReadStep readOnce(int descriptor, std::string& bytes,
+                                std::size_t limit = std::numeric_limits<std::size_t>::max());
+
 /// Reads to the end of the file or pipe and returns the bytes. Bytes beyond `limit` are read and dropped, so
 /// that a writer is never stalled. An interrupted read is resumed; any other read error ends the reading.
 [[nodiscard]] std::string readToEnd(int descriptor,

@@ -1,5 +1,6 @@
 #include <csignal>
 #include <filesystem>
+#include <sys/wait.h>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -86,6 +87,40 @@ TEST(ProcessRunnerTest, AChildThatFillsAPipeIsStalledUntilTheDeadline) {
   const ProcessRunResult result = runProcess("/bin/sh", {"-c", script}, Seconds{0.3}, systemMonotonicClock());
   EXPECT_EQ(result.terminationStatus, SIGTERM);
   EXPECT_FALSE(std::filesystem::exists(finished)) << "its output was read while it ran";
+}
+
+/// Ends the process whose id is all of `text`.
+void endProcess(const std::string& text) {
+  ASSERT_THAT(text, testing::MatchesRegex("[0-9]+"));
+  EXPECT_EQ(kill(std::stoi(text), SIGKILL), 0);
+}
+
+TEST(ProcessRunnerTest, AProcessLeftBehindHoldsUpTheResultUntilTheDeadlineOnly) {
+  ManualMonotonicClock clock;
+  clock.onSleep = [](Seconds) {  // the child itself ends in time
+    siginfo_t info{};
+    waitid(P_ALL, 0, &info, WEXITED | WNOWAIT);
+  };
+  const ProcessRunResult result =
+      runProcess("/bin/sh", {"-c", "sleep 600 & echo $!; exit 3"}, Seconds{2}, clock);
+  EXPECT_EQ(result.terminationStatus, 3);
+  EXPECT_EQ(result.error, "");
+  EXPECT_NEAR(clock.slept().count(), 2, 0.0501);
+  endProcess(result.output.value_or(""));
+}
+
+TEST(ProcessRunnerTest, AProcessLeftByATerminatedChildHoldsUpNothing) {
+  ManualMonotonicClock clock;
+  const TemporaryFolder folder;
+  const std::string ready = folder.pathOf("ready");
+  clock.onSleep = [&](Seconds) {
+    while (!std::filesystem::exists(ready)) std::this_thread::yield();
+  };
+  const std::string script = "sleep 600 & echo $!; : >'" + ready + "'; wait";
+  const ProcessRunResult result = runProcess("/bin/sh", {"-c", script}, Seconds{2}, clock);
+  EXPECT_EQ(result.terminationStatus, SIGTERM);
+  EXPECT_NEAR(clock.slept().count(), 2, 0.0501);
+  endProcess(result.output.value_or(""));
 }
 
 }  // namespace

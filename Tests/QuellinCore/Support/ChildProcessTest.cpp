@@ -4,6 +4,7 @@
 #include <grp.h>
 #include <memory>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -278,6 +279,96 @@ TEST(ChildProcessTest, InterruptionEndsTheWaitBeforeTheNextPause) {
   EXPECT_FALSE(child.waitUntil(clock.now() + Seconds{10}, clock, [&] { return clock.sleeps.size() == 2; }));
   EXPECT_EQ(clock.sleeps.size(), 2U);
   EXPECT_TRUE(child.isRunning());
+}
+
+/// A child that has ended and left a process of the given script behind, which holds both its streams; that
+/// process is killed at the end.
+class ChildWithHeir {
+ public:
+  explicit ChildWithHeir(const std::string& script)
+      : child(startOrDie(shellPlan("{ " + script + "; } & echo $!; exit 0"))) {
+    child.wait();
+  }
+  ChildWithHeir(const ChildWithHeir&) = delete;
+  ChildWithHeir& operator=(const ChildWithHeir&) = delete;
+  ChildWithHeir(ChildWithHeir&&) = delete;
+  ChildWithHeir& operator=(ChildWithHeir&&) = delete;
+  ~ChildWithHeir() {
+    if (heir_ > 0) {
+      EXPECT_EQ(::kill(heir_, SIGKILL), 0);
+    }
+  }
+
+  /// Keeps the id of the heir, which comes first in `output`, and returns the rest.
+  std::string afterHeirIn(const std::string& output) {
+    std::size_t length = 0;
+    heir_ = std::stoi(output, &length);
+    return output.substr(length + 1);
+  }
+
+  ChildProcess child;
+
+ private:
+  pid_t heir_ = -1;
+};
+
+/// Time that stands still, and counts how often it is asked for.
+class CountingClock final : public MonotonicClock {
+ public:
+  mutable int looks = 0;
+  [[nodiscard]] Seconds now() const override {
+    ++looks;
+    return Seconds{0};
+  }
+  void sleep(Seconds) override { FAIL() << "nobody has to wait"; }
+};
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20;
+
+TEST(ChildProcessTest, AnHeirOfTheStreamsIsWaitedForUntilTheDeadlineOnly) {
+  ManualMonotonicClock clock;
+  ChildWithHeir family{"exec sleep 600"};
+  const Seconds deadline = clock.now() + Seconds{0.12};
+  EXPECT_EQ(family.afterHeirIn(family.child.readStandardOutputUntil(deadline, clock, mebibyte)), "");
+  EXPECT_THAT(clock.sleeps, ElementsAre(Seconds{0.05}, Seconds{0.05}, Seconds{0.05}));
+  EXPECT_EQ(family.child.readStandardErrorUntil(deadline, clock, mebibyte), "");
+  EXPECT_EQ(clock.sleeps.size(), 3U);
+}
+
+TEST(ChildProcessTest, WhatAnHeirWritesInTimeIsReadToTheEnd) {
+  ManualMonotonicClock clock;
+  ChildProcess child = startOrDie(shellPlan("{ sleep 0.01; printf late; printf error >&2; } & exit 0"));
+  child.wait();
+  clock.onSleep = [](Seconds) { std::this_thread::yield(); };
+  EXPECT_EQ(child.readStandardOutputUntil(clock.now() + Seconds{1e9}, clock, mebibyte), "late");
+  EXPECT_EQ(child.readStandardErrorUntil(clock.now() + Seconds{1e9}, clock, mebibyte), "error");
+}
+
+TEST(ChildProcessTest, AfterTheDeadlineAWriterWhoNeverPausesIsReadUpToTheLimitOnly) {
+  CountingClock clock;
+  ChildProcess child = startOrDie(shellPlan("head -c 60000 /dev/zero"));
+  child.wait();
+  EXPECT_EQ(child.readStandardOutputUntil(Seconds{0}, clock, 10).size(), 10U);
+  EXPECT_EQ(clock.looks, 1) << "it was read on";
+}
+
+TEST(ChildProcessTest, AnInterruptionEndsTheReadingBeforeTheNextPause) {
+  ManualMonotonicClock clock;
+  ChildWithHeir family{"exec sleep 600"};
+  const std::string output = family.child.readStandardOutputUntil(clock.now() + Seconds{10}, clock, mebibyte,
+                                                                  [&] { return clock.sleeps.size() == 2; });
+  EXPECT_EQ(family.afterHeirIn(output), "");
+  EXPECT_EQ(clock.sleeps.size(), 2U);
+}
+
+TEST(ChildProcessTest, WhatTheChildWroteIsReadAlsoAfterTheDeadline) {
+  ManualMonotonicClock clock;
+  ChildProcess child = startOrDie(shellPlan("head -c 60000 /dev/zero; printf err >&2"));
+  child.wait();
+  EXPECT_EQ(child.readStandardOutputUntil(clock.now() - Seconds{1}, clock, mebibyte).size(), 60000U);
+  EXPECT_EQ(child.readStandardErrorUntil(clock.now() - Seconds{1}, clock, 2), "er");
+  EXPECT_EQ(child.readStandardErrorUntil(clock.now(), clock, mebibyte), "");
+  EXPECT_TRUE(clock.sleeps.empty());
 }
 
 /// What `report` prints when run by a process whose real user is an ordinary one and whose effective user is
