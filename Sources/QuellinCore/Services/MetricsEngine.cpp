@@ -139,27 +139,24 @@ MetricsEngine::MetricsEngine(std::shared_ptr<MainExecutor> executor, Seconds int
 
 MetricsEngine::~MetricsEngine() { state_->close(); }
 
-const SystemPowerState& MetricsEngine::currentState() const { return state_->currentState; }
-const std::vector<SystemPowerState>& MetricsEngine::history() const { return state_->history; }
-bool MetricsEngine::isRunning() const { return state_->isRunning; }
-Seconds MetricsEngine::interval() const { return state_->interval; }
+// The caller holds on to what this returns: an observer may destroy the engine.
+std::shared_ptr<MetricsEngine::State> MetricsEngine::state() const {
+  requireCurrent(*state_->executor);
+  return state_;
+}
+
+const SystemPowerState& MetricsEngine::currentState() const { return state()->currentState; }
+const std::vector<SystemPowerState>& MetricsEngine::history() const { return state()->history; }
+bool MetricsEngine::isRunning() const { return state()->isRunning; }
+Seconds MetricsEngine::interval() const { return state()->interval; }
 std::int64_t MetricsEngine::historyLimit() const { return state_->historyLimit; }
 
-void MetricsEngine::start() {
-  requireCurrent(*state_->executor);
-  const auto state = state_;  // an observer may destroy the engine
-  state->start();
-}
+void MetricsEngine::start() { state()->start(); }
 
-void MetricsEngine::stop() {
-  requireCurrent(*state_->executor);
-  const auto state = state_;
-  state->stop();
-}
+void MetricsEngine::stop() { state()->stop(); }
 
 void MetricsEngine::setInterval(Seconds interval) {
-  requireCurrent(*state_->executor);
-  const auto state = state_;
+  const auto state = this->state();
   if (checkedInterval(interval) == state->interval) return;
   state->interval = interval;
   state->signals->interval.notify(interval);
@@ -169,30 +166,32 @@ void MetricsEngine::setInterval(Seconds interval) {
 }
 
 void MetricsEngine::snapshot(std::function<void(const SystemPowerState&)> completion) {
-  requireCurrent(*state_->executor);
-  background_->run([weak = std::weak_ptr(state_), reader = state_->reader, executor = state_->executor,
-                    completion = std::move(completion)] {
-    executor->post([weak, completion, state = std::make_shared<const SystemPowerState>((*reader)())] {
-      if (weak.lock()) completion(*state);
+  const auto state = this->state();
+  background_->run([weak = std::weak_ptr(state), reader = state->reader, executor = state->executor,
+                    completion = std::move(completion)]() mutable {
+    auto snapshot = std::make_shared<const SystemPowerState>((*reader)());
+    // Moved on: what belongs to the main executor must not be destroyed here.
+    executor->post([weak, completion = std::move(completion), snapshot = std::move(snapshot)] {
+      if (weak.lock()) completion(*snapshot);
     });
   });
 }
 
 Subscription MetricsEngine::observeCurrentState(std::function<void(const SystemPowerState&)> observer) {
-  return state_->signals->currentState.subscribe(std::move(observer));
+  return state()->signals->currentState.subscribe(std::move(observer));
 }
 
 Subscription MetricsEngine::observeHistory(
     std::function<void(const std::vector<SystemPowerState>&)> observer) {
-  return state_->signals->history.subscribe(std::move(observer));
+  return state()->signals->history.subscribe(std::move(observer));
 }
 
 Subscription MetricsEngine::observeIsRunning(std::function<void(bool)> observer) {
-  return state_->signals->isRunning.subscribe(std::move(observer));
+  return state()->signals->isRunning.subscribe(std::move(observer));
 }
 
 Subscription MetricsEngine::observeInterval(std::function<void(Seconds)> observer) {
-  return state_->signals->interval.subscribe(std::move(observer));
+  return state()->signals->interval.subscribe(std::move(observer));
 }
 
 MetricsEngine::Reader MetricsEngine::nativeReader() {

@@ -22,7 +22,8 @@ namespace quellin {
 /// destroy the engine inside its own call.
 class MetricsEngine {
  public:
-  /// One full read of the machine. Called on a background thread, may block.
+  /// One full read of the machine. Called on background threads, after a restart on two at a time; may block,
+  /// must not throw.
   using Reader = std::function<SystemPowerState()>;
 
   /// A stopped engine with an empty history and an empty current state stamped by `wallClock`. Throws
@@ -72,6 +73,9 @@ class MetricsEngine {
 
  private:
   struct State;
+
+  [[nodiscard]] std::shared_ptr<State> state() const;
+
   std::shared_ptr<State> state_;
   std::unique_ptr<Background> background_;
 };

@@ -15,7 +15,8 @@ class AsioExecutor final : public MainExecutor {
  public:
   explicit AsioExecutor(boost::asio::io_context& context) : executor_(context.get_executor()) {}
 
-  /// True inside the handlers of the context, and before the loop runs on the thread that made this object.
+  /// True inside the handlers of the context, and on the thread that made this object, which stands for the
+  /// loop before it runs and after it has ended.
   [[nodiscard]] bool isCurrent() const override;
   void post(std::function<void()> task) override;
 

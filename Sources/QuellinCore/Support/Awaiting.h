@@ -74,12 +74,14 @@ auto awaitCallback(Start start) {
 template <class Work>
 auto awaitBackground(Background& background, const std::shared_ptr<MainExecutor>& executor, Work work) {
   using Value = std::invoke_result_t<Work>;
-  return awaitCallback<Value>(
-      [&background, weak = std::weak_ptr(executor), work = std::move(work)](const auto& resume) {
-        background.run([executor = weak.lock(), work, resume] {
-          executor->post([resume, value = std::make_shared<Value>(work())] { resume(std::move(*value)); });
-        });
-      });
+  return awaitCallback<Value>([&background, weak = std::weak_ptr(executor),
+                               work = std::move(work)](const auto& resume) {
+    background.run([executor = weak.lock(), work, resume]() mutable {
+      auto value = std::make_shared<Value>(work());
+      // Moved on: what belongs to the main executor must not be destroyed here.
+      executor->post([resume = std::move(resume), value = std::move(value)] { resume(std::move(*value)); });
+    });
+  });
 }
 
 }  // namespace quellin

@@ -1,5 +1,6 @@
 #include "QuellinCore/Support/Background.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -42,6 +43,9 @@ struct WaitTraits {
 using Timer =
     boost::asio::basic_waitable_timer<ContinuousClock, WaitTraits, boost::asio::thread_pool::executor_type>;
 
+/// Nanoseconds count up to 292 years; what is later than this never comes.
+constexpr Seconds latestInstant{9e9};
+
 class ThreadPoolBackground final : public Background {
  public:
   explicit ThreadPoolBackground(unsigned threads) : pool_(threads) {}
@@ -59,7 +63,8 @@ class ThreadPoolBackground final : public Background {
   [[nodiscard]] Seconds now() const override { return systemMonotonicClock().now(); }
 
   [[nodiscard]] WakeUp wakeAt(Seconds instant, std::function<void()> action) override {
-    const auto expiry = std::chrono::duration_cast<ContinuousClock::duration>(instant);
+    const auto expiry =
+        std::chrono::duration_cast<ContinuousClock::duration>(std::min(instant, latestInstant));
     auto timer = std::make_shared<Timer>(pool_.get_executor(), ContinuousClock::time_point{expiry});
     timer->async_wait([action = std::move(action)](const boost::system::error_code& error) {
       if (!error) action();

@@ -32,7 +32,8 @@ class Background {
   /// Seconds on the monotonic clock that keeps counting while the machine sleeps.
   [[nodiscard]] virtual Seconds now() const = 0;
 
-  /// Calls `action` on an unspecified thread once the clock has reached `instant`. `action` must not throw.
+  /// Calls `action` on an unspecified thread once the clock has reached `instant`, which for one centuries
+  /// away is never. `action` must not throw.
   [[nodiscard]] virtual WakeUp wakeAt(Seconds instant, std::function<void()> action) = 0;
 };
 

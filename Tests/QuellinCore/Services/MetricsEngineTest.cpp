@@ -72,7 +72,7 @@ TEST_F(MetricsEngineTest, BeginsStoppedWithAnEmptyStateOfNow) {
   SystemPowerState empty;
   empty.timestamp = instantAt(77);
   EXPECT_EQ(engine->currentState(), empty);
-  EXPECT_EQ(engine->currentState().thermal.state, ThermalState::nominal);
+  EXPECT_EQ(engine->currentState().thermal, (ThermalInfo{ThermalState::nominal, 0, false}));
   settle();
   EXPECT_FALSE(background->runOne()) << "nothing is read before start";
 }
@@ -128,6 +128,18 @@ TEST_F(MetricsEngineTest, StartingTwiceMakesOneLoop) {
   EXPECT_EQ(background->pendingAlarms().size(), 1U);
 }
 
+TEST_F(MetricsEngineTest, StartingWhileRunningChangesNothing) {
+  engine->start();
+  settle();
+  finishRead();
+  const auto alarms = background->pendingAlarms();
+  background->now += Seconds{1};
+  engine->start();
+  settle();
+  EXPECT_TRUE(background->work.empty()) << "the loop began anew";
+  EXPECT_EQ(background->pendingAlarms(), alarms);
+}
+
 TEST_F(MetricsEngineTest, StoppingWhileAsleepEndsTheLoop) {
   engine->start();
   settle();
@@ -139,6 +151,39 @@ TEST_F(MetricsEngineTest, StoppingWhileAsleepEndsTheLoop) {
   background->advance(Seconds{100});
   settle();
   EXPECT_EQ(reads, 1);
+}
+
+TEST_F(MetricsEngineTest, AWakeUpThatIsUnderWayWhenStoppedReadsNothing) {
+  engine->start();
+  settle();
+  finishRead();
+  background->advance(Seconds{2});  // has rung, but the main executor has not heard it yet
+  engine->stop();
+  settle();
+  EXPECT_TRUE(background->work.empty());
+}
+
+TEST_F(MetricsEngineTest, AWakeUpThatIsUnderWayAtARestartLeavesOneLoopAtWork) {
+  engine->start();
+  settle();
+  finishRead();
+  background->advance(Seconds{2});
+  engine->stop();
+  engine->start();
+  settle();
+  EXPECT_EQ(background->work.size(), 1U);
+  finishRead();
+  EXPECT_EQ(background->pendingAlarms().size(), 1U);
+}
+
+TEST_F(MetricsEngineTest, AWakeUpThatIsUnderWayWhenTheEngineGoesReadsNothing) {
+  engine->start();
+  settle();
+  finishRead();
+  background->advance(Seconds{2});
+  engine.reset();
+  settle();
+  EXPECT_TRUE(background->work.empty());
 }
 
 TEST_F(MetricsEngineTest, AReadInFlightWhenStoppedIsStillPublishedAndIsTheLast) {
@@ -217,6 +262,16 @@ TEST_F(MetricsEngineTest, ASnapshotLeavesStateAndHistoryAlone) {
   EXPECT_THAT(stampsOf(snapshots), ElementsAre(1));
   EXPECT_THAT(engine->history(), IsEmpty());
   EXPECT_EQ(engine->currentState().timestamp, instantAt(77));
+}
+
+TEST_F(MetricsEngineTest, WhatASnapshotsCompletionHoldsIsLetGoOnTheMainExecutorOnly) {
+  const auto held = std::make_shared<int>(1);
+  engine->snapshot([held](const SystemPowerState&) {});
+  const auto piece = std::move(background->work.front());
+  background->work.pop_front();
+  piece();
+  settle();
+  EXPECT_EQ(held.use_count(), 1) << "the worker still holds it";
 }
 
 TEST_F(MetricsEngineTest, ASnapshotOfAnEngineThatIsGoneIsNotDelivered) {
@@ -336,6 +391,13 @@ TEST_F(MetricsEngineTest, OperationsElsewhereThanOnTheMainExecutorEndTheProcess)
   EXPECT_DEATH(std::thread([&] { engine->start(); }).join(), "");
   EXPECT_DEATH(std::thread([&] { engine->stop(); }).join(), "");
   EXPECT_DEATH(std::thread([&] { engine->setInterval(Seconds{1}); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { engine->snapshot([](const auto&) {}); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->currentState()); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->history()); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->isRunning()); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->interval()); }).join(), "");
+  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->observeHistory([](const auto&) {})); }).join(),
+               "");
 }
 
 }  // namespace

@@ -1,0 +1,94 @@
+#include <atomic>
+#include <future>
+#include <limits>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "QuellinCore/Support/Background.h"
+
+namespace quellin {
+namespace {
+
+/// The moment at which an alarm set to `instant` rings.
+Seconds whenRung(Background& background, Seconds instant) {
+  std::promise<Seconds> rung;
+  const WakeUp wakeUp = background.wakeAt(instant, [&] { rung.set_value(background.now()); });
+  return rung.get_future().get();
+}
+
+TEST(BackgroundTest, WorkRunsOnAThreadOfItsOwn) {
+  const auto background = makeBackground();
+  std::promise<std::thread::id> ranOn;
+  background->run([&] { ranOn.set_value(std::this_thread::get_id()); });
+  EXPECT_NE(ranOn.get_future().get(), std::this_thread::get_id());
+}
+
+TEST(BackgroundTest, TwoThreadsWorkSideBySide) {
+  const auto background = makeBackground(2);
+  std::promise<void> first;
+  std::promise<void> second;
+  background->run([&] {
+    second.get_future().get();
+    first.set_value();
+  });
+  background->run([&] { second.set_value(); });
+  EXPECT_NO_THROW(first.get_future().get());
+}
+
+TEST(BackgroundTest, ItsClockIsTheOneThatCountsThroughSleep) {
+  const auto background = makeBackground();
+  const Seconds before = systemMonotonicClock().now();
+  const Seconds now = background->now();
+  EXPECT_LE(before, now);
+  EXPECT_LE(now, systemMonotonicClock().now());
+}
+
+TEST(BackgroundTest, AWakeUpComesOnceTheClockHasReachedItsInstant) {
+  const auto background = makeBackground();
+  const Seconds past = background->now();
+  EXPECT_GE(whenRung(*background, past), past);
+  const Seconds instant = background->now() + Seconds{0.02};
+  // The timer counts whole nanoseconds.
+  EXPECT_GE(whenRung(*background, instant), instant - Seconds{1e-6});
+}
+
+TEST(BackgroundTest, AWakeUpThatIsCalledOffDoesNotHappen) {
+  const auto background = makeBackground();
+  std::atomic<int> rings = 0;
+  const Seconds instant = background->now() + Seconds{0.02};
+  WakeUp calledOff = background->wakeAt(instant, [&] { ++rings; });
+  calledOff.reset();
+  EXPECT_GE(whenRung(*background, instant + Seconds{0.02}), instant);
+  EXPECT_EQ(rings, 0);
+}
+
+TEST(BackgroundTest, AWakeUpBeyondAllClocksNeverComes) {
+  const auto background = makeBackground();
+  std::atomic<int> rings = 0;
+  for (const double instant : {1e10, 1e300, std::numeric_limits<double>::infinity()}) {
+    const WakeUp never = background->wakeAt(Seconds{instant}, [&] { ++rings; });
+    static_cast<void>(whenRung(*background, background->now() + Seconds{0.01}));
+    EXPECT_EQ(rings, 0) << instant;
+  }
+}
+
+TEST(BackgroundTest, DestructionWaitsForTheWorkThatHasBegun) {
+  auto background = makeBackground();
+  std::promise<void> begun;
+  std::promise<void> mayEnd;
+  bool hasEnded = false;
+  background->run([&] {
+    begun.set_value();
+    mayEnd.get_future().get();
+    hasEnded = true;
+  });
+  begun.get_future().get();
+  std::thread release([&] { mayEnd.set_value(); });
+  background.reset();
+  EXPECT_TRUE(hasEnded);
+  release.join();
+}
+
+}  // namespace
+}  // namespace quellin
