@@ -43,6 +43,12 @@ echo '{"key":"last","name":"n","temperature":1}]')";
   EXPECT_EQ(sensors.back().key, "last");
 }
 
+TEST_F(PrivilegedSMCHelperServiceTest, AListBeyondTheLimitIsCutOffAndGivesNothing) {
+  const std::string list = R"(echo '[{"key":"a","name":"b","temperature":1}]')";
+  EXPECT_EQ(temperaturesOf("head -c 16000000 /dev/zero | tr '\\000' ' '; " + list).size(), 1U);
+  EXPECT_THAT(temperaturesOf("head -c 17000000 /dev/zero | tr '\\000' ' '; " + list), IsEmpty());
+}
+
 TEST_F(PrivilegedSMCHelperServiceTest, AMissingToolIsUnavailableAndGivesNothing) {
   const PrivilegedSMCHelperService service{folder.pathOf("missing")};
   EXPECT_FALSE(service.isAvailable());

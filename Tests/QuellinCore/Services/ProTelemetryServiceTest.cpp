@@ -60,7 +60,7 @@ TEST_F(ProTelemetryServiceTest, AMissingToolIsReportedAsNotInstalled) {
 }
 
 TEST_F(ProTelemetryServiceTest, TakesVersionAndCapabilityFromTheToolAndTheRestFromTheFile) {
-  installToolThatPrints(usableStatus);
+  installTool("[ \"$*\" = status-json ] || exit 64\necho '" + std::string{usableStatus} + "'");
   const HelperStatus status = service.helperStatus();
   EXPECT_TRUE(status.isInstalled);
   EXPECT_TRUE(status.isExecutable);
@@ -215,6 +215,16 @@ TEST_F(HelperInstallTest, AMissingPromptGivesTheSystemsDescription) {
   const ProTelemetryService installer{toolPath,
                                       {AdministratorPrompt::Kind::policyKit, "/nonexistent/pkexec"}};
   EXPECT_EQ(installer.installBundledHelper("/x"), (HelperInstallResult{false, "No such file or directory"}));
+}
+
+TEST_F(HelperInstallTest, APromptThatNobodyAnswersIsEndedAfterTwoMinutes) {
+  ManualMonotonicClock clock;
+  const ProTelemetryService installer{
+      toolPath,
+      {AdministratorPrompt::Kind::policyKit, folder.writeScript("prompt", "exec sleep 600")},
+      clock};
+  EXPECT_EQ(installer.installBundledHelper("/x"), (HelperInstallResult{false, ""}));
+  EXPECT_NEAR(clock.slept().count(), 120, 0.0501);
 }
 
 TEST_F(HelperInstallTest, ACopyThatIsNotThereAfterwardsIsAFailure) {

@@ -14,7 +14,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::ManualMonotonicClock;
-using testing_support::ManualWallClock;
 using testing_support::TemporaryFolder;
 
 using Log = std::vector<std::string>;
@@ -94,6 +93,18 @@ class LoggingHID final : public HIDSensorSource {
   Log* log_;
 };
 
+class LoggingWallClock final : public WallClock {
+ public:
+  explicit LoggingWallClock(Log& log) : log_(&log) {}
+  [[nodiscard]] Instant now() const override {
+    log_->emplace_back("now");
+    return instantAt(1234.5);
+  }
+
+ private:
+  Log* log_;
+};
+
 class SystemReaderTest : public testing::Test {
  protected:
   /// A tool that leaves a trace of having been asked and prints `document`.
@@ -108,7 +119,7 @@ class SystemReaderTest : public testing::Test {
   std::string asked = folder.pathOf("asked");
   std::shared_ptr<LoggingSMC> smc = std::make_shared<LoggingSMC>(log);
   ManualMonotonicClock clock;
-  ManualWallClock wallClock{instantAt(1234.5)};
+  LoggingWallClock wallClock{log};
   SystemReader reader{.batteryService = BatteryService{std::make_shared<LoggingBattery>(log)},
                       .thermalService = ThermalService{std::make_shared<LoggingThermal>(log)},
                       .powerService = PowerService{std::make_shared<LoggingEnergy>(log), clock},
@@ -122,7 +133,7 @@ TEST_F(SystemReaderTest, ReadsEverySourceInOrder) {
   smc->keys.set("FNum", "ui8 ", {1});
   smc->keys.set("F0Ac", "fpe2", {0x1F, 0x40});
   const SystemPowerState state = reader.readAll();
-  EXPECT_THAT(log, ElementsAre("battery", "thermal", "power", "smc", "smc", "hid"));
+  EXPECT_THAT(log, ElementsAre("battery", "thermal", "power", "smc", "smc", "hid", "now"));
   ASSERT_TRUE(state.battery);
   EXPECT_EQ(state.battery->chargePercent, 55);
   EXPECT_EQ(state.thermal, (ThermalInfo{ThermalState::serious, 3, true}));
@@ -168,6 +179,10 @@ TEST_F(SystemReaderTest, ReadsOverASetOfSources) {
   EXPECT_EQ(over.readAll(), reader.readAll());
   EXPECT_TRUE(toolWasAsked());
   EXPECT_THAT(clock.sleeps, ElementsAre(PowerService::samplingInterval, PowerService::samplingInterval));
+}
+
+TEST_F(SystemReaderTest, AsksTheInstalledToolUnlessToldOtherwise) {
+  EXPECT_EQ(SystemReader{}.privilegedSMCHelperService.helperPath(), installedHelperPath);
 }
 
 TEST_F(SystemReaderTest, WithoutFansThereAreNone) { EXPECT_THAT(reader.readAll().fans, IsEmpty()); }
