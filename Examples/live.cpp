@@ -23,21 +23,17 @@ void print(const quellin::SystemPowerState& state) {
 
 int main() {
   boost::asio::io_context loop;
-  const auto executor = std::make_shared<quellin::AsioExecutor>(loop);
-  quellin::MetricsEngine engine{executor, quellin::Seconds{1}, 60};
-
+  quellin::MetricsEngine engine{std::make_shared<quellin::AsioExecutor>(loop), quellin::Seconds{1}, 60};
   int seen = 0;
-  const auto subscription = engine.observeCurrentState([&](const quellin::SystemPowerState& state) {
+  const auto onState = engine.observeCurrentState([&](const quellin::SystemPowerState& state) {
     print(state);
     if (++seen == 3) engine.stop();
   });
-  boost::asio::signal_set interrupt{loop, SIGINT};
-  interrupt.async_wait([&](auto, auto) { engine.stop(); });
-  const auto whenStopped = engine.observeIsRunning([&](bool isRunning) {
+  const auto onRunning = engine.observeIsRunning([&](bool isRunning) {
     if (!isRunning) loop.stop();
   });
-
-  const auto work = boost::asio::make_work_guard(loop);
+  boost::asio::signal_set interrupt{loop, SIGINT};  // waiting for it also keeps the loop going
+  interrupt.async_wait([&](auto, auto) { engine.stop(); });
   engine.start();
   loop.run();
 }
