@@ -33,7 +33,7 @@ void ModelContext::insert(const std::shared_ptr<PowerSessionSample>& sample,
                           std::optional<SampleFacts> facts) {
   requireCurrent(*executor_);
   const auto session = sample->session();
-  if (!session || std::ranges::find(deletedSessions_, session) != deletedSessions_.end()) throw sessionGone();
+  if (!session || isBeingDeleted(session)) throw sessionGone();
   sample->owner_ = weak_from_this();
   newSamples_.push_back({sample, std::move(facts)});
   session->changed_.notify();
@@ -45,9 +45,11 @@ void ModelContext::remove(const std::shared_ptr<PowerSession>& session) {
   std::erase_if(changedSamples_, [&](const auto& sample) { return sample->session_ == session; });
   std::erase(changedSessions_, session);
   if (std::erase(newSessions_, session) > 0) return markDeleted(session);
-  if (!session->isDeleted() && std::ranges::find(deletedSessions_, session) == deletedSessions_.end()) {
-    deletedSessions_.push_back(session);
-  }
+  if (!session->isDeleted() && !isBeingDeleted(session)) deletedSessions_.push_back(session);
+}
+
+bool ModelContext::isBeingDeleted(const std::shared_ptr<PowerSession>& session) const {
+  return std::ranges::find(deletedSessions_, session) != deletedSessions_.end();
 }
 
 bool ModelContext::hasChanges() const {
@@ -67,7 +69,7 @@ void ModelContext::modelChanged(const std::shared_ptr<PowerSessionSample>& sampl
   if (sample->key_ == 0) {
     const auto entry = std::ranges::find(newSamples_, sample, &NewSample::sample);
     if (entry != newSamples_.end()) entry->facts.reset();
-  } else if (!sample->isChanged_ && sample->session()) {
+  } else if (!sample->isChanged_ && sample->session() && !isBeingDeleted(sample->session())) {
     sample->isChanged_ = true;
     changedSamples_.push_back(sample);
   }
@@ -96,8 +98,23 @@ SessionBlobs& ModelContext::blobsOfSession(std::int64_t key) {
 void ModelContext::save() {
   requireCurrent(*executor_);
   if (!hasChanges()) return;
-  Transaction transaction(database());
-  commit(transaction);
+  try {
+    Transaction transaction(database());
+    commit(transaction);
+  } catch (...) {
+    forgetLostSessions();
+    throw;
+  }
+}
+
+// What belongs to a session that is no longer in the store can never be saved. Observers hear of it, and may
+// use the store, so that no transaction may be open.
+void ModelContext::forgetLostSessions() {
+  for (const auto& session : std::exchange(lostSessions_, {})) {
+    remove(session);
+    std::erase(deletedSessions_, session);
+    markDeleted(session);
+  }
 }
 
 void ModelContext::commit(Transaction& transaction) {
@@ -136,11 +153,7 @@ void ModelContext::writeNewSamples(Written& written) {
         justInserted == written.sessions.end() ? sample->session_->key_ : justInserted->second;
     const auto key = nextSampleKey(database(), session);
     if (!key) {
-      // Deleted by another process: what belongs to it can never be saved.
-      const auto gone = sample->session_;
-      remove(gone);
-      std::erase(deletedSessions_, gone);
-      markDeleted(gone);
+      lostSessions_.push_back(sample->session_);
       throw sessionGone();
     }
     blobsOfSession(session).insert(*key, *sample->unsavedBlobs_);
@@ -199,8 +212,7 @@ ModelContext::Sessions ModelContext::fetch(Sessions& changedElsewhere) {
   Sessions found;
   for (const SessionRow& row : readSessions(database())) {
     auto session = identify(row, changedElsewhere);
-    if (std::ranges::find(deletedSessions_, session) == deletedSessions_.end())
-      found.push_back(std::move(session));
+    if (!isBeingDeleted(session)) found.push_back(std::move(session));
   }
   found.insert(found.end(), newSessions_.begin(), newSessions_.end());
   std::ranges::stable_sort(found, std::ranges::greater(),
@@ -220,19 +232,18 @@ std::shared_ptr<PowerSession> ModelContext::findOrInsert(const Find& find, const
   requireCurrent(*executor_);
   Sessions changedElsewhere;
   std::shared_ptr<PowerSession> result;
-  {
+  try {
     Transaction transaction(database());
     result = find(fetch(changedElsewhere));
     if (!result) {
       result = make();
       insert(result);
-      try {
-        commit(transaction);
-      } catch (...) {
-        std::erase(newSessions_, result);
-        throw;
-      }
+      commit(transaction);
     }
+  } catch (...) {
+    std::erase(newSessions_, result);
+    forgetLostSessions();
+    throw;
   }
   for (const auto& session : changedElsewhere) session->changed_.notify();
   return result;

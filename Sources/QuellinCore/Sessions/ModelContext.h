@@ -91,6 +91,8 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   void writeNewSamples(Written& written);
   void settle(const Written& written);
   void commit(Transaction& transaction);
+  void forgetLostSessions();
+  [[nodiscard]] bool isBeingDeleted(const std::shared_ptr<PowerSession>& session) const;
   [[nodiscard]] StoreError sessionGone() const;
   void markDeleted(const std::shared_ptr<PowerSession>& session);
 
@@ -109,6 +111,7 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   Sessions newSessions_;
   Sessions changedSessions_;
   Sessions deletedSessions_;
+  Sessions lostSessions_;  // found to be deleted by another process
   std::vector<NewSample> newSamples_;
   std::vector<std::shared_ptr<PowerSessionSample>> changedSamples_;
   std::vector<std::unique_ptr<SessionBlobs>> blobs_;  // of the sessions used last

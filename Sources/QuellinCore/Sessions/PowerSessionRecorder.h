@@ -83,7 +83,8 @@ class PowerSessionRecorder {
   [[nodiscard]] std::vector<std::shared_ptr<PowerSession>> sessions();
   /// What a stored session comes to; the empty summary on failure.
   [[nodiscard]] PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
-  /// Deletes a session with its samples and reads the active session again.
+  /// Deletes a session with its samples and reads the active session again. A session whose deletion fails is
+  /// recorded no more; the next save that succeeds deletes it.
   void remove(const std::shared_ptr<PowerSession>& session);
 
   /// The session as a JSON Lines document of the present moment. Throws `StoreError`.

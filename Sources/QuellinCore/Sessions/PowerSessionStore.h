@@ -138,7 +138,8 @@ class PowerSessionStore {
   /// The same document as one string.
   [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session, Instant exportedAt);
 
-  /// Deletes a session and its samples.
+  /// Deletes a session and its samples. When saving throws, the session is found no more and takes no
+  /// samples, and the next save that succeeds deletes it.
   void remove(const std::shared_ptr<PowerSession>& session);
 
  private:

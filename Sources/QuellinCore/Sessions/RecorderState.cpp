@@ -132,11 +132,13 @@ PowerSessionSummary PowerSessionRecorder::State::summary(const std::shared_ptr<P
 }
 
 void PowerSessionRecorder::State::remove(const std::shared_ptr<PowerSession>& session) {
-  const auto isRemoved = attempt([&] {
+  attempt([&] {
     store->remove(session);
     return true;
   });
-  if (isRemoved) reloadActiveSession();
+  // Also when the deletion is yet to be saved: the store finds the session no more, and takes no samples for
+  // it.
+  reloadActiveSession();
   tell();
 }
 

@@ -49,7 +49,10 @@ void requireKnownFile(const std::filesystem::path& path, const DatabaseOptions& 
   };
   try {
     peek();
-  } catch (const StoreError&) {
+  } catch (const StoreError& error) {
+    // While the log moves into the file, and when the process that moves it is killed, the size in the header
+    // is ahead of the file. The log has the rest, and opening the file tells whether it does.
+    if (error.kind() == StoreError::Kind::damaged) return;
     // The maker may have finished between the look at the file and the look for its journal.
     if (!isBeingMade(path)) peek();
   }

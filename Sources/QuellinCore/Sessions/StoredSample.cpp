@@ -1,11 +1,13 @@
 #include "QuellinCore/Sessions/StoredSample.h"
 
+#include <algorithm>
 #include <iterator>
 #include <string>
 #include <utility>
 
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "QuellinCore/Sessions/TimeOrder.h"
 
 namespace quellin {
 namespace {
@@ -41,7 +43,11 @@ void visitSamples(PowerSessionStore& store, const std::shared_ptr<PowerSession>&
     }
     return;
   }
-  for (const auto& sample : store.samples(session)) visit(storedSample(*sample));
+  auto samples = session->samples().value_or(std::vector<std::shared_ptr<PowerSessionSample>>());
+  std::ranges::stable_sort(samples, IsEarlier{}, &PowerSessionSample::timestamp);
+  for (const auto& sample : samples) {
+    visit({.columns = sample->columns(), .facts = std::nullopt, .blobs = [&] { return sample->blobs(); }});
+  }
 }
 
 PowerSamplePoint powerPoint(const StoredSample& sample, JSONDecoder& decoder) {

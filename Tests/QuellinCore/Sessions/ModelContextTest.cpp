@@ -185,10 +185,46 @@ TEST_F(ModelContextTest, AFailedDeletionIsDoneByTheNextSave) {
   auto held = lock();
   EXPECT_EQ(kindThrownBy([&] { store.remove(session); }), StoreError::Kind::locked);
   EXPECT_FALSE(session->isDeleted());
+  EXPECT_TRUE(store.context().hasChanges());
+  EXPECT_THAT(store.samples(session), ElementsAre(sample)) << "it is still there to be looked at";
   held.reset();
   EXPECT_THAT(store.sessions(), IsEmpty());
+  EXPECT_THAT(store.session(session->id()), testing::IsNull());
+  EXPECT_EQ(kindThrownBy([&] { append(2); }), StoreError::Kind::sessionGone);
+  const auto next = store.start("next", PowerSessionSource::app, 1, noon);
+  EXPECT_NE(next, session);
+  EXPECT_TRUE(session->isDeleted());
+  EXPECT_FALSE(store.context().hasChanges());
+  PowerSessionStore other("0.9.4", folder.path() / "a.store");
+  EXPECT_THAT(other.sessions(), SizeIs(1));
+}
+
+TEST_F(ModelContextTest, AChangeBesideAFailedDeletionLeavesNothingBehind) {
+  const auto sample = append(1);
+  auto held = lock();
+  EXPECT_EQ(kindThrownBy([&] { store.remove(session); }), StoreError::Kind::locked);
+  session->setTitle("too late");
+  sample->setSnapshotData(R"({"another":"shape"})");
+  held.reset();
   store.context().save();
   EXPECT_TRUE(session->isDeleted());
+  for (const char* rows : {"SELECT count(*) FROM PowerSession", "SELECT count(*) FROM PowerSessionSample",
+                           "SELECT count(*) FROM SampleBlobs", "SELECT count(*) FROM BlobReference"}) {
+    EXPECT_EQ(store.container().database().integer(rows), 0) << rows;
+  }
+}
+
+TEST_F(ModelContextTest, AnObserverOfALostSessionMayUseTheStoreAtOnce) {
+  append(1);
+  PowerSessionStore other("0.9.4", folder.path() / "a.store");
+  other.remove(other.activeSession());
+  std::shared_ptr<PowerSession> next;
+  const auto subscription = session->onChange([&] {
+    if (session->isDeleted() && !next) next = store.start("next", PowerSessionSource::app, 1, noon);
+  });
+  EXPECT_EQ(kindThrownBy([&] { append(2); }), StoreError::Kind::sessionGone);
+  ASSERT_NE(next, nullptr);
+  EXPECT_THAT(other.sessions(), SizeIs(1));
 }
 
 TEST_F(ModelContextTest, SessionsAndSamplesOfOnesOwnMakingAreSaved) {

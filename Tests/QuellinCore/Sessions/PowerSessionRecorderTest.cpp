@@ -1,17 +1,16 @@
 #include <limits>
+#include <memory>
 #include <thread>
 #include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "Support/ManualBackground.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
-#include "Support/TemporaryFolder.h"
 
 namespace quellin {
 namespace {
@@ -284,6 +283,34 @@ TEST_F(PowerSessionRecorderTest, StartAndStopClearTheErrorToo) {
   EXPECT_EQ(recorder->lastError(), std::nullopt);
 }
 
+TEST_F(PowerSessionRecorderTest, WhatASnapshotBroughtCountsAsTakenWhenItCannotBeStored) {
+  const auto session = start();
+  recorder->record(stateThatCannotBeStored(1000), std::nullopt);
+  finishMeasurement();
+  EXPECT_TRUE(recorder->lastError().has_value());
+  EXPECT_EQ(recorder->lastProcessSampleAt(), instantAt(1000));
+  recorder->record(stateThatCannotBeStored(1002), telemetry(1001, {}));
+  EXPECT_EQ(recorder->lastProTelemetrySampledAt(), instantAt(1001));
+  record(1004, telemetry(1001, {}));
+  EXPECT_EQ(fixture.store->samples(session).back()->proTelemetryData(), std::nullopt);
+}
+
+TEST_F(PowerSessionRecorderTest, AClockSetBackPutsTheNextMeasurementOff) {
+  start();
+  record(1000);
+  record(500);
+  EXPECT_THAT(measurements, SizeIs(1));
+}
+
+TEST_F(PowerSessionRecorderTest, RefreshingTheSummaryKeepsTheSession) {
+  const auto session = start();
+  record(1000);
+  fixture.store->stop(session, instantAt(1060));
+  recorder->refreshSummary();
+  EXPECT_EQ(recorder->activeSession(), session);
+  EXPECT_EQ(recorder->activeSummary().durationSeconds, 60);
+}
+
 TEST_F(PowerSessionRecorderTest, ExportsWithThePresentTime) {
   const auto session = start();
   record(1000);
@@ -475,35 +502,6 @@ TEST_F(PowerSessionRecorderTest, AnObserverMayDestroyTheRecorder) {
 TEST_F(PowerSessionRecorderTest, MeasuresTheProcessesOfThisHostByDefault) {
   const auto rows = PowerSessionRecorder::nativeProcessSampler()(0, Seconds{0});
   EXPECT_THAT(rows, IsEmpty());
-}
-
-TEST(PowerSessionRecorderStoreTest, AStoreThatCannotBeWrittenIsToldInLastError) {
-  const testing_support::TemporaryFolder folder;
-  const auto path = folder.path() / "a.store";
-  const auto executor = std::make_shared<ThreadExecutor>();
-  const auto store = std::make_shared<PowerSessionStore>(
-      "0.9.4", path, false,
-      PowerSessionStoreSurroundings{.executor = executor, .file = {.busyTimeout = Seconds{0}}});
-  PowerSessionRecorder recorder(executor, store, Seconds{10},
-                                [](int, Seconds) { return std::vector<ProcessActivityInfo>(); });
-  Database other(path, Database::Access::readWrite, {});
-  other.execute("BEGIN IMMEDIATE");
-  EXPECT_THAT(recorder.start("Test", PowerSessionSource::app, 2, instantAt(0)), IsNull());
-  ASSERT_TRUE(recorder.lastError().has_value());
-  EXPECT_THAT(*recorder.lastError(), HasSubstr(path.string()));
-  EXPECT_THAT(recorder.activeSession(), IsNull());
-  other.execute("ROLLBACK");
-
-  const auto session = recorder.start("Test", PowerSessionSource::app, 2, instantAt(0));
-  ASSERT_THAT(session, NotNull());
-  EXPECT_EQ(recorder.lastError(), std::nullopt);
-  other.execute("BEGIN IMMEDIATE");
-  recorder.stop(instantAt(5));
-  EXPECT_TRUE(recorder.lastError().has_value());
-  EXPECT_EQ(recorder.activeSession(), session) << "it goes on until it could be stopped";
-  recorder.remove(session);
-  EXPECT_EQ(recorder.activeSession(), session);
-  other.execute("ROLLBACK");
 }
 
 TEST(PowerSessionRecorderDeathTest, OnlyTheMainExecutorMayCallIt) {

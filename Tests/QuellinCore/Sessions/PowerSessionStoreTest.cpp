@@ -251,7 +251,15 @@ TEST_F(PowerSessionStoreTest, SessionsComeNewestFirst) {
   for (const auto& session : store->sessions())
     starts.push_back(Seconds(session->startedAt() - noon).count());
   EXPECT_THAT(starts, ElementsAre(30, 20, 10, 0));
-  EXPECT_EQ(store->completedSessions().size(), 3U);
+}
+
+TEST_F(PowerSessionStoreTest, CompletedAreAllSessionsButTheActiveNewestFirst) {
+  const auto completed = start("completed", noon + Seconds(10));
+  store->stop(completed, noon);
+  const auto interrupted = start("interrupted", noon + Seconds(20));
+  store->interrupt(interrupted, noon);
+  start("active", noon + Seconds(15));
+  EXPECT_THAT(store->completedSessions(), ElementsAre(interrupted, completed));
 }
 
 TEST_F(PowerSessionStoreTest, TheNewestActiveSessionCounts) {
@@ -351,6 +359,8 @@ TEST_F(PowerSessionStoreTest, InMemoryNothingIsWrittenAndThePathIsIgnored) {
   EXPECT_EQ(memory.samples(session).size(), 1U);
   EXPECT_TRUE(memory.container().path().empty());
   EXPECT_FALSE(std::filesystem::exists(unused));
+  const PowerSessionStore withoutPath("0.9.4", std::nullopt, true, surroundings());
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "Library"));
 }
 
 TEST_F(PowerSessionStoreTest, WithoutAPathTheStoreLiesInTheHomeFolder) {

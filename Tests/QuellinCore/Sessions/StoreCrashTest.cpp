@@ -96,7 +96,7 @@ void expectEverythingThere(const std::filesystem::path& path, const std::set<UUI
 class StoreCrashTest : public testing::TestWithParam<unsigned> {};
 
 TEST_P(StoreCrashTest, EverySampleThatWasAcknowledgedIsThere) {
-  constexpr unsigned mostSamples = 30;
+  constexpr unsigned mostSamples = 200;  // enough for the log to move into the file now and then
   constexpr unsigned mostRounds = 400'000;
   constexpr unsigned startRounds = 20'000'000;  // about as long as a recorder takes to make a store
   const testing_support::TemporaryFolder folder;

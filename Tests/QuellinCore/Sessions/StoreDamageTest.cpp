@@ -182,6 +182,23 @@ TEST_F(StoreDamageTest, AShortenedOrLengthenedFileShowsOrReadsWhole) {
   }
 }
 
+TEST_F(StoreDamageTest, AWriteBackThatWasKilledLosesNothing) {
+  constexpr std::size_t page = 4096;
+  readStoreOf(file, log);
+  const std::string settled = contentOf(damaged);
+  ASSERT_GT(settled.size(), file.size());
+  // Pages move from the log to the file in the order of their numbers, so that the first one, with the new
+  // size in it, is there long before the last.
+  for (std::size_t moved = page; moved <= settled.size(); moved += page) {
+    std::string halfway = settled.substr(0, moved);
+    if (moved < file.size()) halfway += file.substr(moved);
+    const Reading reading = readStoreOf(halfway, log);
+    EXPECT_TRUE(reading.isWhole) << moved;
+    EXPECT_EQ(reading.sessions.size(), 3U) << moved;
+    expectTruthful(reading, "killed after " + std::to_string(moved) + " bytes", false);
+  }
+}
+
 TEST_F(StoreDamageTest, DamageInTheLogLosesNoMoreThanItsEnd) {
   std::mt19937 random(13);
   for (int round = 0; round < 300; ++round) {

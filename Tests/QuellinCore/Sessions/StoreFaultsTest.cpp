@@ -132,5 +132,22 @@ TEST_F(StoreFileFaultsTest, ReadingSamplesNeverThrows) {
   EXPECT_EQ(kindThrownBy([&] { (void)store->check(*session); }), Kind::io);
 }
 
+TEST_F(StoreFileFaultsTest, ASummaryOfWhatCannotBeReadIsAnErrorSavedOrNot) {
+  const auto path = folder.path() / "a.store";
+  auto store = open(path);
+  store->appendSample(store->start("x", PowerSessionSource::app, 1, noon), stateOnBattery(noon), {},
+                      std::nullopt);
+  for (const bool hasChanges : {false, true}) {
+    store = open(path);
+    const auto session = store->activeSession();
+    if (hasChanges) session->setTitle("changed");
+    files.fail(Fault::readError);
+    EXPECT_EQ(kindThrownBy([&] { (void)store->summary(session); }), Kind::io) << hasChanges;
+    EXPECT_EQ(kindThrownBy([&] { (void)store->exportJSONL(session, noon); }), Kind::io) << hasChanges;
+    files.fail(Fault::none);
+    store.reset();
+  }
+}
+
 }  // namespace
 }  // namespace quellin
