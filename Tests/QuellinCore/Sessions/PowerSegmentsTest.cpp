@@ -124,6 +124,13 @@ TEST(PowerSegmentsTest, TheBatterySpanIgnoresPointsWithoutAPercentage) {
   EXPECT_EQ(segments[0].batteryPercentDelta, -3);
 }
 
+TEST(PowerSegmentsTest, ThePercentageOfAPointWithoutWattsCounts) {
+  const auto segments = powerSegments({onBattery(0, {}, 50), onBattery(1, 1), onBattery(2, {}, 48)});
+  ASSERT_THAT(segments, SizeIs(1));
+  EXPECT_EQ(segments[0].batteryPercentStart, 50);
+  EXPECT_EQ(segments[0].batteryPercentEnd, 48);
+}
+
 TEST(PowerSegmentsTest, AMaximumThatIsNoNumberGivesWay) {
   EXPECT_TRUE(std::isnan(powerSegments({onBattery(0, 5), onBattery(1, nan)})[0].maxWatts.value()));
   const auto segments = powerSegments({onBattery(0, 5), onBattery(1, nan), onBattery(2, 4)});
@@ -149,6 +156,8 @@ TEST(PowerSegmentsTest, TellsMixedSourcesFromSegmentsOfOneKind) {
   PowerSamplePoint plugged = onBattery(60, 10);
   plugged.acConnected = true;
   EXPECT_FALSE(hasMixedSources(powerSegments({onBattery(0, 10), plugged}))) << "one kind, two segments";
+  plugged.sourceLabel = "Another name";
+  EXPECT_FALSE(hasMixedSources(powerSegments({onBattery(0, 10), plugged}))) << "labels are no kinds";
   EXPECT_TRUE(hasMixedSources(powerSegments({onBattery(0, 10), plugged, charging(120, 30)})));
 }
 

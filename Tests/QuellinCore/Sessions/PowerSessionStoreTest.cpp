@@ -392,6 +392,12 @@ TEST_F(PowerSessionStoreTest, OnlyTheMainExecutorMayCallIt) {
   EXPECT_EXIT(std::thread([&] { store->stop(session, noon); }).join(), testing::KilledBySignal(SIGABRT), "");
   EXPECT_EXIT(std::thread([&] { start(); }).join(), testing::KilledBySignal(SIGABRT), "");
   EXPECT_EXIT(std::thread([&] { store->remove(session); }).join(), testing::KilledBySignal(SIGABRT), "");
+  EXPECT_EXIT(std::thread([&] { (void)store->summary(session); }).join(), testing::KilledBySignal(SIGABRT),
+              "");
+  EXPECT_EXIT(std::thread([&] { (void)store->coverage(session); }).join(), testing::KilledBySignal(SIGABRT),
+              "");
+  EXPECT_EXIT(std::thread([&] { (void)store->exportJSONL(session, noon); }).join(),
+              testing::KilledBySignal(SIGABRT), "");
   EXPECT_EXIT(std::thread([&] { session->setTitle("x"); }).join(), testing::KilledBySignal(SIGABRT), "");
 }
 

@@ -96,7 +96,12 @@ TEST(SampleFactsTest, ASourceWithoutANumberIsNotKept) {
 
 TEST(SampleFactsTest, DatesThatAreNotReadBackHaveNoFacts) {
   EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(-1))), {}, nullptr), std::nullopt);
-  EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(1e15))), {}, nullptr), std::nullopt);
+  constexpr double year10000 = 253'402'300'800;
+  EXPECT_TRUE(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(0))), {}, nullptr).has_value());
+  EXPECT_TRUE(
+      sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(year10000 - 0.5))), {}, nullptr).has_value());
+  EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(year10000))), {}, nullptr),
+            std::nullopt);
   ProTelemetrySnapshot telemetry;
   telemetry.sampledAt = instantAt(-1);
   EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(0))), {}, &telemetry), std::nullopt);

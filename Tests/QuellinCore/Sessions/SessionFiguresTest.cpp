@@ -39,6 +39,22 @@ TEST(SessionFiguresTest, EachMaximumIsOfAllSamples) {
   EXPECT_EQ(summary.maxTemperature, 71.5);
 }
 
+TEST(SessionFiguresTest, AReadingOfZeroIsAReading) {
+  SessionFigures figures;
+  figures.ingest(PowerSamplePoint{instantAt(0), 0, "ioReportSiliconPower", "IOReport silicon power", {}, {}});
+  figures.ingest(
+      PowerSamplePoint{instantAt(3600), 10, "ioReportSiliconPower", "IOReport silicon power", {}, {}});
+  figures.ingest(
+      PowerSamplePoint{instantAt(7200), {}, "ioReportSiliconPower", "IOReport silicon power", {}, {}});
+  PowerSessionSummary summary;
+  figures.update(summary, 7200);
+  EXPECT_EQ(summary.sampleCount, 3);
+  EXPECT_EQ(summary.wattSampleCount, 2);
+  EXPECT_EQ(summary.minWatts, 0);
+  EXPECT_EQ(summary.totalWattHours, 5);
+  EXPECT_EQ(summary.averageWatts, 2.5);
+}
+
 TEST(SessionFiguresDeathTest, EndsTheProcessWhenTheCountOverflows) {
   SessionFigures figures;
   figures.sampleCount = most;

@@ -1,6 +1,9 @@
+#include <tuple>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
 #include "QuellinCore/Sessions/StoredSample.h"
@@ -138,6 +141,18 @@ TEST_F(StoredSampleTest, UndecodableProcessDataContributesNothing) {
   EXPECT_EQ(processData(storedSample(*sample), decoder).telemetrySampledAt, std::nullopt);
   sample->setProcessActivityData("[1]");
   EXPECT_THAT(processData(storedSample(*sample), decoder).contributions, IsEmpty());
+}
+
+TEST_F(StoredSampleTest, WhatTheStoreCannotReadIsEmpty) {
+  const auto session = fixture.start(0);
+  const auto sample =
+      fixture.store->appendSample(session, stateOnBattery(instantAt(1)), {activity("a", 2)}, std::nullopt);
+  fixture.store->container().database().execute("DROP TABLE SampleBlobs");
+  EXPECT_THROW(std::ignore = sample->blobs(), StoreError);
+  EXPECT_EQ(storedSample(*sample).blobs(), SampleBlobs());
+  const auto summary = PowerSessionMetrics::summary(*session, {sample}, decoder);
+  EXPECT_EQ(summary.averageWatts, 12.5) << "the columns speak";
+  EXPECT_THAT(summary.topContributors, IsEmpty());
 }
 
 TEST_F(StoredSampleTest, AWalkShowsSamplesByTimestampSavedOrNot) {

@@ -1,6 +1,9 @@
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
@@ -158,6 +161,18 @@ TEST_F(StoredSummaryTest, BothKindsOfProcessDataOfASampleCount) {
   EXPECT_EQ(summary().topContributors, wanted);
   JSONDecoder decoder;
   EXPECT_EQ(PowerSessionMetrics::topContributors(fixture.store->samples(session), decoder), wanted);
+}
+
+TEST_F(StoredSummaryTest, ADamagedRowIsLeftOut) {
+  for (const double second : {1000, 1060, 1120}) append(second, 30);
+  fixture.store->container().database().execute(
+      "DROP TRIGGER editedSample; UPDATE PowerSessionSample SET totalWatts = 99 WHERE timestamp = 1060");
+  const auto result = summary();
+  EXPECT_EQ(result.sampleCount, 2);
+  EXPECT_EQ(result.totalWattHours, 1);
+  EXPECT_EQ(fixture.store->coverage(session), (SessionCoverage{120, 0, 1, 120})) << "2 seconds asked for";
+  const std::string document = fixture.store->exportJSONL(session, instantAt(0));
+  EXPECT_EQ(std::ranges::count(document, '\n'), 3);
 }
 
 TEST_F(StoredSummaryTest, ACorruptSnapshotCountsByItsColumns) {
