@@ -1,6 +1,7 @@
 #include "QuellinCore/Models/BatteryRules.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 
 #include "QuellinCore/Models/BatteryTime.h"
@@ -26,30 +27,42 @@ std::int64_t integerOrZero(const PropertyTable& table, std::string_view key) {
 
 double scaled(std::int64_t value, double divisor) { return static_cast<double>(value) / divisor; }
 
-void fillCapacities(BatteryInfo& battery, const PropertyTable& registry, const PropertyTable& powerSource) {
-  battery.currentCapacity = integerOrZero(registry, "AppleRawCurrentCapacity");
+/// What the tables say of the battery's charge.
+struct Capacities {
+  std::int64_t current = 0;
+  std::int64_t maximum = 0;
+  std::optional<std::int64_t> percent;
+  std::optional<std::int64_t> design;
+};
+
+Capacities capacities(const PropertyTable& registry, const PropertyTable& powerSource) {
+  Capacities result;
+  result.current = integerOrZero(registry, "AppleRawCurrentCapacity");
   auto maximum = registry.integer("AppleRawMaxCapacity");
   if (!maximum) maximum = registry.integer("NominalChargeCapacity");
-  battery.maxCapacity = maximum.value_or(0);
+  result.maximum = maximum.value_or(0);
+  result.percent = registry.integer("CurrentCapacity");
+  if (!result.percent) result.percent = powerSource.integer("Current Capacity");
+  result.design = registry.integer("DesignCapacity");
+  return result;
+}
 
-  auto charge = registry.integer("CurrentCapacity");
-  if (!charge) charge = powerSource.integer("Current Capacity");
-  if (charge) {
-    battery.chargePercent = cappedPercent(*charge);
+void fillCapacities(BatteryInfo& battery, const Capacities& given) {
+  battery.currentCapacity = given.current;
+  battery.maxCapacity = given.maximum;
+  if (given.percent) {
+    battery.chargePercent = cappedPercent(*given.percent);
   } else {
-    battery.chargePercent =
-        battery.maxCapacity < 1 ? 0 : percentOf(battery.currentCapacity, battery.maxCapacity);
+    battery.chargePercent = given.maximum < 1 ? 0 : percentOf(given.current, given.maximum);
   }
 }
 
-void fillHealth(BatteryInfo& battery, const PropertyTable& registry) {
+void fillHealth(BatteryInfo& battery, const Capacities& given) {
   // Without a design capacity the present maximum stands in for it, so that a working battery reads as
   // healthy.
-  battery.designCapacity =
-      registry.integer("DesignCapacity").value_or(std::max<std::int64_t>(battery.maxCapacity, 1));
+  battery.designCapacity = given.design.value_or(std::max<std::int64_t>(given.maximum, 1));
   battery.healthPercent =
-      battery.designCapacity < 1 ? fullPercent : percentOf(battery.maxCapacity, battery.designCapacity);
-  battery.cycleCount = integerOrZero(registry, "CycleCount");
+      battery.designCapacity < 1 ? fullPercent : percentOf(given.maximum, battery.designCapacity);
 }
 
 void fillFlow(BatteryInfo& battery, const PropertyTable& registry) {
@@ -82,17 +95,23 @@ void fillIdentity(BatteryInfo& battery, const PropertyTable& registry, const Pro
   if (!battery.serialNumber) battery.serialNumber = powerSource.string("Hardware Serial Number");
 }
 
+const PropertyTable& tableOrEmpty(const std::optional<PropertyTable>& table) {
+  static const PropertyTable empty;
+  return table ? *table : empty;
+}
+
 }  // namespace
 
 std::optional<BatteryInfo> batteryInfo(const BatteryTables& tables) {
   if (!tables.registry && !tables.powerSource) return std::nullopt;
-  const PropertyTable empty;
-  const PropertyTable& registry = tables.registry ? *tables.registry : empty;
-  const PropertyTable& powerSource = tables.powerSource ? *tables.powerSource : empty;
+  const PropertyTable& registry = tableOrEmpty(tables.registry);
+  const PropertyTable& powerSource = tableOrEmpty(tables.powerSource);
 
   BatteryInfo battery;
-  fillCapacities(battery, registry, powerSource);
-  fillHealth(battery, registry);
+  const Capacities given = capacities(registry, powerSource);
+  fillCapacities(battery, given);
+  fillHealth(battery, given);
+  battery.cycleCount = integerOrZero(registry, "CycleCount");
   fillFlow(battery, registry);
   fillCharger(battery, registry, powerSource);
   if (const auto time = batteryTime(battery, tables)) {
@@ -101,6 +120,14 @@ std::optional<BatteryInfo> batteryInfo(const BatteryTables& tables) {
   }
   fillIdentity(battery, registry, powerSource);
   return battery;
+}
+
+bool canReckonWith(const BatteryTables& tables) {
+  constexpr std::int64_t largest = std::int64_t{1} << 53U;
+  const Capacities given = capacities(tableOrEmpty(tables.registry), tableOrEmpty(tables.powerSource));
+  const std::array figures{given.current, given.maximum, given.percent.value_or(0), given.design.value_or(0)};
+  const auto isSmall = [](std::int64_t figure) { return figure >= -largest && figure <= largest; };
+  return std::ranges::all_of(figures, isSmall) && canReckonWithTimes(tables);
 }
 
 }  // namespace quellin

@@ -12,4 +12,8 @@ namespace quellin {
 /// ends the process.
 [[nodiscard]] std::optional<BatteryInfo> batteryInfo(const BatteryTables& tables);
 
+/// Whether no capacity is beyond 2^53 mAh or percent and every remaining time can be rounded, so that
+/// `batteryInfo`, and what is reckoned from its record, cannot end the process.
+[[nodiscard]] bool canReckonWith(const BatteryTables& tables);
+
 }  // namespace quellin

@@ -1,7 +1,9 @@
 #include "QuellinCore/Models/BatteryTime.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 #include <string_view>
 
 #include "QuellinCore/Support/CheckedArithmetic.h"
@@ -37,12 +39,14 @@ constexpr std::array untilFullCandidates{Candidate{false, "Time to Full Charge"}
                                          Candidate{true, "AvgTimeToFull"},
                                          Candidate{true, "InstantTimeToFull"}};
 
-template <class Candidates>
-std::optional<std::int64_t> firstValid(const Candidates& candidates, const BatteryTables& tables) {
+const PropertyTable::Value* valueOf(const Candidate& candidate, const BatteryTables& tables) {
+  const auto& table = candidate.inRegistry ? tables.registry : tables.powerSource;
+  return table ? table->find(candidate.key) : nullptr;
+}
+
+std::optional<std::int64_t> firstValid(std::span<const Candidate> candidates, const BatteryTables& tables) {
   for (const Candidate& candidate : candidates) {
-    const auto& table = candidate.inRegistry ? tables.registry : tables.powerSource;
-    if (!table) continue;
-    if (const auto minutes = validMinutes(table->find(candidate.key))) return minutes;
+    if (const auto minutes = validMinutes(valueOf(candidate, tables))) return minutes;
   }
   return std::nullopt;
 }
@@ -93,6 +97,16 @@ std::optional<BatteryTime> batteryTime(const BatteryInfo& battery, const Battery
   if (battery.isCharging) return timeUntilFull(battery, tables);
   if (battery.acConnected) return std::nullopt;
   return timeUntilEmpty(battery, tables);
+}
+
+bool canReckonWithTimes(const BatteryTables& tables) {
+  const auto canRound = [&](const Candidate& candidate) {
+    const auto* value = valueOf(candidate, tables);
+    const auto* number = value == nullptr ? nullptr : std::get_if<double>(value);
+    return number == nullptr || roundsToInt64(*number);
+  };
+  return std::ranges::all_of(untilEmptyCandidates, canRound) &&
+         std::ranges::all_of(untilFullCandidates, canRound);
 }
 
 }  // namespace quellin

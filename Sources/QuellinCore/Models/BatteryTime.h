@@ -36,4 +36,7 @@ struct BatteryTime {
 /// power.
 [[nodiscard]] std::optional<BatteryTime> batteryTime(const BatteryInfo& battery, const BatteryTables& tables);
 
+/// False when a figure that the host gives for the remaining time would end the process; see `validMinutes`.
+[[nodiscard]] bool canReckonWithTimes(const BatteryTables& tables);
+
 }  // namespace quellin

@@ -1,8 +1,10 @@
 #include "QuellinCore/Models/EnergyDelta.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -79,6 +81,18 @@ std::optional<PowerMetrics> parseEnergyDelta(std::span<const EnergyChannel> chan
   metrics.ramPower = tally.watts(ram, wattsPerNanojoule);
   metrics.systemPower = metrics.cpuPower + metrics.gpuPower + metrics.anePower + metrics.ramPower;
   return metrics;
+}
+
+std::int64_t largestEnergyGain(std::size_t channelCount) {
+  const auto channels = static_cast<std::int64_t>(std::max<std::size_t>(channelCount, 1));
+  return std::numeric_limits<std::int64_t>::max() / channels;
+}
+
+bool canReckonWith(std::span<const EnergyChannel> channels) {
+  const std::int64_t largest = largestEnergyGain(channels.size());
+  return std::ranges::all_of(channels, [largest](const EnergyChannel& channel) {
+    return channel.nanojoules >= -largest && channel.nanojoules <= largest;
+  });
 }
 
 }  // namespace quellin

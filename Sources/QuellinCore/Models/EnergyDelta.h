@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -15,5 +17,12 @@ namespace quellin {
 /// ends the process.
 [[nodiscard]] std::optional<PowerMetrics> parseEnergyDelta(std::span<const EnergyChannel> channels,
                                                            Seconds interval);
+
+/// Gains up to this magnitude can be added over so many channels whatever they are.
+[[nodiscard]] std::int64_t largestEnergyGain(std::size_t channelCount);
+
+/// Whether no channel gained or lost more than `largestEnergyGain`, so that `parseEnergyDelta` cannot end the
+/// process.
+[[nodiscard]] bool canReckonWith(std::span<const EnergyChannel> channels);
 
 }  // namespace quellin

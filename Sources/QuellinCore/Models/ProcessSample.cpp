@@ -1,5 +1,7 @@
 #include "QuellinCore/Models/ProcessSample.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -45,6 +47,17 @@ ProcessSample processSample(std::int32_t pid, std::string name, const ProcessUsa
           .diskBytes = sumOfKnown(usage.diskBytesRead, usage.diskBytesWritten),
           .energyNanojoules = usage.energyNanojoules,
           .startToken = usage.startToken};
+}
+
+bool canReckonWith(const ProcessUsage& usage) {
+  const std::array addends{std::optional{usage.userTimeNanoseconds},
+                           std::optional{usage.systemTimeNanoseconds},
+                           usage.packageIdleWakeups,
+                           usage.interruptWakeups,
+                           usage.diskBytesRead,
+                           usage.diskBytesWritten};
+  return std::ranges::all_of(
+      addends, [](const auto& counter) { return counter.value_or(0) <= largestProcessCounter; });
 }
 
 }  // namespace quellin

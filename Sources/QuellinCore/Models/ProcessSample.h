@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <optional>
 #include <span>
@@ -43,5 +44,12 @@ using ProcessIDLister = std::function<std::int64_t(std::span<std::int32_t>)>;
 
 /// The sample for one process's counters. A sum that overflows ends the process.
 [[nodiscard]] ProcessSample processSample(std::int32_t pid, std::string name, const ProcessUsage& usage);
+
+/// Counters up to this one can be added in pairs whatever they are: 292 years of nanoseconds, 9 exabytes.
+inline constexpr std::uint64_t largestProcessCounter = std::numeric_limits<std::int64_t>::max();
+
+/// Whether no counter that is added to another is larger than `largestProcessCounter`, so that
+/// `processSample` cannot end the process.
+[[nodiscard]] bool canReckonWith(const ProcessUsage& usage);
 
 }  // namespace quellin

@@ -76,4 +76,9 @@ std::optional<std::int64_t> decodeFanRPM(std::uint32_t dataType, std::span<const
   return std::nullopt;
 }
 
+bool canDecodeFanRPM(std::uint32_t dataType, std::span<const std::uint8_t> bytes) {
+  if (typeText(dataType) != "flt") return true;
+  return roundsToInt64(static_cast<double>(littleEndianFloat(bytes).value_or(0)));
+}
+
 }  // namespace quellin::SMCDecoding

@@ -30,4 +30,7 @@ namespace quellin::SMCDecoding {
 [[nodiscard]] std::optional<std::int64_t> decodeFanRPM(std::uint32_t dataType,
                                                        std::span<const std::uint8_t> bytes);
 
+/// False for the values on which `decodeFanRPM` ends the process.
+[[nodiscard]] bool canDecodeFanRPM(std::uint32_t dataType, std::span<const std::uint8_t> bytes);
+
 }  // namespace quellin::SMCDecoding

@@ -1,7 +1,5 @@
 #include "QuellinCore/Models/SMCKeys.h"
 
-#include <set>
-
 #include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
 
@@ -12,13 +10,19 @@ std::string fanSpeed(std::size_t index, std::string_view speed) {
 }
 
 // From the eleventh fan on keys are cut to the same four characters, hence the set.
-std::vector<std::uint32_t> all() {
-  std::set<std::uint32_t> codes{SMCDecoding::fourCharCode(fanCount)};
+std::set<std::uint32_t> fanSpeeds() {
+  std::set<std::uint32_t> codes;
   for (std::size_t index = 0; index < mostFans; ++index) {
     for (const std::string_view speed : {currentSpeed, minimumSpeed, maximumSpeed}) {
       codes.insert(SMCDecoding::fourCharCode(fanSpeed(index, speed)));
     }
   }
+  return codes;
+}
+
+std::vector<std::uint32_t> all() {
+  std::set<std::uint32_t> codes = fanSpeeds();
+  codes.insert(SMCDecoding::fourCharCode(fanCount));
   for (const auto& [key, name] : TemperatureSensor::knownSensors()) {
     codes.insert(SMCDecoding::fourCharCode(key));
   }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,9 @@ inline constexpr std::string_view maximumSpeed = "Mx";
 
 /// The key of one speed of the fan with number `index`: "F0Ac".
 [[nodiscard]] std::string fanSpeed(std::size_t index, std::string_view speed);
+
+/// The codes of the speeds of all fans, each once.
+[[nodiscard]] std::set<std::uint32_t> fanSpeeds();
 
 /// The codes of every key that a reader may ask for, each once: of the fans, and of the known temperature
 /// sensors.

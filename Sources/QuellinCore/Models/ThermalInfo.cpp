@@ -1,6 +1,7 @@
 #include "QuellinCore/Models/ThermalInfo.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "QuellinCore/Support/CheckedArithmetic.h"
 
@@ -20,6 +21,10 @@ ThermalInfo thermalInfo(const ThermalSignals& signals) {
   return {.state = stateForCode(signals.stateCode.value_or(0)),
           .pressure = std::min(checkedCast<std::int64_t>(signals.pressureState.value_or(0)), highestPressure),
           .isLowPowerMode = signals.isLowPowerMode.value_or(false)};
+}
+
+bool canReckonWith(const ThermalSignals& signals) {
+  return std::in_range<std::int64_t>(signals.pressureState.value_or(0));
 }
 
 }  // namespace quellin

@@ -38,4 +38,7 @@ struct ThermalInfo {
 /// 64-bit number ends the process.
 [[nodiscard]] ThermalInfo thermalInfo(const ThermalSignals& signals);
 
+/// Whether `thermalInfo` can make a record of `signals`; it ends the process on others.
+[[nodiscard]] bool canReckonWith(const ThermalSignals& signals);
+
 }  // namespace quellin

@@ -43,13 +43,18 @@ template <std::integral To, std::integral From>
   return static_cast<To>(from);
 }
 
-/// `value` rounded to the nearest integer, halves away from zero; ends the process when `value` is not finite
-/// or its rounded value lies outside the signed 64-bit range.
-[[nodiscard]] inline std::int64_t roundedToInt64(double value) {
+/// Whether `value`, rounded to the nearest integer, lies in the signed 64-bit range; false for NaN.
+[[nodiscard]] inline bool roundsToInt64(double value) {
   const double rounded = std::round(value);
-  // -2^63 and 2^63 are exact doubles; the comparison is also false for NaN.
-  if (!(rounded >= -0x1p63 && rounded < 0x1p63)) endOnOverflow();
-  return static_cast<std::int64_t>(rounded);
+  // -2^63 and 2^63 are exact doubles.
+  return rounded >= -0x1p63 && rounded < 0x1p63;
+}
+
+/// `value` rounded to the nearest integer, halves away from zero; ends the process unless
+/// `roundsToInt64(value)`.
+[[nodiscard]] inline std::int64_t roundedToInt64(double value) {
+  if (!roundsToInt64(value)) endOnOverflow();
+  return static_cast<std::int64_t>(std::round(value));
 }
 
 }  // namespace quellin

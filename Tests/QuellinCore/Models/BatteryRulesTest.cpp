@@ -283,5 +283,53 @@ TEST(BatteryRulesDeathTest, EndsTheProcessWhenAPercentageOverflows) {
                "");
 }
 
+TEST(BatteryRulesTest, KnowsTheFiguresItCanReckonWith) {
+  EXPECT_TRUE(canReckonWith({}));
+  constexpr std::int64_t largest = std::int64_t{1} << 53U;
+  for (const char* key : {"AppleRawCurrentCapacity", "AppleRawMaxCapacity", "NominalChargeCapacity",
+                          "CurrentCapacity", "DesignCapacity"}) {
+    for (const std::int64_t sign : {1, -1}) {
+      const BatteryTables fits{.registry = PropertyTable{{key, sign * largest}}, .powerSource = {}};
+      EXPECT_TRUE(canReckonWith(fits)) << key;
+      EXPECT_TRUE(batteryInfo(fits)) << key;
+      EXPECT_FALSE(canReckonWith({.registry = PropertyTable{{key, sign * (largest + 1)}}, .powerSource = {}}))
+          << key;
+    }
+  }
+  EXPECT_FALSE(
+      canReckonWith({.registry = {}, .powerSource = PropertyTable{{"Current Capacity", largest + 1}}}));
+  EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{"UpdateTime", largest + 1}}, .powerSource = {}}))
+      << "no rule reads it";
+}
+
+TEST(BatteryRulesTest, ReckonsWithTheLargestFiguresOfEitherSign) {
+  constexpr std::int64_t largest = std::int64_t{1} << 53U;
+  for (const std::int64_t current : {largest, -largest}) {
+    for (const std::int64_t milliamperes : {51_i, -51_i}) {
+      const PropertyTable registry{{"AppleRawCurrentCapacity", current},
+                                   {"AppleRawMaxCapacity", largest},
+                                   {"DesignCapacity", 1_i},
+                                   {"Voltage", 12000_i},
+                                   {"Amperage", milliamperes},
+                                   {"IsCharging", milliamperes > 0}};
+      EXPECT_EQ(merged(registry).timeRemaining, std::nullopt);
+    }
+  }
+}
+
+TEST(BatteryRulesTest, KnowsTheTimesItCanRound) {
+  for (const char* key :
+       {"TimeRemaining", "AvgTimeToEmpty", "InstantTimeToEmpty", "AvgTimeToFull", "InstantTimeToFull"}) {
+    EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{key, 1e18}}, .powerSource = {}})) << key;
+    EXPECT_FALSE(canReckonWith({.registry = PropertyTable{{key, 1e19}}, .powerSource = {}})) << key;
+    EXPECT_TRUE(canReckonWith({.registry = {}, .powerSource = PropertyTable{{key, 1e19}}})) << key;
+  }
+  for (const char* key : {"Time to Empty", "Time to Full Charge"}) {
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_FALSE(canReckonWith({.registry = {}, .powerSource = PropertyTable{{key, notANumber}}})) << key;
+    EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{key, notANumber}}, .powerSource = {}})) << key;
+  }
+}
+
 }  // namespace
 }  // namespace quellin

@@ -117,5 +117,19 @@ TEST(PowerMetricsTest, DescribesEveryFieldInOrder) {
             R"("cpuUsagePercent":6.5,"gpuUsagePercent":7.5})");
 }
 
+TEST(EnergyDeltaTest, KnowsTheGainsItCanAdd) {
+  constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+  EXPECT_EQ(largestEnergyGain(0), most);
+  EXPECT_EQ(largestEnergyGain(1), most);
+  EXPECT_EQ(largestEnergyGain(2), most / 2);
+  for (const std::int64_t sign : {1, -1}) {
+    std::vector<EnergyChannel> channels(3, {"PCPU", sign * (most / 3)});
+    EXPECT_TRUE(canReckonWith(channels));
+    EXPECT_TRUE(parseEnergyDelta(channels, Seconds{1}));
+    channels[1].nanojoules += sign;
+    EXPECT_FALSE(canReckonWith(channels));
+  }
+}
+
 }  // namespace
 }  // namespace quellin

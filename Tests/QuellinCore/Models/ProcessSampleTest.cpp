@@ -138,5 +138,32 @@ TEST(ProcessSampleDeathTest, EndsTheProcessWhenASumOverflows) {
   EXPECT_DEATH(static_cast<void>(processSample(1, "", usage)), "");
 }
 
+TEST(ProcessSampleTest, KnowsTheCountersItCanAdd) {
+  for (const auto counter : {&ProcessUsage::packageIdleWakeups, &ProcessUsage::interruptWakeups,
+                             &ProcessUsage::diskBytesRead, &ProcessUsage::diskBytesWritten}) {
+    ProcessUsage usage;
+    usage.*counter = largestProcessCounter;
+    EXPECT_TRUE(canReckonWith(usage));
+    ++*(usage.*counter);
+    EXPECT_FALSE(canReckonWith(usage));
+  }
+  for (const auto time : {&ProcessUsage::userTimeNanoseconds, &ProcessUsage::systemTimeNanoseconds}) {
+    ProcessUsage usage;
+    usage.*time = largestProcessCounter;
+    EXPECT_TRUE(canReckonWith(usage));
+    ++(usage.*time);
+    EXPECT_FALSE(canReckonWith(usage));
+  }
+  ProcessUsage usage;
+  usage.energyNanojoules = usage.startToken = std::numeric_limits<std::uint64_t>::max();
+  EXPECT_TRUE(canReckonWith(usage)) << "these are added to nothing";
+}
+
+TEST(ProcessSampleTest, AddsTheLargestCountersItCanReckonWith) {
+  ProcessUsage usage;
+  usage.userTimeNanoseconds = usage.systemTimeNanoseconds = largestProcessCounter;
+  EXPECT_EQ(processSample(1, "", usage).cpuTimeNanoseconds, std::numeric_limits<std::uint64_t>::max() - 1);
+}
+
 }  // namespace
 }  // namespace quellin

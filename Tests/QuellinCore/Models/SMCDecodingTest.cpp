@@ -128,9 +128,19 @@ TEST(SMCDecodingTest, TrimsOnlyBlanksAndNULsFromTypes) {
   EXPECT_THAT(decodeTemperature(0, bytes), Eq(std::nullopt));
 }
 
+TEST(SMCDecodingTest, KnowsTheFanSpeedsItCanDecode) {
+  for (const float value : {0.0F, -1.0F, 9.2e18F, -9.2e18F}) {
+    EXPECT_TRUE(canDecodeFanRPM(fourCharCode("flt "), littleEndian(value))) << value;
+  }
+  const Bytes notANumber = littleEndian(std::numeric_limits<float>::quiet_NaN());
+  EXPECT_TRUE(canDecodeFanRPM(fourCharCode("fpe2"), notANumber));
+  EXPECT_TRUE(canDecodeFanRPM(fourCharCode("flt "), {}));
+}
+
 TEST(SMCDecodingTest, EndsTheProcessOverAFanSpeedThatIsNoInteger) {
   for (const float value : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
                             -std::numeric_limits<float>::infinity(), 9.3e18F, -9.3e18F}) {
+    EXPECT_FALSE(canDecodeFanRPM(fourCharCode("flt "), littleEndian(value))) << value;
     EXPECT_DEATH(static_cast<void>(fanRPM("flt ", littleEndian(value))), "") << value;
   }
 }

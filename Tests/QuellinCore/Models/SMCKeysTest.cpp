@@ -12,11 +12,19 @@ namespace {
 
 using SMCDecoding::fourCharCode;
 using testing::Contains;
+using testing::Not;
 
 TEST(SMCKeysTest, NamesTheSpeedsOfAFanByItsNumber) {
   EXPECT_EQ(SMCKeys::fanSpeed(0, SMCKeys::currentSpeed), "F0Ac");
   EXPECT_EQ(SMCKeys::fanSpeed(3, SMCKeys::minimumSpeed), "F3Mn");
   EXPECT_EQ(SMCKeys::fanSpeed(14, SMCKeys::maximumSpeed), "F14Mx");
+}
+
+TEST(SMCKeysTest, KnowsTheSpeedsOfAllFans) {
+  const auto speeds = SMCKeys::fanSpeeds();
+  EXPECT_EQ(speeds.size(), (3 * 10) + (2 * 5));
+  EXPECT_THAT(speeds, Contains(fourCharCode("F0Ac")));
+  EXPECT_THAT(speeds, Not(Contains(fourCharCode("FNum"))));
 }
 
 TEST(SMCKeysTest, HoldsEveryFanAndEveryKnownSensor) {

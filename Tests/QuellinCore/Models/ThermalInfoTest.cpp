@@ -55,6 +55,15 @@ TEST(ThermalInfoDeathTest, EndsTheProcessOnAPressureThatIsNegativeWhenSigned) {
   EXPECT_DEATH(static_cast<void>(thermalInfo(signals)), "");
 }
 
+TEST(ThermalInfoRulesTest, KnowsThePressuresItCanReckonWith) {
+  ThermalSignals signals;
+  EXPECT_TRUE(canReckonWith(signals));
+  signals.pressureState = std::numeric_limits<std::int64_t>::max();
+  EXPECT_TRUE(canReckonWith(signals));
+  signals.pressureState = std::uint64_t{1} << 63U;
+  EXPECT_FALSE(canReckonWith(signals));
+}
+
 TEST(ThermalStateTest, IsNamedByItsExactRawString) {
   EXPECT_EQ(rawValue(ThermalState::nominal), "nominal");
   EXPECT_EQ(rawValue(ThermalState::fair), "fair");

@@ -45,6 +45,14 @@ TEST(CheckedArithmeticTest, RoundsHalvesAwayFromZero) {
   EXPECT_EQ(roundedToInt64(0x1p63 - 1024), largest - 1023);
 }
 
+TEST(CheckedArithmeticTest, KnowsWhatRoundsToAnInteger) {
+  for (const double value : {0.0, -0x1p63, -0x1p63 - 0.4, 0x1p63 - 1024}) EXPECT_TRUE(roundsToInt64(value));
+  for (const double value : {0x1p63, -0x1p63 - 2048, std::numeric_limits<double>::infinity(),
+                             std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(roundsToInt64(value)) << value;
+  }
+}
+
 TEST(CheckedArithmeticDeathTest, EndsTheProcessWhereRoundingHasNoResult) {
   EXPECT_DEATH(static_cast<void>(roundedToInt64(0x1p63)), "");
   EXPECT_DEATH(static_cast<void>(roundedToInt64(-0x1p63 - 2048)), "");

@@ -2,39 +2,46 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+
+#include "QuellinCore/Models/EnergyDelta.h"
+#include "QuellinCore/Models/ProcessSample.h"
+#include "QuellinCore/Support/CheckedArithmetic.h"
 
 namespace quellin {
 namespace {
 
 constexpr double sameInterval = 1e-6;
 
-// The next double above the largest integer of the type is exact; that integer itself is none.
-template <class Integer>
-Integer saturated(double value, double beyond) {
-  const double rounded = std::round(value);
-  if (rounded >= beyond) return std::numeric_limits<Integer>::max();
-  if (rounded <= static_cast<double>(std::numeric_limits<Integer>::min())) {
-    return std::numeric_limits<Integer>::min();
-  }
-  return static_cast<Integer>(rounded);
+// `value`, rounded and cut to this magnitude.
+std::int64_t roundedWithin(std::int64_t largest, double value) {
+  if (!roundsToInt64(value)) return value < 0 ? -largest : largest;
+  return std::clamp(roundedToInt64(value), -largest, largest);
 }
 
 }  // namespace
 
 IntervalScale::IntervalScale(Seconds captured, Seconds waited) {
   const bool isKnown = captured.count() > 0 && waited.count() > 0;
-  if (isKnown && std::abs((waited - captured).count()) > sameInterval) factor_ = waited / captured;
+  if (!isKnown || std::abs((waited - captured).count()) <= sameInterval) return;
+  const double factor = waited / captured;
+  if (std::isfinite(factor)) factor_ = factor;
 }
 
-std::int64_t IntervalScale::gain(std::int64_t captured) const {
-  return factor_ ? saturated<std::int64_t>(static_cast<double>(captured) * *factor_, 0x1p63) : captured;
+std::vector<EnergyChannel> IntervalScale::later(std::vector<EnergyChannel> gains) const {
+  if (!factor_) return gains;
+  const std::int64_t largest = largestEnergyGain(gains.size());
+  for (EnergyChannel& channel : gains) {
+    channel.nanojoules = roundedWithin(largest, static_cast<double>(channel.nanojoules) * *factor_);
+  }
+  return gains;
 }
 
 std::uint64_t IntervalScale::counter(std::uint64_t before, std::uint64_t after) const {
   if (!factor_ || after <= before) return after;
-  const auto gained = saturated<std::uint64_t>(static_cast<double>(after - before) * *factor_, 0x1p64);
-  return before + std::min(gained, std::numeric_limits<std::uint64_t>::max() - before);
+  const std::uint64_t room = std::max(after, largestProcessCounter) - before;
+  const double gained = static_cast<double>(after - before) * *factor_;
+  if (!roundsToInt64(gained)) return before + room;
+  return before + std::min(static_cast<std::uint64_t>(roundedToInt64(gained)), room);
 }
 
 std::optional<std::uint64_t> IntervalScale::counter(std::optional<std::uint64_t> before,

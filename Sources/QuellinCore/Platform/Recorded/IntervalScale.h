@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
+#include "QuellinCore/Models/EnergyChannel.h"
 #include "QuellinCore/Models/ProcessUsage.h"
 #include "QuellinCore/Support/Clock.h"
 
@@ -13,13 +15,14 @@ namespace quellin {
 class IntervalScale {
  public:
   /// Leaves gains as they are when the reader waited as long as the capture (to a microsecond), when the
-  /// clock did not move, or when the capture knows no interval.
+  /// clock did not move, or when the capture knows no interval or one too short to stretch.
   IntervalScale(Seconds captured, Seconds waited);
 
-  /// The gain over the time waited; cut to the range of its type.
-  [[nodiscard]] std::int64_t gain(std::int64_t captured) const;
+  /// The gains over the time waited, cut to what can be added up.
+  [[nodiscard]] std::vector<EnergyChannel> later(std::vector<EnergyChannel> gains) const;
 
-  /// The later counters over the time waited. A counter that fell or that is not in both stays as it is.
+  /// The later counters over the time waited, cut to what can be added up. A counter that fell or that is not
+  /// in both stays as it is.
   [[nodiscard]] ProcessUsage later(const ProcessUsage& before, const ProcessUsage& after) const;
 
  private:

@@ -100,11 +100,9 @@ class RecordedMeasurement final : public EnergyMeasurement {
       : player_(std::move(player)), answers_(std::move(answers)), begun_(player_->monotonicClock().now()) {}
 
   std::optional<std::vector<EnergyChannel>> finish() override {
-    auto channels = answers_->energy->channels;
-    if (!channels) return std::nullopt;
-    const IntervalScale scale{answers_->energy->interval, player_->monotonicClock().now() - begun_};
-    for (EnergyChannel& channel : *channels) channel.nanojoules = scale.gain(channel.nanojoules);
-    return channels;
+    const EnergyAnswer& energy = *answers_->energy;
+    if (!energy.channels) return std::nullopt;
+    return IntervalScale{energy.interval, player_->monotonicClock().now() - begun_}.later(*energy.channels);
   }
 
  private:

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "QuellinCore/Platform/Recorded/TraceLimits.h"
 #include "QuellinCore/Platform/Recorded/TraceTick.h"
 #include "QuellinCore/Support/JSONEncoder.h"
 
@@ -156,6 +157,7 @@ Fault readTick(TraceTick tick, HostAnswers& answers) {
 }  // namespace
 
 std::expected<std::string, std::string> tickLine(const HostAnswers& answers, SerialNumbers serialNumbers) {
+  if (auto fault = numberFault(answers)) return std::unexpected(*std::move(fault));
   auto line = encodeJSON(spelled(answers, serialNumbers));
   if (!line) return std::unexpected("\"" + line.error().path + "\": " + line.error().reason);
   return *std::move(line);
@@ -172,7 +174,9 @@ std::expected<HostAnswers, std::string> answersOfTickLine(JSONDecoder& decoder, 
   auto tick = decoder.decode<TraceTick>(line);
   if (!tick) return std::unexpected(reasonOf(tick.error()));
   HostAnswers answers;
-  if (auto fault = readTick(*std::move(tick), answers)) return std::unexpected(*std::move(fault));
+  auto fault = readTick(*std::move(tick), answers);
+  if (!fault) fault = numberFault(answers);
+  if (fault) return std::unexpected(*std::move(fault));
   return answers;
 }
 
@@ -190,6 +194,9 @@ std::expected<TraceHeader, HeaderFault> headerOfLine(JSONDecoder& decoder, std::
   }
   auto header = decoder.decode<TraceHeader>(line);
   if (!header) return std::unexpected(HeaderFault{.reason = reasonOf(header.error()), .isNewer = false});
+  if (auto fault = numberFault(*header)) {
+    return std::unexpected(HeaderFault{.reason = *std::move(fault), .isNewer = false});
+  }
   return *std::move(header);
 }
 

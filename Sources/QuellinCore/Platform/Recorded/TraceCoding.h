@@ -12,7 +12,7 @@
 /// The lines of a trace and what they mean. Errors are texts that say what is wrong with the line.
 namespace quellin {
 
-/// The answers of one tick as a line, without a line feed.
+/// The answers of one tick as a line, without a line feed. What no reader would take is not written.
 [[nodiscard]] std::expected<std::string, std::string> tickLine(const HostAnswers& answers,
                                                                SerialNumbers serialNumbers);
 

@@ -217,6 +217,8 @@ TEST(TraceReaderTest, RefusesWrongTypesWithLineAndPlace) {
            Case{R"("stateCode":0)", R"("stateCode":"0")", "thermal.stateCode"},
            Case{R"("pid":1,"user")", R"("pid":4294967297,"user")", "processes.first[0].pid"},
            Case{R"("user":1,)", "", "process 1"},
+           Case{R"("wall":1741081260.5)", R"("wall":1e300)", "wall"},
+           Case{R"("seconds":0.35)", R"("seconds":-1)", "processes.seconds"},
        }) {
     const TraceError error = errorOf(tickWith(piece, replacement));
     EXPECT_EQ(error.path, "day");
