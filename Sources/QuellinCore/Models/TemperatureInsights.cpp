@@ -27,7 +27,7 @@ std::optional<Reading> representative(const TemperatureSelection& selection,
   if (const auto mean = selection.meanTemperature(&Traits::isSiliconDieSensor)) {
     return Reading{"silicon_avg", "Silicon Avg", *mean};
   }
-  if (const Entry* preferred = selection.first(&Traits::isPreferredCPUSensor)) {
+  if (const Entry* preferred = selection.preferredCPUSensor()) {
     return Reading{preferred->sensor->key, "CPU Avg", preferred->sensor->temperature};
   }
   if (auto reading = selection.batteryReading(battery)) return reading;
@@ -78,7 +78,7 @@ std::array<std::optional<Reading>, 6> categorySlots(const TemperatureSelection& 
   auto peak = selection.siliconPeakReading();
   auto batteryRow = selection.batteryReading(battery);
   auto storage = selection.categoryReading(&Traits::isStorageSensor, "storage", "Storage");
-  auto memory = selection.categoryReading(&Traits::isMemorySensor, "memory", "Memory");
+  auto memory = selection.memoryReading();
   auto ambient = selection.ambientReading();
   auto wireless = selection.categoryReading(&Traits::isWirelessSensor, "wireless", "Wireless");
   if (includePeak) return {peak, batteryRow, storage, memory, ambient, wireless};

@@ -18,9 +18,9 @@ TemperatureSelection::Reading TemperatureSelection::Entry::reading() const {
   return {.id = sensor->key, .label = std::string(traits.displayLabel), .temperature = sensor->temperature};
 }
 
-const TemperatureSelection::Entry* TemperatureSelection::first(Trait trait) const {
+const TemperatureSelection::Entry* TemperatureSelection::preferredCPUSensor() const {
   for (const Entry& entry : entries_) {
-    if (entry.traits.*trait) return &entry;
+    if (entry.traits.isPreferredCPUSensor) return &entry;
   }
   return nullptr;
 }
@@ -62,6 +62,10 @@ std::optional<TemperatureSelection::Reading> TemperatureSelection::categoryReadi
   const Entry* hottest = highestMatchingSensor(trait);
   if (hottest == nullptr) return std::nullopt;
   return Reading{std::string(id), std::string(label), hottest->sensor->temperature};
+}
+
+std::optional<TemperatureSelection::Reading> TemperatureSelection::memoryReading() const {
+  return categoryReading(&Traits::isMemorySensor, "memory", "Memory");
 }
 
 std::optional<TemperatureSelection::Reading> TemperatureSelection::ambientReading() const {

@@ -33,8 +33,8 @@ class TemperatureSelection {
   /// All sensors, in input order.
   [[nodiscard]] std::span<const Entry> entries() const { return entries_; }
 
-  /// The first sensor in input order that has the trait; null when none has.
-  [[nodiscard]] const Entry* first(Trait trait) const;
+  /// The first sensor in input order that measures the whole processor; null when none does.
+  [[nodiscard]] const Entry* preferredCPUSensor() const;
 
   /// The hottest sensor that has the trait, the earliest among equals; null when none has.
   [[nodiscard]] const Entry* highestMatchingSensor(Trait trait) const;
@@ -51,6 +51,9 @@ class TemperatureSelection {
   /// The hottest sensor that has the trait, as a row with this identifier and label; no value when none has.
   [[nodiscard]] std::optional<Reading> categoryReading(Trait trait, std::string_view id,
                                                        std::string_view label) const;
+
+  /// The hottest memory sensor as "Memory".
+  [[nodiscard]] std::optional<Reading> memoryReading() const;
 
   /// The hottest sensor that tells the temperature around the machine, under its display label.
   [[nodiscard]] std::optional<Reading> ambientReading() const;

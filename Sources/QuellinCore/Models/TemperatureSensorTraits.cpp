@@ -8,6 +8,7 @@
 #include <string>
 
 #include "QuellinCore/Support/LetterCase.h"
+#include "QuellinCore/Support/Text.h"
 
 namespace quellin {
 namespace {
@@ -85,9 +86,16 @@ PhraseSet phrasesIn(std::string_view lowerCaseName) {
   return found;
 }
 
+std::size_t characterCount(std::string_view text) {
+  std::size_t count = 0;
+  for (; !text.empty(); ++count) text.remove_prefix(firstUTF8Step(text).length);
+  return count;
+}
+
 bool isCoreKey(std::string_view key) {
-  if (key.size() != 4) return false;
-  return key.starts_with("Tp0") || (key.starts_with("TC") && key.ends_with('C') && key != "TC0C");
+  const bool namesCore =
+      key.starts_with("Tp0") || (key.starts_with("TC") && key.ends_with('C') && key != "TC0C");
+  return namesCore && characterCount(key) == 4;
 }
 
 std::string_view displayLabel(const TemperatureSensor& sensor, const TemperatureSensorTraits& traits,

@@ -11,9 +11,9 @@ namespace quellin {
 ///
 /// What a host provides, each on its own, absent when it cannot be had:
 /// - `stateCode`: the process's thermal state as the host's number, out-of-range numbers included.
-/// - `pressureState`: the 64-bit state of "com.apple.system.thermalpressurelevel" as read, uncapped. Absent
-/// when
-///   registering for it or reading it fails. A token is registered and given back within every call.
+/// - `pressureState`: the 64-bit state of "com.apple.system.thermalpressurelevel" as read, uncapped.
+///   Absent when registering for it or reading it fails. A token is registered and given back within
+///   every call.
 /// - `isLowPowerMode`: whether the user has switched low-power mode on.
 /// A host without such a signal leaves it absent rather than guess one from something else.
 ///

@@ -192,6 +192,8 @@ TEST(TemperatureInsightsTest, NeverLetsNaNReplaceATemperature) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(representative({{"a", "Duct", 40}, {"b", "Pipe", nan}}), (Reading{"a", "Duct", 40}));
   EXPECT_TRUE(std::isnan(representative({{"a", "CPU Core 1", 40}, {"b", "CPU Core 2", nan}})->temperature));
+  EXPECT_TRUE(std::isnan(representative({{"a", "Pipe", nan}, {"b", "Duct", 40}})->temperature))
+      << "nothing is hotter than it";
   const Sensors sensors{
       {"a", "Pipe", nan}, {"b", "Duct", 40}, {"c", "Vent", 41}, {"d", "Grille", nan}, {"e", "Lid", 42}};
   const auto rows = dashboard(sensors, batteryAt(30));

@@ -57,12 +57,16 @@ INSTANTIATE_TEST_SUITE_P(Keys, TemperatureSensorTraitsTest,
                          ::testing::Values(TraitsCase{"Tp01", "x", "csh"}, TraitsCase{"Tp0Z", "x", "csh"},
                                            TraitsCase{"Tp1A", "x", "h"}, TraitsCase{"Tp0", "x", "h"},
                                            TraitsCase{"Tp011", "x", "h"}, TraitsCase{"tp01", "x", "h"},
-                                           TraitsCase{"TC1C", "x", "csh"}, TraitsCase{"TCAC", "x", "csh"},
-                                           TraitsCase{"TC0C", "x", "h"}, TraitsCase{"TC1c", "x", "h"},
-                                           TraitsCase{"TC1D", "x", "h"}, TraitsCase{"TCC", "x", "h"},
-                                           TraitsCase{"TC10C", "x", "h"}, TraitsCase{"TC0P", "x", "ph"},
-                                           TraitsCase{"TC0D", "x", "ph"}, TraitsCase{"TC0d", "x", "h"},
-                                           TraitsCase{"TC1P", "x", "h"}));
+                                           TraitsCase{"Tp0\xC3\xA9", "x", "csh"},
+                                           TraitsCase{"TC\xC3\xA9"
+                                                      "C",
+                                                      "x", "csh"},
+                                           TraitsCase{"TC\xC3\xA9", "x", "h"}, TraitsCase{"TC1C", "x", "csh"},
+                                           TraitsCase{"TCAC", "x", "csh"}, TraitsCase{"TC0C", "x", "h"},
+                                           TraitsCase{"TC1c", "x", "h"}, TraitsCase{"TC1D", "x", "h"},
+                                           TraitsCase{"TCC", "x", "h"}, TraitsCase{"TC10C", "x", "h"},
+                                           TraitsCase{"TC0P", "x", "ph"}, TraitsCase{"TC0D", "x", "ph"},
+                                           TraitsCase{"TC0d", "x", "h"}, TraitsCase{"TC1P", "x", "h"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Labels, TemperatureSensorTraitsTest,

@@ -43,6 +43,17 @@ TEST(PowerBudgetMonitorTest, ChecksEachComponentAgainstItsOwnLimitInAFixedOrder)
               ElementsAre(Alert{"GPU", 3, 1, "GPU power (3.0W) exceeds threshold (1.0W)"}));
 }
 
+TEST(PowerBudgetMonitorTest, MixesUpNoLimits) {
+  const PowerBudgetMonitor monitor{
+      .cpuThreshold = 10, .gpuThreshold = 20, .aneThreshold = 30, .systemThreshold = 40};
+  EXPECT_THAT(monitor.check(metrics(10, 20, 30, 40)), IsEmpty());
+  EXPECT_THAT(monitor.check(metrics(11, 21, 31, 41)),
+              ElementsAre(Alert{"CPU", 11, 10, "CPU power (11.0W) exceeds threshold (10.0W)"},
+                          Alert{"GPU", 21, 20, "GPU power (21.0W) exceeds threshold (20.0W)"},
+                          Alert{"ANE", 31, 30, "ANE power (31.0W) exceeds threshold (30.0W)"},
+                          Alert{"System", 41, 40, "System power (41.0W) exceeds threshold (40.0W)"}));
+}
+
 struct MessageCase {
   double watts;
   double threshold;

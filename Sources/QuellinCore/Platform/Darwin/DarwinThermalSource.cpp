@@ -17,10 +17,11 @@ class DarwinThermalSource final : public ThermalSource {
  public:
   [[nodiscard]] ThermalSignals read() override {
     const darwin::ProcessInformation process;
-    const auto pressure = darwin::readThermalPressure();
-    return {.stateCode = process.thermalState(),
-            .pressureState = pressure ? std::optional{*pressure} : std::nullopt,
-            .isLowPowerMode = process.isLowPowerModeEnabled()};
+    ThermalSignals signals;
+    signals.stateCode = process.thermalState();
+    if (const auto pressure = darwin::readThermalPressure()) signals.pressureState = *pressure;
+    signals.isLowPowerMode = process.isLowPowerModeEnabled();
+    return signals;
   }
 
   [[nodiscard]] SourceDiagnosis diagnose() override {
