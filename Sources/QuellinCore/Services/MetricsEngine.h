@@ -19,7 +19,8 @@ namespace quellin {
 /// Lives on the main executor: every operation must be called there and ends the process elsewhere, and
 /// observers are called there. Reads run on a background thread. Destroying the engine ends the polling and
 /// waits for a read in flight; observers are not called any more. An observer may unsubscribe, stop or
-/// destroy the engine inside its own call.
+/// destroy the engine inside its own call. What an observer throws leaves through the main executor's loop
+/// and ends the polling.
 class MetricsEngine {
  public:
   /// One full read of the machine. Called on background threads, after a restart on two at a time; may block,

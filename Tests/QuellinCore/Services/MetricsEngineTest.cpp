@@ -386,6 +386,54 @@ TEST_F(MetricsEngineTest, AnObserverOfTheRunningStateMayDestroyTheEngine) {
   EXPECT_TRUE(background->work.empty());
 }
 
+TEST_F(MetricsEngineTest, AnObserverOfTheHistoryMayDestroyTheEngine) {
+  std::vector<double> seen;
+  const auto subscription = engine->observeHistory([&](const std::vector<SystemPowerState>& history) {
+    engine.reset();
+    seen = stampsOf(history);
+  });
+  engine->start();
+  settle();
+  finishRead();
+  EXPECT_THAT(seen, ElementsAre(1)) << "the history outlives the engine for the length of the call";
+  EXPECT_THAT(background->pendingAlarms(), IsEmpty());
+}
+
+TEST_F(MetricsEngineTest, AnObserverOfTheEndMayDestroyTheEngine) {
+  const auto destroyAtEnd = [&] {
+    return engine->observeIsRunning([&](bool isRunning) {
+      if (!isRunning) engine.reset();
+    });
+  };
+  const auto whenStopped = destroyAtEnd();
+  engine->start();
+  engine->stop();
+  EXPECT_EQ(engine, nullptr);
+
+  engine = makeEngine();
+  const auto whenRestarted = destroyAtEnd();
+  engine->start();
+  engine->setInterval(Seconds{9});
+  settle();
+  EXPECT_EQ(engine, nullptr);
+  EXPECT_TRUE(background->work.empty());
+}
+
+TEST_F(MetricsEngineTest, AnObserverOfTheEndMayStartAgainAndThereIsOneLoop) {
+  const auto subscription = engine->observeIsRunning([&](bool isRunning) {
+    if (!isRunning) engine->start();
+  });
+  engine->start();
+  settle();
+  finishRead();
+  engine->setInterval(Seconds{9});
+  settle();
+  EXPECT_TRUE(engine->isRunning());
+  EXPECT_EQ(background->work.size(), 1U);
+  finishRead();
+  EXPECT_THAT(background->pendingAlarms(), ElementsAre(background->now + Seconds{9}));
+}
+
 TEST_F(MetricsEngineTest, OperationsElsewhereThanOnTheMainExecutorEndTheProcess) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_DEATH(std::thread([&] { engine->start(); }).join(), "");
