@@ -33,7 +33,8 @@ struct SystemReader {
   /// The readers over `sources`, which wait on `monotonicClock`; both clocks must outlive them. `helper` is
   /// the tool to ask for temperatures; one that is not installed, such as that of an empty path, has none.
   [[nodiscard]] static SystemReader over(const PlatformSources& sources, PrivilegedSMCHelperService helper,
-                                         MonotonicClock& monotonicClock, const WallClock& wallClock);
+                                         MonotonicClock& monotonicClock = systemMonotonicClock(),
+                                         const WallClock& wallClock = systemWallClock());
 
  private:
   [[nodiscard]] std::vector<TemperatureSensor> readTemperatures() const;

@@ -10,12 +10,16 @@
 namespace quellin::cli {
 namespace {
 
-// The tool is shipped beside this program.
+// The tool lies beside this program where it is built, and in a folder for programs of programs where it is
+// installed.
 std::filesystem::path bundledHelper(const std::string& program) {
   std::error_code error;
   std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
   if (error) self = std::filesystem::absolute(program);
-  return self.parent_path() / ProTelemetryService::bundledHelperName;
+  const std::filesystem::path folder = self.parent_path();
+  const auto installed = folder.parent_path() / "libexec/quellin" / ProTelemetryService::bundledHelperName;
+  return std::filesystem::exists(installed, error) ? installed
+                                                   : folder / ProTelemetryService::bundledHelperName;
 }
 
 ExitStatus showStatus(const Invocation& invocation) {

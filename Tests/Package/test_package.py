@@ -1,0 +1,100 @@
+"""Installs the build, uses it as others would, and packs it for Debian.
+
+usage: test_package.py BUILD_FOLDER COMPILER
+"""
+
+import json
+import os
+import re
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+BUILD = Path(sys.argv.pop(1)).resolve()
+COMPILER = sys.argv.pop(1)
+
+PROGRAM_FILES = {
+    "bin/quellin", "libexec/quellin/QuellinHelper", "share/man/man1/quellin.1",
+    "share/bash-completion/completions/quellin", "share/zsh/vendor-completions/_quellin",
+    "share/fish/vendor_completions.d/quellin.fish", "lib/systemd/system/quellin-record.service",
+}
+
+
+def run(*command, **options):
+    result = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{command}: exit status {result.returncode}\n{result.stdout}{result.stderr}")
+    return result.stdout
+
+
+class PackageTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(tempfile.mkdtemp(prefix="quellin-package-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder)
+        cls.prefix = cls.folder / "installed"
+        run("cmake", "--install", BUILD, "--prefix", cls.prefix)
+
+    def assert_exports_a_session(self, text):
+        records = [json.loads(line) for line in text.splitlines()]
+        self.assertEqual([record["recordType"] for record in records], ["session", "sample"])
+        self.assertEqual(records[0]["session"]["title"], "Consumer")
+
+    def test_every_file_has_its_place(self):
+        found = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*") if path.is_file()}
+        self.assertLessEqual(PROGRAM_FILES, found)
+        self.assertTrue(any(re.fullmatch(r"lib/.*/cmake/QuellinCore/QuellinCoreConfig.cmake|"
+                                         r"lib/cmake/QuellinCore/QuellinCoreConfig.cmake", name) for name in found))
+        self.assertIn("include/QuellinCore/Sessions/PowerSessionStore.h", found)
+        self.assertFalse([name for name in found if "/Linux/" in name or "/Darwin/" in name or "Test" in name])
+
+    def test_the_tool_is_not_privileged_until_somebody_says_so(self):
+        mode = os.stat(self.prefix / "libexec/quellin/QuellinHelper").st_mode
+        self.assertEqual(stat.S_IMODE(mode), 0o755)
+
+    def test_the_installed_program_runs(self):
+        self.assertRegex(run(self.prefix / "bin/quellin", "--version"), r"^quellin \d+\.\d+\.\d+\n$")
+
+    def test_a_cmake_project_builds_against_it(self):
+        build = self.folder / "consumer"
+        run("cmake", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
+            f"-DCMAKE_CXX_COMPILER={COMPILER}")
+        run("cmake", "--build", build)
+        self.assert_exports_a_session(run(build / "consumer"))
+
+    def test_a_project_with_pkg_config_builds_against_it(self):
+        package = next(self.prefix.rglob("quellincore.pc"))
+        environment = {**os.environ, "PKG_CONFIG_PATH": str(package.parent)}
+        flags = run("pkg-config", "--static", "--cflags", "--libs", "quellincore", env=environment)
+        program = self.folder / "with-pkg-config"
+        run(COMPILER, "-std=c++23", HERE / "Consumer/main.cpp", "-o", program, *flags.split())
+        self.assert_exports_a_session(run(program))
+
+    def test_every_header_that_is_installed_stands_alone(self):
+        include = self.prefix / "include"
+        headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
+        self.assertGreater(len(headers), 80)
+        source = self.folder / "headers.cpp"
+        source.write_text("".join(f'#include "{name}"\n' for name in reversed(headers)), encoding="utf-8")
+        run(COMPILER, "-std=c++23", "-fsyntax-only", f"-I{include}", source)
+
+    def test_debian_packages_are_made(self):
+        packages = self.folder / "packages"
+        run("cpack", "--config", BUILD / "CPackConfig.cmake", "-B", packages)
+        made = {path.name.split("_")[0]: path for path in packages.glob("*.deb")}
+        self.assertEqual(set(made), {"quellin", "libquellincore-dev"})
+        listing = run("dpkg-deb", "--contents", made["quellin"])
+        for name in PROGRAM_FILES:
+            self.assertIn(f" ./usr/{name}\n", listing)
+        self.assertRegex(listing, r"-rwxr-xr-x root/root .*/QuellinHelper\n")
+        control = run("dpkg-deb", "--field", made["quellin"], "Depends")
+        self.assertIn("libsqlite3-0", control)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], "-v"])

@@ -1,0 +1,17 @@
+# What a shared library shows to those who link it: the names of our namespace and nothing else.
+set(QUELLIN_LIBRARY_TYPE STATIC)
+if(QUELLIN_SHARED)
+  set(QUELLIN_LIBRARY_TYPE SHARED)
+endif()
+
+function(quellin_export_own_symbols name)
+  target_compile_options(${name} PRIVATE -fvisibility=default -fvisibility-inlines-hidden)
+  if(APPLE)
+    set(list ${PROJECT_SOURCE_DIR}/cmake/exports.txt)
+    target_link_options(${name} PRIVATE -Wl,-exported_symbols_list,${list})
+  else()
+    set(list ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(${name} PRIVATE -Wl,--version-script,${list} -Wl,--no-undefined)
+  endif()
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${list})
+endfunction()
