@@ -171,6 +171,28 @@ TEST_F(IOReportBridgeTest, PrefersTheLibrarysOwnCountAndEntries) {
   EXPECT_EQ(system.calls.count("IOReportChannelGetChannelEntry"), 1);
 }
 
+TEST_F(IOReportBridgeTest, UsesEachOfTheLibrarysTwoFunctionsWithoutTheOther) {
+  for (const auto& symbol : optionalSymbols) {
+    system.loader.show(symbol);
+    const auto bridge = *IOReportBridge::load();
+    const auto delta = measure(*bridge);
+    EXPECT_EQ(bridge->channelCount(delta.get()), 2);
+    EXPECT_EQ(bridge->channelName(bridge->channelEntry(delta.get(), 0)), "CPU Energy");
+    EXPECT_EQ(system.calls.count(symbol), 1);
+    system.loader.hide(symbol);
+  }
+}
+
+TEST_F(IOReportBridgeTest, HasNoNamesThatTheLibraryDoesNotGive) {
+  const auto bridge = *IOReportBridge::load();
+  const auto delta = measure(*bridge);
+  CFDictionaryRef entry = bridge->channelEntry(delta.get(), 0);
+  system.calls.failNth("IOReportChannelGetGroup", 1);
+  EXPECT_EQ(bridge->channelGroupName(entry), std::nullopt);
+  system.calls.failNth("IOReportChannelGetChannelName", 1);
+  EXPECT_EQ(bridge->channelName(entry), std::nullopt);
+}
+
 TEST_F(IOReportBridgeTest, KnowsNoUnitsWhereTheLibraryDoesNot) {
   system.loader.hide("IOReportChannelGetUnitLabel");
   const auto bridge = *IOReportBridge::load();

@@ -164,6 +164,14 @@ INSTANTIATE_TEST_SUITE_P(
                                   EXPECT_EQ(battery.designCapacity, 5000);
                                   EXPECT_EQ(battery.healthPercent, 100);
                                 }},
+                      MergeCase{"DesignOfWrongKind",
+                                {{"AppleRawMaxCapacity", 5000_i}, {"DesignCapacity", 6000.0}},
+                                {},
+                                expects(&BatteryInfo::designCapacity, 5000)},
+                      MergeCase{"CyclesOfWrongKind",
+                                {{"CycleCount", NumberObject{7}}},
+                                {{"CycleCount", 8_i}},
+                                expects(&BatteryInfo::cycleCount, 0)},
                       MergeCase{"NoDesignAndNoMaximum",
                                 {},
                                 {},

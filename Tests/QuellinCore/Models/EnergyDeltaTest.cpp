@@ -1,4 +1,5 @@
 #include <limits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,15 @@ TEST(EnergyDeltaRulesTest, GivesNothingUnlessTheIntervalIsAboveZero) {
 
 TEST(EnergyDeltaRulesTest, DividesByTheInterval) {
   EXPECT_DOUBLE_EQ(parseEnergyDelta(Channels{{"CPU Energy", 3'000'000'000}}, Seconds{2})->cpuPower, 1.5);
+}
+
+// What an exact channel adds to a sum would never be seen, except by the sum's overflow.
+TEST(EnergyDeltaRulesTest, NeverAddsAnExactChannelToASum) {
+  constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
+  for (const auto& [exact, other] : {std::pair{"CPU Energy", "ECPU"}, std::pair{"GPU Energy", "GPU0"},
+                                     std::pair{"ANE0", "ANE1"}, std::pair{"DRAM0", "DRAM1"}}) {
+    EXPECT_TRUE(parseEnergyDelta(Channels{{other, 1}, {exact, highest}}, tenth).has_value()) << exact;
+  }
 }
 
 TEST(EnergyDeltaRulesDeathTest, EndsTheProcessWhenASumOverflows) {

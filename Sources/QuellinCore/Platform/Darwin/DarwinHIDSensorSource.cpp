@@ -65,7 +65,9 @@ Services readServices(const HIDFunctions& functions) {
   }
   functions.setMatching(client.get(), matching.get());
   const auto services = OwnedCF<CFArrayRef>::adopt(functions.copyServices(client.get()));
-  if (!services) return std::unexpected(darwin::absentFault("The event system has no temperature services."));
+  if (!services || CFArrayGetCount(services.get()) == 0) {
+    return std::unexpected(darwin::absentFault("The event system has no temperature services."));
+  }
 
   const auto productKey = darwin::makeString("Product");
   std::vector<HIDTemperatureService> list;

@@ -17,6 +17,11 @@ Amount thousandths(std::optional<std::int64_t> millionths) { return scaled(milli
 
 Amount positive(Amount value) { return value && *value > 0 ? value : std::nullopt; }
 
+// Seconds as minutes; below 0 stand the codes of drivers that have no estimate.
+Amount minutes(std::optional<std::int64_t> seconds) {
+  return seconds && *seconds >= 0 ? scaled(seconds, 1.0 / 60) : std::nullopt;
+}
+
 // Power or energy over voltage: µW and mV give mA, µWh and mV give mAh.
 Amount overVoltage(std::optional<std::int64_t> value, Amount millivolts) {
   return value && millivolts ? Amount{static_cast<double>(*value) / *millivolts} : std::nullopt;
@@ -123,10 +128,10 @@ BatteryPack batteryPack(const PowerSupply& battery) {
   pack.temperature = scaled(battery.temperature, 10);
   // Drivers that do not know the count give 0; a count of 0 looks the same either way.
   pack.cycleCount = positive(scaled(battery.cycleCount, 1));
-  pack.minutesToEmpty = scaled(battery.timeToEmptyNow, 1.0 / 60);
-  pack.minutesToEmptyAverage = scaled(battery.timeToEmptyAverage, 1.0 / 60);
-  pack.minutesToFull = scaled(battery.timeToFullNow, 1.0 / 60);
-  pack.minutesToFullAverage = scaled(battery.timeToFullAverage, 1.0 / 60);
+  pack.minutesToEmpty = minutes(battery.timeToEmptyNow);
+  pack.minutesToEmptyAverage = minutes(battery.timeToEmptyAverage);
+  pack.minutesToFull = minutes(battery.timeToFullNow);
+  pack.minutesToFullAverage = minutes(battery.timeToFullAverage);
   pack.health = meaningful(battery.health);
   pack.serialNumber = meaningful(battery.serialNumber);
   return pack;

@@ -28,7 +28,7 @@ std::optional<std::int64_t> stateCode(const CoolingDevice& device) {
 }  // namespace
 
 std::expected<CoolingDevices, SystemError> readCoolingDevices(const FileTree& sys) {
-  const auto names = sortedNames(sys, thermalDirectory);
+  const auto names = classEntries(sys, thermalDirectory);
   if (!names) return std::unexpected(names.error());
   CoolingDevices result;
   const auto keep = [&](const std::string& path, auto value) {

@@ -12,17 +12,25 @@ struct Total {
   std::optional<std::int64_t> nanojoules;
   bool isBroken = false;
 
-  void add(std::optional<std::int64_t> microjoules, std::int64_t sign) {
+  void add(std::optional<std::int64_t> microjoules) {
     if (!microjoules) isBroken = true;
     if (isBroken) return;
-    const std::int64_t part = checkedMul(*microjoules, sign * nanojoulesPerMicrojoule);
-    nanojoules = checkedAdd(nanojoules.value_or(0), part);
+    nanojoules = checkedAdd(nanojoules.value_or(0), checkedMul(*microjoules, nanojoulesPerMicrojoule));
   }
 
   void appendTo(std::vector<EnergyChannel>& channels, const char* name) const {
     if (nanojoules && !isBroken) channels.push_back({.name = name, .nanojoules = *nanojoules});
   }
 };
+
+// What is left of the packages without the graphics inside them.
+Total without(Total packages, const Total& graphics) {
+  if (graphics.isBroken) packages.isBroken = true;
+  if (packages.nanojoules) {
+    packages.nanojoules = checkedSub(*packages.nanojoules, graphics.nanojoules.value_or(0));
+  }
+  return packages;
+}
 
 }  // namespace
 
@@ -35,25 +43,24 @@ std::optional<std::int64_t> counterGain(std::int64_t before, std::int64_t after,
 }
 
 std::vector<EnergyChannel> energyTotals(std::span<const EnergyZoneGain> gains) {
-  Total processor;
+  Total packages;
   Total graphics;
   Total memory;
   for (const auto& [zone, microjoules] : gains) {
     switch (zone.domain) {
       case EnergyDomain::package:
-        processor.add(microjoules, 1);
+        packages.add(microjoules);
         break;
       case EnergyDomain::graphics:
-        processor.add(microjoules, -1);
-        graphics.add(microjoules, 1);
+        graphics.add(microjoules);
         break;
       case EnergyDomain::memory:
-        memory.add(microjoules, 1);
+        memory.add(microjoules);
         break;
     }
   }
   std::vector<EnergyChannel> channels;
-  processor.appendTo(channels, "CPU Energy");
+  without(packages, graphics).appendTo(channels, "CPU Energy");
   graphics.appendTo(channels, "GPU Energy");
   memory.appendTo(channels, "DRAM0");
   return channels;

@@ -17,14 +17,18 @@ std::optional<EnergyDomain> energyDomain(std::string_view zoneName) {
 
 }  // namespace
 
-std::expected<std::vector<EnergyZone>, SystemError> readEnergyZones(const FileTree& sys) {
-  const auto names = sortedNames(sys, powercapDirectory);
-  if (!names) return std::unexpected(names.error());
+std::expected<std::vector<EnergyZone>, ReadFault> readEnergyZones(const FileTree& sys) {
+  const auto names = classEntries(sys, powercapDirectory);
+  if (!names) return std::unexpected(ReadFault{sys.displayPath(powercapDirectory), names.error()});
   std::vector<EnergyZone> zones;
   for (const std::string& name : *names) {
     if (!name.starts_with(zonePrefix)) continue;
     const std::string directory = std::string{powercapDirectory} + "/" + name;
-    const auto domain = energyDomain(readText(sys, directory + "/name").value_or(""));
+    const auto zoneName = readText(sys, directory + "/name");
+    if (!zoneName && !saysAbsent(zoneName.error())) {
+      return std::unexpected(ReadFault{sys.displayPath(directory + "/name"), zoneName.error()});
+    }
+    const auto domain = energyDomain(zoneName.value_or(""));
     if (!domain) continue;
     zones.push_back({.domain = *domain,
                      .directory = directory,

@@ -35,8 +35,9 @@ inline constexpr const char* powercapDirectory = "class/powercap";
 
 /// The zones that the totals are made of, in natural order. The cores are left out because their package
 /// holds them, the whole platform ("psys") because it holds the packages, and the memory-mapped copies
-/// ("intel-rapl-mmio") because they count the same energy again.
-[[nodiscard]] std::expected<std::vector<EnergyZone>, SystemError> readEnergyZones(const FileTree& sys);
+/// ("intel-rapl-mmio") because they count the same energy again. A zone whose name cannot be read may belong
+/// to any total, so then there are no zones.
+[[nodiscard]] std::expected<std::vector<EnergyZone>, ReadFault> readEnergyZones(const FileTree& sys);
 
 /// The path of the zone's counter, below /sys.
 [[nodiscard]] std::string energyCounterPath(const EnergyZone& zone);

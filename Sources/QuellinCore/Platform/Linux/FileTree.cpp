@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "QuellinCore/Platform/Linux/KernelText.h"
+#include "QuellinCore/Platform/Linux/SourceReport.h"
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinCore/Support/Text.h"
 
 namespace quellin {
 namespace {
@@ -100,11 +102,18 @@ std::expected<std::vector<std::string>, SystemError> sortedNames(const FileTree&
   return names;
 }
 
+std::expected<std::vector<std::string>, SystemError> classEntries(const FileTree& tree,
+                                                                  const std::string& path) {
+  auto names = sortedNames(tree, path);
+  if (!names && saysAbsent(names.error())) return std::vector<std::string>{};
+  return names;
+}
+
 std::expected<std::string, SystemError> readText(const FileTree& tree, const std::string& path) {
   std::array<char, pageSize> buffer{};
   const auto text = tree.readInto(path.c_str(), buffer);
   if (!text) return std::unexpected(text.error());
-  return std::string{withoutSpaceAtEnds(*text)};
+  return repairedUTF8(withoutSpaceAtEnds(*text));
 }
 
 std::expected<std::int64_t, SystemError> readInteger(const FileTree& tree, const std::string& path) {

@@ -47,8 +47,13 @@ class FileTree {
 [[nodiscard]] std::expected<std::vector<std::string>, SystemError> sortedNames(const FileTree& tree,
                                                                                const std::string& path);
 
-/// The file's text without the white space and line breaks at its ends. Files of more than a page, which /sys
-/// does not have, are cut.
+/// The entries of one of the kernel's classes, such as "class/hwmon", in natural order. None where the class
+/// is missing: the kernel makes it with the first driver that needs it.
+[[nodiscard]] std::expected<std::vector<std::string>, SystemError> classEntries(const FileTree& tree,
+                                                                                const std::string& path);
+
+/// The file's text without the white space and line breaks at its ends, as valid UTF-8: what firmware writes
+/// is repaired with U+FFFD. Files of more than a page, which /sys does not have, are cut.
 [[nodiscard]] std::expected<std::string, SystemError> readText(const FileTree& tree, const std::string& path);
 
 /// The file's decimal integer; EINVAL when it holds anything else.

@@ -7,7 +7,7 @@
 namespace quellin {
 
 std::expected<std::vector<HwmonChip>, SystemError> readHwmonChips(const FileTree& sys) {
-  const auto names = sortedNames(sys, hwmonDirectory);
+  const auto names = classEntries(sys, hwmonDirectory);
   if (!names) return std::unexpected(names.error());
   std::vector<HwmonChip> chips;
   for (const std::string& name : *names) {

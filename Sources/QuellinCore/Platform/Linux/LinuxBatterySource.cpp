@@ -89,11 +89,13 @@ std::string describe(std::span<const PowerSupply> batteries) {
   if (std::ranges::any_of(batteries, countsEnergy)) {
     text += " The driver counts energy: capacities in mAh are approximate.";
   }
-  for (const PowerSupply& battery : batteries) {
-    for (const ReadFault& fault : battery.faults)
-      text += " " + fault.path + ": " + fault.error.description() + ".";
-  }
   return text;
+}
+
+std::vector<ReadFault> faultsOf(std::span<const PowerSupply> batteries) {
+  std::vector<ReadFault> faults;
+  for (const PowerSupply& battery : batteries) std::ranges::copy(battery.faults, std::back_inserter(faults));
+  return faults;
 }
 
 }  // namespace
@@ -121,8 +123,10 @@ SourceDiagnosis LinuxBatterySource::diagnose() {
   const auto supplies = readPowerSupplies(*sys_);
   if (!supplies) return unreadableSource(sourceName, {path, supplies.error()}, permission);
   const auto batteries = systemBatteries(*supplies);
-  if (!batteries.empty())
-    return availableSource(sourceName, describe(batteries), path + "/" + batteries.front().name);
+  if (!batteries.empty()) {
+    return availableInPart(sourceName, describe(batteries), path + "/" + batteries.front().name,
+                           faultsOf(batteries), permission);
+  }
   // A supply of unknown type may be the battery.
   for (const PowerSupply& supply : *supplies) {
     if (!supply.type && !supply.faults.empty())

@@ -68,19 +68,22 @@ std::unique_ptr<EnergyMeasurement> LinuxEnergySource::begin() {
 SourceDiagnosis LinuxEnergySource::diagnose() {
   const std::string path = sys_->displayPath(powercapDirectory);
   const auto zones = readEnergyZones(*sys_);
-  if (!zones) return unreadableSource(sourceName, {path, zones.error()}, permission);
+  if (!zones) return unreadableSource(sourceName, zones.error(), permission);
   if (zones->empty()) {
     return absentSource(sourceName, "The kernel publishes no energy counter of a processor package.", path);
   }
   std::string names;
+  std::vector<ReadFault> faults;
   for (const EnergyZone& zone : *zones) {
-    const auto count = readEnergyCount(*sys_, zone);
-    const std::string counter = sys_->displayPath(energyCounterPath(zone));
-    if (!count) return unreadableSource(sourceName, {counter, count.error()}, permission);
+    if (const auto count = readEnergyCount(*sys_, zone); !count) {
+      faults.push_back({sys_->displayPath(energyCounterPath(zone)), count.error()});
+      continue;
+    }
     names +=
         (names.empty() ? "" : ", ") + zone.directory.substr(std::string_view{powercapDirectory}.size() + 1);
   }
-  return availableSource(sourceName, "Read: " + names + ".", path);
+  if (names.empty()) return unreadableSource(sourceName, faults.front(), permission);
+  return availableInPart(sourceName, "Read: " + names + ".", path, faults, permission);
 }
 
 std::shared_ptr<EnergySource> nativeEnergySource() { return std::make_shared<LinuxEnergySource>(); }

@@ -73,7 +73,7 @@ bool belongsToPeripheral(const PowerSupply& supply) { return supply.scope == "De
 }  // namespace
 
 std::expected<std::vector<PowerSupply>, SystemError> readPowerSupplies(const FileTree& sys) {
-  auto names = sortedNames(sys, powerSupplyDirectory);
+  auto names = classEntries(sys, powerSupplyDirectory);
   if (!names) return std::unexpected(names.error());
   std::vector<PowerSupply> supplies;
   for (std::string& name : *names) supplies.push_back(readPowerSupply(sys, std::move(name)));

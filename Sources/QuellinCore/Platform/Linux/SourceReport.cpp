@@ -21,6 +21,16 @@ SourceDiagnosis availableSource(std::string source, std::string reason, std::str
           .remedy = std::nullopt};
 }
 
+SourceDiagnosis availableInPart(std::string source, std::string reason, std::string path,
+                                std::span<const ReadFault> faults, const char* permission) {
+  SourceDiagnosis diagnosis = availableSource(std::move(source), std::move(reason), std::move(path));
+  for (const ReadFault& fault : faults) {
+    diagnosis.reason += " " + fault.path + ": " + fault.error.description() + ".";
+    if (saysNotPermitted(fault.error)) diagnosis.remedy = permission;
+  }
+  return diagnosis;
+}
+
 SourceDiagnosis absentSource(std::string source, std::string reason, std::string path) {
   return {.source = std::move(source),
           .availability = SourceAvailability::absent,
@@ -32,9 +42,11 @@ SourceDiagnosis absentSource(std::string source, std::string reason, std::string
 SourceDiagnosis unreadableSource(std::string source, const ReadFault& fault,
                                  std::optional<std::string> permission) {
   const SourceAvailability availability = availabilityAfter(fault.error);
+  const bool isAbsent = availability == SourceAvailability::absent;
   return {.source = std::move(source),
           .availability = availability,
-          .reason = "Reading failed: " + fault.error.description() + ".",
+          .reason = (isAbsent ? "There is nothing to read: " : "Reading failed: ") +
+                    fault.error.description() + ".",
           .path = fault.path,
           .remedy = availability == SourceAvailability::notPermitted ? std::move(permission) : std::nullopt};
 }

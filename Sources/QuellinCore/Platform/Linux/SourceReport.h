@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 
 #include "QuellinCore/Models/SourceDiagnosis.h"
@@ -18,6 +19,11 @@ struct ReadFault {
 
 /// The source can be read; `reason` says what it gives.
 [[nodiscard]] SourceDiagnosis availableSource(std::string source, std::string reason, std::string path);
+
+/// The source can be read but for `faults`, which follow `reason`. Where access to any of them is denied,
+/// `permission` says what would help.
+[[nodiscard]] SourceDiagnosis availableInPart(std::string source, std::string reason, std::string path,
+                                              std::span<const ReadFault> faults, const char* permission);
 
 /// The machine has no such source; `reason` says what is not there, `path` where it would be.
 [[nodiscard]] SourceDiagnosis absentSource(std::string source, std::string reason, std::string path);

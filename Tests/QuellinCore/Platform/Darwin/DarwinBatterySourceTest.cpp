@@ -97,6 +97,12 @@ TEST_F(DarwinBatterySourceTest, TakesTheFirstPowerSourceOnly) {
   EXPECT_EQ(nativeBatterySource()->read().powerSource->string("BatteryHealth"), "Good");
 }
 
+TEST_F(DarwinBatterySourceTest, TakesNoOtherPowerSourceWhenTheFirstIsNoDictionary) {
+  system.powerSources.descriptions.emplace_back([this] { return make.string("description"); });
+  addPowerSource();
+  EXPECT_FALSE(nativeBatterySource()->read().powerSource);
+}
+
 TEST_F(DarwinBatterySourceTest, TakesNothingThatIsNoDictionary) {
   system.ioKit.addEntry("AppleSmartBattery", [this] { return make.string("properties"); });
   system.powerSources.descriptions.emplace_back([this] { return make.string("description"); });

@@ -105,6 +105,16 @@ TEST_F(DarwinHIDSensorSourceTest, ListsNothingWithoutAHandleAClientAMatchingOrSe
   EXPECT_EQ(source->diagnose().availability, SourceAvailability::absent);
 }
 
+TEST_F(DarwinHIDSensorSourceTest, IsAbsentWhenNoServiceMeasuresTemperatures) {
+  system.hid.services.push_back({.product = {}, .temperature = 1.0, .usagePage = 1, .usage = 5});
+  EXPECT_THAT(source->temperatureServices(), IsEmpty());
+  EXPECT_EQ(source->diagnose(), (SourceDiagnosis{.source = "Temperature sensors",
+                                                 .availability = SourceAvailability::absent,
+                                                 .reason = "The event system has no temperature services.",
+                                                 .path = "IOHIDEventSystem",
+                                                 .remedy = std::nullopt}));
+}
+
 TEST_F(DarwinHIDSensorSourceTest, LosesOnlyTheNamesWhenTheirKeyCannotBeMade) {
   addService("sensor", 30.0);
   system.calls.failNth("CFStringCreateWithCString", 3);

@@ -101,6 +101,17 @@ TEST(BatteryPackTest, SecondsBecomeMinutesAndTenthsHundredths) {
   EXPECT_THAT(pack.temperature, Optional(DoubleEq(-550)));
 }
 
+TEST(BatteryPackTest, ATimeBelowZeroIsNoEstimate) {
+  PowerSupply battery = batteryWithStatus("Unknown");
+  battery.timeToEmptyNow = -1;
+  battery.timeToEmptyAverage = -1;
+  battery.timeToFullNow = -1;
+  battery.timeToFullAverage = -1;
+  EXPECT_EQ(batteryPack(battery), BatteryPack{});
+  battery.timeToEmptyNow = 0;
+  EXPECT_THAT(batteryPack(battery).minutesToEmpty, Optional(DoubleEq(0)));
+}
+
 BatteryPack restingPack(double percent, ChargingStatus status) {
   BatteryPack pack;
   pack.status = status;

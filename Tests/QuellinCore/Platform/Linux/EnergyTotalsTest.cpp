@@ -58,6 +58,11 @@ TEST(EnergyTotalsTest, ATotalWithAnUnknownPartIsLeftOut) {
   EXPECT_THAT(energyTotals(withoutGraphics), IsEmpty());
 }
 
+TEST(EnergyTotalsTest, GraphicsWithoutTheirPackageSayNothingOfTheProcessor) {
+  const std::vector gains = {gain(EnergyDomain::graphics, 300)};
+  EXPECT_THAT(energyTotals(gains), ElementsAre(EnergyChannel{"GPU Energy", 300000}));
+}
+
 TEST(EnergyTotalsTest, NoZonesHaveNoTotals) { EXPECT_THAT(energyTotals({}), IsEmpty()); }
 
 TEST(EnergyTotalsDeathTest, ATotalThatDoesNotFitEndsTheProcess) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/FileTree.h"
+#include "Support/FaultyTree.h"
 #include "Support/TreeArchive.h"
 
 namespace quellin {
@@ -56,6 +57,19 @@ TEST_F(FileTreeTest, AMissingRootFailsEveryOperation) {
   const auto nowhere = directoryTree(files_.path("nowhere"));
   EXPECT_EQ(readText(*nowhere, "value").error().code, ENOENT);
   EXPECT_EQ(sortedNames(*nowhere, "").error().code, ENOENT);
+}
+
+TEST_F(FileTreeTest, AClassThatTheKernelDoesNotHaveIsEmpty) {
+  EXPECT_EQ(classEntries(*tree_, ""), (std::vector<std::string>{"a9", "a10"}));
+  EXPECT_EQ(classEntries(*tree_, "a11"), std::vector<std::string>{});
+  EXPECT_EQ(classEntries(*directoryTree(files_.path("nowhere")), ""), std::vector<std::string>{});
+  const testing_support::FaultyTree failing{tree_, {{"a9", EIO}}};
+  EXPECT_EQ(classEntries(failing, "a9").error().code, EIO);
+}
+
+TEST_F(FileTreeTest, TextIsUTF8WhateverTheFirmwareWrote) {
+  files_.write({"class/a9/garbage", 0444, "\xFF\xFE serial\n"});
+  EXPECT_EQ(readText(*tree_, "a9/garbage"), "\uFFFD\uFFFD serial");
 }
 
 TEST_F(FileTreeTest, PathsAreShownFromTheRoot) {

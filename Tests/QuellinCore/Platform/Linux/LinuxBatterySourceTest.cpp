@@ -64,8 +64,13 @@ TEST(LinuxBatterySourceTest, MachinesWithoutABatteryOfTheirOwnHaveNoTables) {
   for (const char* name : {"linux/desktop.tree", "linux/server.tree", "linux/virtual-machine.tree"}) {
     const UnpackedTree tree = UnpackedTree::fixture(name);
     EXPECT_EQ(sourceOf(tree).read(), BatteryTables{}) << name;
-    EXPECT_EQ(sourceOf(tree).diagnose().availability, SourceAvailability::absent) << name;
-    EXPECT_EQ(sourceOf(tree).diagnose().remedy, std::nullopt) << name;
+    EXPECT_EQ(sourceOf(tree).diagnose(),
+              (SourceDiagnosis{.source = "Battery",
+                               .availability = SourceAvailability::absent,
+                               .reason = "None of the machine's power supplies is a battery of its own.",
+                               .path = tree.path("sys/class/power_supply"),
+                               .remedy = std::nullopt}))
+        << name;
   }
 }
 
@@ -84,6 +89,7 @@ TEST(LinuxBatterySourceTest, APropertyThatCannotBeReadLosesOnlyItself) {
   EXPECT_THAT(diagnosis.reason, HasSubstr("BAT0/serial_number: Permission denied."));
   EXPECT_THAT(diagnosis.reason, HasSubstr("BAT0/current_now: Input/output error."));
   EXPECT_THAT(diagnosis.reason, Not(HasSubstr("temp")));
+  EXPECT_EQ(diagnosis.remedy, "Run as root: the file is readable for its owner only.");
 }
 
 TEST(LinuxBatterySourceTest, GarbageOfTheFirmwareIsLeftOut) {

@@ -44,6 +44,20 @@ TEST(LinuxEnergySourceTest, OnlyPackagesGraphicsAndMemoryAreZones) {
                           EnergyZone{EnergyDomain::memory, "class/powercap/intel-rapl:0:2", 65712999613}));
 }
 
+TEST(LinuxEnergySourceTest, EveryDieOfAPackageIsAPackage) {
+  const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
+  tree.write({"sys/class/powercap/intel-rapl:1/name", 0444, "package-0-die-1\n"});
+  EXPECT_EQ(readEnergyZones(*directoryTree(tree.path("sys")))->at(2).domain, EnergyDomain::package);
+}
+
+TEST(LinuxEnergySourceTest, AZoneThatDoesNotSayWhatItCountsLeavesNoTotalComplete) {
+  const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
+  LinuxEnergySource source{faulty(tree, {{"class/powercap/intel-rapl:1/name", EIO}})};
+  EXPECT_EQ(source.begin(), nullptr);
+  EXPECT_EQ(source.diagnose().availability, SourceAvailability::failed);
+  EXPECT_EQ(source.diagnose().path, tree.path("sys/class/powercap/intel-rapl:1/name"));
+}
+
 TEST(LinuxEnergySourceTest, TheGainsOfALaptopSplitProcessorAndGraphics) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/laptop-charge.tree");
   LinuxEnergySource source{faulty(tree)};
@@ -109,10 +123,38 @@ TEST(LinuxEnergySourceTest, AMachineWithoutCountersHasNone) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/virtual-machine.tree");
   LinuxEnergySource source{faulty(tree)};
   EXPECT_EQ(source.begin(), nullptr);
-  EXPECT_EQ(source.diagnose().availability, SourceAvailability::absent);
+  const SourceDiagnosis absence{.source = "Energy counters",
+                                .availability = SourceAvailability::absent,
+                                .reason = "The kernel publishes no energy counter of a processor package.",
+                                .path = tree.path("sys/class/powercap"),
+                                .remedy = std::nullopt};
+  EXPECT_EQ(source.diagnose(), absence);
   tree.write({"sys/class/powercap/intel-rapl/enabled", 0444, "1\n"});
   EXPECT_EQ(source.begin(), nullptr);
-  EXPECT_EQ(source.diagnose().availability, SourceAvailability::absent);
+  EXPECT_EQ(source.diagnose(), absence);
+}
+
+TEST(LinuxEnergySourceTest, ACounterThatCannotBeReadDoesNotHideTheOthers) {
+  const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
+  LinuxEnergySource source{faulty(tree, {{package1, EACCES}})};
+  EXPECT_NE(source.begin(), nullptr);
+  const SourceDiagnosis diagnosis = source.diagnose();
+  EXPECT_EQ(diagnosis.availability, SourceAvailability::available);
+  EXPECT_EQ(diagnosis.reason, "Read: intel-rapl:0, intel-rapl:0:0, intel-rapl:1:0. " + tree.path("sys/") +
+                                  package1 + ": Permission denied.");
+  EXPECT_THAT(diagnosis.remedy, Optional(HasSubstr("root")));
+}
+
+TEST(LinuxEnergySourceTest, TheDiagnosisTellsAbsenceFromRefusalAndFailure) {
+  const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
+  const std::map<int, SourceAvailability> verdicts = {{ENOENT, SourceAvailability::absent},
+                                                      {EACCES, SourceAvailability::notPermitted},
+                                                      {EIO, SourceAvailability::failed}};
+  for (const auto& [code, availability] : verdicts) {
+    LinuxEnergySource source{faulty(tree, {{"class/powercap", code}})};
+    EXPECT_EQ(source.diagnose().availability, availability) << code;
+    EXPECT_EQ(source.diagnose().path, tree.path("sys/class/powercap")) << code;
+  }
 }
 
 TEST(LinuxEnergySourceTest, TheDiagnosisNamesTheZones) {

@@ -57,7 +57,20 @@ TEST(LinuxHIDSensorSourceTest, WithoutLabelAndChipNameAnInputHasNoName) {
 TEST(LinuxHIDSensorSourceTest, MachinesWithoutSensorsHaveNone) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/virtual-machine.tree");
   EXPECT_THAT(sourceOf(tree).temperatureServices(), IsEmpty());
-  EXPECT_EQ(sourceOf(tree).diagnose().availability, SourceAvailability::absent);
+  EXPECT_EQ(sourceOf(tree).diagnose(),
+            (SourceDiagnosis{
+                .source = "Temperature sensors",
+                .availability = SourceAvailability::absent,
+                .reason = "No monitoring chip of the machine has a temperature input that is switched on.",
+                .path = tree.path("sys/class/hwmon"),
+                .remedy = std::nullopt}));
+}
+
+TEST(LinuxHIDSensorSourceTest, NamesAreUTF8WhateverTheFirmwareSays) {
+  const UnpackedTree tree{
+      "=== sys/class/hwmon/hwmon0/temp1_input 0444\n20000\n"
+      "=== sys/class/hwmon/hwmon0/temp1_label 0444\nCPU \xFF\n"};
+  EXPECT_THAT(sourceOf(tree).temperatureServices(), ElementsAre(Service{"CPU \uFFFD", 20}));
 }
 
 TEST(LinuxHIDSensorSourceTest, TheDiagnosisTellsSwitchedOffFromFailing) {

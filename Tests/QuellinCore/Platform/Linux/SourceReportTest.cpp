@@ -24,6 +24,29 @@ TEST(SourceReportTest, TheErrorDecidesTheVerdict) {
   }
 }
 
+TEST(SourceReportTest, AbsenceReadsAsAbsenceAndNotAsAFault) {
+  EXPECT_EQ(unreadableSource("Battery", {"/sys/x", SystemError{ENOENT}}, "Ask."),
+            (SourceDiagnosis{.source = "Battery",
+                             .availability = SourceAvailability::absent,
+                             .reason = "There is nothing to read: No such file or directory.",
+                             .path = "/sys/x",
+                             .remedy = std::nullopt}));
+}
+
+TEST(SourceReportTest, WhatIsReadInPartNamesTheRest) {
+  const std::vector<ReadFault> faults = {{"/sys/x", SystemError{EIO}}, {"/sys/y", SystemError{EACCES}}};
+  EXPECT_EQ(availableInPart("Battery", "BAT0 is read.", "/sys", faults, "Ask."),
+            (SourceDiagnosis{.source = "Battery",
+                             .availability = SourceAvailability::available,
+                             .reason = "BAT0 is read. /sys/x: Input/output error. /sys/y: Permission denied.",
+                             .path = "/sys",
+                             .remedy = "Ask."}));
+  EXPECT_EQ(availableInPart("Battery", "BAT0 is read.", "/sys", {faults.data(), 1}, "Ask.").remedy,
+            std::nullopt);
+  EXPECT_EQ(availableInPart("Battery", "BAT0 is read.", "/sys", {}, "Ask."),
+            availableSource("Battery", "BAT0 is read.", "/sys"));
+}
+
 TEST(SourceReportTest, OnlyDeniedAccessHasARemedy) {
   const SourceDiagnosis denied = unreadableSource("Battery", {"/sys/x", SystemError{EACCES}}, "Ask.");
   EXPECT_EQ(denied, (SourceDiagnosis{.source = "Battery",
