@@ -9,4 +9,7 @@ namespace quellin::testing_support {
 /// none.
 [[nodiscard]] std::string documentedExample(std::string_view language);
 
+/// The part of docs/formats.md under this heading of the second level; throws when there is none.
+[[nodiscard]] std::string documentedChapter(std::string_view heading);
+
 }  // namespace quellin::testing_support

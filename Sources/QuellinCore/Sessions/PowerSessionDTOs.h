@@ -15,7 +15,8 @@
 
 namespace quellin {
 
-/// A battery as sessions keep it: never with its serial number.
+/// A battery as sessions keep it: never with its serial number. Its fields mean what those of `BatteryInfo`
+/// mean, in the same units.
 struct BatteryInfoDTO {
   std::int64_t chargePercent = 0;
   std::int64_t currentCapacity = 0;
@@ -63,7 +64,7 @@ struct BatteryInfoDTO {
   bool operator==(const BatteryInfoDTO&) const = default;
 };
 
-/// The energy model's figures as sessions keep them.
+/// The energy model's figures as sessions keep them, in the units of `PowerMetrics`.
 struct PowerMetricsDTO {
   double cpuPower = 0;
   double gpuPower = 0;
@@ -89,7 +90,7 @@ struct PowerMetricsDTO {
   bool operator==(const PowerMetricsDTO&) const = default;
 };
 
-/// The thermal condition as sessions keep it.
+/// The thermal condition as sessions keep it; `pressure` is that of `ThermalInfo`.
 struct ThermalInfoDTO {
   std::string state;  ///< "nominal", "fair", "serious" or "critical"
   std::int64_t pressure = 0;
@@ -106,7 +107,7 @@ struct ThermalInfoDTO {
   bool operator==(const ThermalInfoDTO&) const = default;
 };
 
-/// A fan as sessions keep it.
+/// A fan as sessions keep it, in the units of `FanInfo`.
 struct FanInfoDTO {
   std::int64_t id = 0;
   std::string name;
@@ -126,7 +127,8 @@ struct FanInfoDTO {
   bool operator==(const FanInfoDTO&) const = default;
 };
 
-/// A process's activity as sessions keep it; the process identifier is its identity.
+/// A process's activity as sessions keep it, in the units of `ProcessActivityInfo`; the process identifier is
+/// its identity.
 struct ProcessActivityDTO {
   std::int32_t pid = 0;
   std::string name;
@@ -154,8 +156,8 @@ struct ProcessActivityDTO {
   bool operator==(const ProcessActivityDTO&) const = default;
 };
 
-/// One live snapshot as sessions keep it. The derived figures are those of the moment of recording and are
-/// not worked out again. The power-source fields and `totalWatts` are present or absent together.
+/// One live snapshot as sessions keep it. The derived figures, in watts, are those of the moment of recording
+/// and are not worked out again. The power-source fields and `totalWatts` are present or absent together.
 struct SystemPowerStateDTO {
   std::optional<BatteryInfoDTO> battery;
   std::optional<PowerMetricsDTO> power;

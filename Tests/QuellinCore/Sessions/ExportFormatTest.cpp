@@ -5,6 +5,7 @@
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionExport.h"
+#include "QuellinCore/Support/RecordOrder.h"
 #include "Support/DocumentedExample.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
@@ -75,6 +76,25 @@ TEST(ExportFormatTest, TheDocumentedExampleIsWhatIsWritten) {
     const std::string identifier = identifierIn(written[line]);
     written[line].replace(written[line].find(identifier), identifier.size(), identifierIn(documented[line]));
     EXPECT_EQ(written[line], documented[line]);
+  }
+}
+
+template <class... Records>
+std::vector<std::string> keysOfRecords() {
+  std::vector<std::string> keys;
+  (keys.insert(keys.end(), fieldNames<Records>.begin(), fieldNames<Records>.end()), ...);
+  return keys;
+}
+
+TEST(ExportFormatTest, EveryKeyIsDocumented) {
+  const std::string chapter = testing_support::documentedChapter("Exported sessions");
+  for (const std::string& key :
+       keysOfRecords<PowerSessionExportEnvelope, PowerSessionMetadataDTO, PowerSessionSampleLine,
+                     PowerSessionSampleDTO, SystemPowerStateDTO, BatteryInfoDTO, PowerMetricsDTO,
+                     ThermalInfoDTO, FanInfoDTO, TemperatureSensor, ProcessActivityDTO, ProTelemetrySnapshot,
+                     ProProcessEnergy, PowerSessionSummary, PowerSessionPowerSegment,
+                     PowerSessionContributor>()) {
+    EXPECT_THAT(chapter, testing::HasSubstr("`" + key + "`"));
   }
 }
 
