@@ -12,7 +12,7 @@
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
 #include "QuellinCore/Support/JSONDecoder.h"
 #include "QuellinHelper/PowermetricsStandIn.h"
-#include "QuellinHelper/ProgramRun.h"
+#include "Support/ProgramRun.h"
 
 namespace quellin {
 namespace {

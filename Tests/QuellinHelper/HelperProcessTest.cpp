@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "QuellinHelper/ProgramRun.h"
+#include "Support/ProgramRun.h"
 #include "Support/TemporaryFolder.h"
 
 namespace quellin {

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "QuellinHelper/ProgramRun.h"
+#include "Support/ProgramRun.h"
 
 namespace quellin::testing_support {
 namespace {

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinHelper/ProcessHardening.h"
-#include "QuellinHelper/ProgramRun.h"
+#include "Support/ProgramRun.h"
 
 #if defined(__linux__)
 #include <array>

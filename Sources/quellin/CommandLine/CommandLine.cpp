@@ -131,7 +131,16 @@ void addLength(CLI::App& app, Options& options) {
 
 void addWatts(CLI::App& app, const std::string& name, const std::string& description,
               std::optional<double>& limit) {
-  app.add_option(name, limit, description)->type_name("WATTS")->check(CLI::NonNegativeNumber);
+  app.add_option_function<std::string>(
+         name,
+         [name, &limit](const std::string& text) {
+           limit = parseWatts(text);
+           if (!limit) {
+             throw CLI::ValidationError(name, "'" + text + "' is no number of watts such as 20 or 7.5");
+           }
+         },
+         description)
+      ->type_name("WATTS");
 }
 
 }  // namespace quellin::cli

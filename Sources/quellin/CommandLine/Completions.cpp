@@ -63,7 +63,7 @@ std::string bashText(const std::vector<Words>& all) {
   return "_quellin() {\n  local words\n  case ${COMP_WORDS[1]} in\n" + cases +
          "    *) words=" + quoted(names + "--help --version") +
          " ;;\n  esac\n  [ \"$COMP_CWORD\" -eq 1 ] && words=" + quoted(names + "--help --version") +
-         "\n  mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\")\n}\n"
+         "\n  COMPREPLY=($(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n}\n"
          "complete -o default -F _quellin quellin\n";
 }
 

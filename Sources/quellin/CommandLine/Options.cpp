@@ -47,6 +47,12 @@ std::optional<Seconds> parseDuration(const std::string& text) {
   return Seconds{*number * *unit};
 }
 
+std::optional<double> parseWatts(const std::string& text) {
+  std::string_view rest = text;
+  const auto watts = takeDecimal(rest);
+  return rest.empty() ? watts : std::nullopt;
+}
+
 std::optional<PlaybackSpeed> parseSpeed(const std::string& text) {
   if (text == "max") return PlaybackSpeed::maximum();
   std::string_view rest = text;

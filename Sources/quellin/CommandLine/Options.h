@@ -33,6 +33,9 @@ struct Options {
 /// seconds without. No value for anything else.
 [[nodiscard]] std::optional<Seconds> parseDuration(const std::string& text);
 
+/// The watts that `text` spells: a decimal number, 0 included. No value for anything else.
+[[nodiscard]] std::optional<double> parseWatts(const std::string& text);
+
 /// The speed that `text` spells: "max", or a decimal number above 0. No value for anything else.
 [[nodiscard]] std::optional<PlaybackSpeed> parseSpeed(const std::string& text);
 

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <tuple>
 
 #include "QuellinCore/Support/ISO8601.h"
@@ -5,6 +6,8 @@
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
 namespace {
@@ -33,6 +36,15 @@ void print(const PowerBudgetMonitor::Alert& alert, Instant timestamp, const Invo
   }
 }
 
+struct Watched {
+  std::int64_t readings = 0;
+  std::int64_t alerts = 0;
+
+  [[nodiscard]] std::string text() const {
+    return counted(readings, "reading") + ", " + counted(alerts, "alert");
+  }
+};
+
 }  // namespace
 
 ExitStatus budget(const Invocation& invocation) {
@@ -43,29 +55,32 @@ ExitStatus budget(const Invocation& invocation) {
   }
   const MeasuredHost host = MeasuredHost::open(options);
   const SystemReader reader = host.reader();
+  LiveLine live{invocation};
   Loop loop;
   Ticker ticker{loop, host, options.interval, options.duration};
-  bool anyFired = false;
-  bool anyMeasured = false;
+  Watched watched;
   ticker.run([&](const std::function<void()>& done) {
     const SystemPowerState state = reader.readAll();
     if (state.power) {
-      anyMeasured = true;
-      for (const auto& alert : options.budget.check(*state.power)) {
-        anyFired = true;
-        print(alert, state.timestamp, invocation);
-      }
+      ++watched.readings;
+      const auto alerts = options.budget.check(*state.power);
+      watched.alerts += static_cast<std::int64_t>(alerts.size());
+      if (!alerts.empty()) live.end();
+      for (const auto& alert : alerts) print(alert, state.timestamp, invocation);
       invocation.out.flush();
-    } else if (!anyMeasured) {
+      live.show(decimal(state.power->systemPower, 2) + " W, " + watched.text());
+    } else if (watched.readings == 0) {
       ticker.end();
     }
     done();
   });
-  if (!anyMeasured) {
+  live.end();
+  if (watched.readings == 0) {
     throw Failure{ExitStatus::nothingMeasurable,
                   "there are no energy counters to watch. 'quellin doctor' says why and what would help."};
   }
-  return anyFired ? ExitStatus::negative : ExitStatus::ok;
+  invocation.talk.say(watched.text() + ".");
+  return watched.alerts > 0 ? ExitStatus::negative : ExitStatus::ok;
 }
 
 }  // namespace quellin::cli

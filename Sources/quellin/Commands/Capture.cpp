@@ -1,4 +1,5 @@
 #include <expected>
+#include <filesystem>
 #include <type_traits>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Storage/NewFile.h"
 #include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
@@ -19,14 +21,21 @@ T orFail(std::expected<T, TraceError> result) {
   if constexpr (!std::is_void_v<T>) return *std::move(result);
 }
 
+TraceWriter create(const Options& options, const TraceHeader& header) {
+  auto writer = TraceWriter::create(*options.output, header,
+                                    options.force ? ExistingFile::replaced : ExistingFile::refused);
+  if (!writer && !options.force && std::filesystem::exists(*options.output)) {
+    throw alreadyThere(*options.output);
+  }
+  return orFail(std::move(writer));
+}
+
 }  // namespace
 
 ExitStatus capture(const Invocation& invocation) {
   const Options& options = invocation.options;
   const MeasuredHost host = MeasuredHost::open(options);
-  TraceWriter writer =
-      orFail(TraceWriter::create(*options.output, traceHeader(host.sources, *host.wallClock),
-                                 options.force ? ExistingFile::replaced : ExistingFile::refused));
+  TraceWriter writer = create(options, traceHeader(host.sources, *host.wallClock));
   LiveLine live{invocation};
   Loop loop;
   int ticks = 0;
@@ -34,11 +43,11 @@ ExitStatus capture(const Invocation& invocation) {
   ticker.run([&](const std::function<void()>& done) {
     orFail(writer.write(captureTick(host.sources, *host.wallClock, *host.monotonicClock)));
     ++ticks;
-    live.show(whole(ticks) + " ticks, " + byteText(static_cast<double>(writer.bytesWritten())));
+    live.show(counted(ticks, "tick") + ", " + byteText(static_cast<double>(writer.bytesWritten())));
     done();
   });
   live.end();
-  invocation.talk.say(*options.output + ": " + whole(ticks) + " ticks, " +
+  invocation.talk.say(*options.output + ": " + counted(ticks, "tick") + ", " +
                       byteText(static_cast<double>(writer.bytesWritten())) + ". Replay them with --source.");
   return ExitStatus::ok;
 }

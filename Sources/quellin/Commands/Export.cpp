@@ -17,10 +17,8 @@ ExitStatus exportSession(const Invocation& invocation) {
     store->exportJSONL(session, now, [&](std::string_view text) { invocation.out.write(text); });
     return ExitStatus::ok;
   }
-  if (!options.force && std::filesystem::exists(*options.output)) {
-    throw Failure{ExitStatus::failed,
-                  *options.output + " is there already. Add --force to replace it, or name another file."};
-  }
+  if (!options.force && std::filesystem::is_regular_file(*options.output))
+    throw alreadyThere(*options.output);
   NewFile file{*options.output};
   store->exportJSONL(session, now, [&](std::string_view text) { file.write(text); });
   file.publish(options.force);

@@ -6,6 +6,7 @@
 #include "quellin/Measuring/TelemetryFeed.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionReport.h"
 #include "quellin/Presentation/Table.h"
 #include "quellin/Storage/SessionLookup.h"
@@ -38,23 +39,44 @@ class Recording {
     if (recorder_.lastError()) throw Failure{ExitStatus::failed, *recorder_.lastError()};
   }
 
-  void showSummary() { showReport(sessionReport(*recorder_.store(), session_), invocation_); }
+  void showSummary() {
+    if (!recorder_.store()->session(session_->id())) {
+      throw Failure{ExitStatus::noSession,
+                    "the session was deleted from elsewhere; nothing is left of it. 'quellin record' begins "
+                    "another."};
+    }
+    const SessionReport report = sessionReport(*recorder_.store(), session_);
+    if (invocation_.options.json) {
+      writeJSON(invocation_.out, report);
+    } else {
+      showReport(report, invocation_);
+    }
+  }
 
  private:
   void start() {
     const bool resumes = recorder_.activeSession() != nullptr;
     session_ = recorder_.start(invocation_.options.title, PowerSessionSource::cli,
-                               invocation_.options.interval.count(), host_.wallClock->now());
+                               host_.interval(invocation_.options.interval).count(), host_.wallClock->now());
     if (!session_)
       throw Failure{ExitStatus::failed, recorder_.lastError().value_or("no session can be begun")};
+    if (resumes) goOn();
     invocation_.talk.say((resumes ? "going on with session " : "recording session ") + shortID(*session_) +
                          ", " + printable(session_->title()) + "; Ctrl-C ends it.");
+  }
+
+  // The live line goes on from where the session stood.
+  void goOn() {
+    recorder_.refreshSummary();
+    if (invocation_.options.title) {
+      invocation_.talk.say("the active session keeps its title; --title is for a new one.");
+    }
   }
 
   void sample(const std::function<void()>& done) {
     if (!isStillOurs()) {
       live_.end();
-      invocation_.talk.say("the session was ended from elsewhere.");
+      invocation_.talk.say("the session is no longer active: it was ended or deleted from elsewhere.");
       ticker_.end();
       return done();
     }
@@ -70,13 +92,15 @@ class Recording {
   [[nodiscard]] std::string progress() const {
     const PowerSessionSummary& summary = recorder_.activeSummary();
     std::string text =
-        durationText(Seconds{summary.durationSeconds}) + ", " + whole(summary.sampleCount) + " samples";
+        durationText(Seconds{summary.durationSeconds}) + ", " + counted(summary.sampleCount, "sample");
     if (!summary.powerSegments.empty() && summary.powerSegments.back().averageWatts) {
       const PowerSessionPowerSegment& segment = summary.powerSegments.back();
       text += ", " + segment.sourceLabel + " " + decimal(segment.averageWatts, 2) + " W on average";
     }
     if (summary.totalWattHours) text += ", " + decimal(summary.totalWattHours, 3) + " Wh";
-    if (summary.batteryPercentDelta) text += ", battery " + whole(summary.batteryPercentDelta) + " %";
+    if (const auto change = summary.batteryPercentDelta) {
+      text += std::string{", battery "} + (*change > 0 ? "+" : "") + whole(*change) + " %";
+    }
     return text;
   }
 

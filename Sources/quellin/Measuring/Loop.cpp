@@ -1,37 +1,72 @@
 #include "quellin/Measuring/Loop.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <thread>
 #include <utility>
 
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
+#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 
 #include "QuellinCore/Support/AsioExecutor.h"
+#include "quellin/CommandLine/ExitStatus.h"
 
 namespace quellin::cli {
+
+namespace {
+
+// Longer than anybody waits, and short enough to be counted in nanoseconds.
+constexpr Seconds longestDelay{1e9};
+
+}  // namespace
 
 struct Loop::State {
   boost::asio::io_context context{1};
   boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work{context.get_executor()};
-  boost::asio::signal_set signals{context, SIGINT, SIGTERM};
   std::shared_ptr<AsioExecutor> executor = std::make_shared<AsioExecutor>(context);
   std::function<void(int)> interrupted;
-  int interruptions = 0;
+
+  // Signals are heard on a thread of their own: the loop's may be held up by the hardware.
+  boost::asio::io_context signalContext{1};
+  boost::asio::signal_set signals{signalContext, SIGINT, SIGTERM};
+  int interruptions = 0;      // seen by the signals' thread
+  std::atomic<int> heard{0};  // by the loop's
+  std::thread signalThread;
+
+  State() {
+    waitForSignal();
+    signalThread = std::thread{[this] { signalContext.run(); }};
+  }
+  ~State() {
+    signalContext.stop();
+    signalThread.join();
+  }
+  State(const State&) = delete;
+  State& operator=(const State&) = delete;
+  State(State&&) = delete;
+  State& operator=(State&&) = delete;
 
   void waitForSignal() {
     signals.async_wait([this](const boost::system::error_code& error, int) {
       if (error) return;
       waitForSignal();
-      if (interrupted) interrupted(++interruptions);
+      const int time = ++interruptions;
+      if (time > heard + 1) std::_Exit(static_cast<int>(ExitStatus::failed));
+      boost::asio::post(context, [this, time] {
+        heard = time;
+        if (interrupted) interrupted(time);
+      });
     });
   }
 };
 
-Loop::Loop() : state_(std::make_unique<State>()) { state_->waitForSignal(); }
+Loop::Loop() : state_(std::make_unique<State>()) {}
 
 Loop::~Loop() = default;
 
@@ -40,8 +75,8 @@ std::shared_ptr<MainExecutor> Loop::executor() const { return state_->executor; 
 void Loop::onInterrupt(std::function<void(int)> action) { state_->interrupted = std::move(action); }
 
 void Loop::after(Seconds delay, std::function<void()> action) {
-  const auto duration =
-      std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::max(delay, Seconds{0}));
+  const auto duration = std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+      std::clamp(delay, Seconds{0}, longestDelay));
   auto timer = std::make_shared<boost::asio::steady_timer>(state_->context, duration);
   timer->async_wait([timer, action = std::move(action)](const boost::system::error_code& error) {
     if (!error) action();

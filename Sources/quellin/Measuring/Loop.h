@@ -22,10 +22,10 @@ class Loop {
   [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
 
   /// Calls `action` when the user or the system asks the program to end, with 1 the first time, then 2, and
-  /// so on.
+  /// so on. Asked again before the loop came to hear the last time, the process ends at once as failed.
   void onInterrupt(std::function<void(int time)> action);
 
-  /// Calls `action` once, `delay` from now.
+  /// Calls `action` once, `delay` from now; delays of more than thirty years are cut to that.
   void after(Seconds delay, std::function<void()> action);
 
   /// Runs until `stop` is called; an exception of an action reaches the caller.

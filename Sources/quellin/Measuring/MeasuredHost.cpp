@@ -1,6 +1,6 @@
 #include "quellin/Measuring/MeasuredHost.h"
 
-#include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
@@ -33,6 +33,15 @@ MeasuredHost MeasuredHost::open(const Options& options) {
   return replay(options);
 }
 
+Seconds MeasuredHost::interval(Seconds asked) const {
+  const auto captured = player ? player->interval() : std::nullopt;
+  if (!captured) return asked;
+  // The ticks of a capture wander by some hundredths of a second around what was asked for.
+  constexpr double stepsPerSecond = 20;
+  const Seconds rounded{std::round(captured->count() * stepsPerSecond) / stepsPerSecond};
+  return rounded > Seconds{0} ? rounded : *captured;
+}
+
 SystemReader MeasuredHost::reader() const {
   // The installed tool speaks of this machine and of no other.
   auto helper = isNative ? PrivilegedSMCHelperService{} : PrivilegedSMCHelperService{""};
@@ -41,15 +50,6 @@ SystemReader MeasuredHost::reader() const {
 
 std::vector<ProcessActivityInfo> MeasuredHost::topProcesses(int limit, Seconds interval) const {
   return ProcessActivityService{sources.processes, *monotonicClock}.sampleTopProcesses(limit, interval);
-}
-
-bool anyHardware(const PlatformSources& sources) {
-  const auto isAvailable = [](const SourceDiagnosis& diagnosis) {
-    return diagnosis.availability == SourceAvailability::available;
-  };
-  return isAvailable(sources.battery->diagnose()) || isAvailable(sources.energy->diagnose()) ||
-         isAvailable(sources.thermal->diagnose()) || isAvailable(sources.smc->diagnose()) ||
-         isAvailable(sources.hid->diagnose());
 }
 
 }  // namespace quellin::cli

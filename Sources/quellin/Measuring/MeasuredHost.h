@@ -25,14 +25,14 @@ struct MeasuredHost {
   /// The machine that `options` name. Throws `Failure`.
   [[nodiscard]] static MeasuredHost open(const Options& options);
 
+  /// From one reading to the next: a trace's own interval, as near as it can be told, else `asked`.
+  [[nodiscard]] Seconds interval(Seconds asked) const;
+
   /// The readers over this machine, which must not outlive it.
   [[nodiscard]] SystemReader reader() const;
 
   /// The processes that cost the most right now; blocks for `interval`.
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 };
-
-/// Whether any of the sources, processes aside, would give values.
-[[nodiscard]] bool anyHardware(const PlatformSources& sources);
 
 }  // namespace quellin::cli

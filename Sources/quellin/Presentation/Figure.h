@@ -20,7 +20,8 @@ struct Figure {
   std::string unit;                 ///< empty where there is none
   std::string source;               ///< where it came from
   std::string kind;  ///< what it is: "measured", "derived", "model", "rated", "state", or a reading's
-  std::optional<std::string> note;  ///< what it includes, or why it is not known
+  std::optional<std::string> confidence;  ///< of a power reading: what it rests on
+  std::optional<std::string> note;        ///< what it includes, or why it is not known
 
   /// Whether there is a figure at all.
   [[nodiscard]] bool isKnown() const { return value.has_value() || text.has_value(); }
@@ -29,7 +30,8 @@ struct Figure {
     return std::tuple{Field{"group", &Figure::group}, Field{"name", &Figure::name},
                       Field{"value", &Figure::value}, Field{"text", &Figure::text},
                       Field{"unit", &Figure::unit},   Field{"source", &Figure::source},
-                      Field{"kind", &Figure::kind},   Field{"note", &Figure::note}};
+                      Field{"kind", &Figure::kind},   Field{"confidence", &Figure::confidence},
+                      Field{"note", &Figure::note}};
   }
 };
 

@@ -23,6 +23,10 @@ std::string whole(const std::optional<std::int64_t>& value) {
   return value ? fmt::format("{}", *value) : std::string{unknown};
 }
 
+std::string counted(std::int64_t count, const std::string& thing) {
+  return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
 std::string durationText(Seconds duration) {
   const auto seconds = static_cast<std::int64_t>(std::llround(std::max(duration.count(), 0.0)));
   if (seconds < 60) return fmt::format("{} s", seconds);

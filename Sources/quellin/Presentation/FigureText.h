@@ -20,6 +20,9 @@ inline constexpr const char* unknown = "unknown";
 /// A whole number; "unknown" without a value.
 [[nodiscard]] std::string whole(const std::optional<std::int64_t>& value);
 
+/// So many of something: "1 sample", "2 samples".
+[[nodiscard]] std::string counted(std::int64_t count, const std::string& thing);
+
 /// A length of time: "42 s", "3 min 5 s", "2 h 0 min".
 [[nodiscard]] std::string durationText(Seconds duration);
 

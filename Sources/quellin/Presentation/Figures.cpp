@@ -32,6 +32,7 @@ class Group {
                      .unit = unit,
                      .source = diagnosis_.source,
                      .kind = kind,
+                     .confidence = std::nullopt,
                      .note = std::nullopt});
   }
 
@@ -43,6 +44,7 @@ class Group {
                      .unit = "",
                      .source = diagnosis_.source,
                      .kind = "state",
+                     .confidence = std::nullopt,
                      .note = std::nullopt});
   }
 
@@ -57,15 +59,17 @@ class Group {
   const SourceDiagnosis& diagnosis_;
 };
 
-void addPower(std::vector<Figure>& list, const SystemPowerState& state) {
+void addPower(std::vector<Figure>& list, const SystemPowerState& state, const std::string& battery,
+              const std::string& energy) {
   if (const auto reading = state.primaryPowerReading()) {
     list.push_back({.group = "Power",
                     .name = reading->label,
                     .value = reading->watts,
                     .text = std::nullopt,
                     .unit = "W",
-                    .source = std::string{rawValue(reading->confidence)},
+                    .source = reading->confidence == PowerReadingConfidence::ioReport ? energy : battery,
                     .kind = std::string{rawValue(reading->kind)},
+                    .confidence = std::string{rawValue(reading->confidence)},
                     .note = reading->summary});
   } else {
     list.push_back({.group = "Power",
@@ -75,6 +79,7 @@ void addPower(std::vector<Figure>& list, const SystemPowerState& state) {
                     .unit = "W",
                     .source = "none",
                     .kind = "unavailable",
+                    .confidence = std::nullopt,
                     .note = "Neither the battery's flow nor the energy counters are known"});
   }
   if (const auto rest = state.displayAndOtherPower()) {
@@ -83,8 +88,9 @@ void addPower(std::vector<Figure>& list, const SystemPowerState& state) {
                     .value = rest,
                     .text = std::nullopt,
                     .unit = "W",
-                    .source = "Battery, Energy counters",
+                    .source = battery + ", " + energy,
                     .kind = "derived",
+                    .confidence = std::nullopt,
                     .note = "Battery draw that the silicon model does not explain"});
   }
 }
@@ -151,7 +157,7 @@ std::vector<Figure> figures(const SystemPowerState& state, const PlatformSources
   const SourceDiagnosis thermal = sources.thermal->diagnose();
   const SourceDiagnosis smc = sources.smc->diagnose();
   const SourceDiagnosis hid = sources.hid->diagnose();
-  addPower(list, state);
+  addPower(list, state, battery.source, energy.source);
   addBattery(Group{list, "Battery", battery}, state.battery);
   addSilicon(Group{list, "Silicon", energy}, state.power);
   addThermal(Group{list, "Heat", thermal}, state.thermal,

@@ -3,15 +3,25 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
-#include "quellin/CommandLine/Failure.h"
-
 namespace quellin::cli {
 
+Failure alreadyThere(const std::string& path) {
+  return {ExitStatus::failed, path + " is there already. Add --force to replace it, or name another file."};
+}
+
 NewFile::NewFile(std::string path) : path_(std::move(path)), temporaryPath_(path_ + ".XXXXXX") {
+  std::error_code unknown;
+  const auto present = std::filesystem::status(path_, unknown);
+  if (std::filesystem::exists(present) && !std::filesystem::is_regular_file(present)) {
+    throw Failure{ExitStatus::failed, path_ +
+                                          " is no ordinary file and cannot be replaced. Name another "
+                                          "file, or leave -o out and redirect the output."};
+  }
   file_ = FileDescriptor{mkstemp(temporaryPath_.data())};
   if (!file_) fail(errno);
 }
@@ -33,10 +43,7 @@ void NewFile::publish(bool replaces) {
   const int result = replaces ? std::rename(temporaryPath_.c_str(), path_.c_str())
                               : ::link(temporaryPath_.c_str(), path_.c_str());
   if (result == 0) return;
-  if (errno == EEXIST) {
-    throw Failure{ExitStatus::failed,
-                  path_ + " is there already. Add --force to replace it, or name another file."};
-  }
+  if (errno == EEXIST) throw alreadyThere(path_);
   fail(errno);
 }
 

@@ -4,13 +4,18 @@
 #include <string_view>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "quellin/CommandLine/Failure.h"
 
 namespace quellin::cli {
+
+/// The failure to write a file because there is one of that name.
+[[nodiscard]] Failure alreadyThere(const std::string& path);
 
 /// A file that appears under its name only when it is whole. Unless it is published, nothing is left of it.
 class NewFile {
  public:
-  /// Begins a file beside `path`, which only its owner may read. Throws `Failure`.
+  /// Begins a file beside `path`, which only its owner may read. Throws `Failure`, also where the name
+  /// belongs to a device or a folder.
   explicit NewFile(std::string path);
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;

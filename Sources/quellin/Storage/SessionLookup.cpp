@@ -19,9 +19,14 @@ std::string upperCased(std::string text) {
 
 std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::string& name) {
   std::vector<std::shared_ptr<PowerSession>> found = store.sessions();
-  if (name == "last" && !found.empty()) return found.front();
+  if (found.empty())
+    throw Failure{ExitStatus::noSession, "there are no sessions yet. 'quellin record' makes one."};
+  if (name == "last") return found.front();
   const std::string beginning = upperCased(name);
-  std::erase_if(found, [&](const auto& session) { return !session->id().text().starts_with(beginning); });
+  // Every identifier begins with nothing, but nobody means one by it.
+  std::erase_if(found, [&](const auto& session) {
+    return beginning.empty() || !session->id().text().starts_with(beginning);
+  });
   if (found.size() == 1) return found.front();
   if (found.empty()) {
     throw Failure{ExitStatus::noSession,

@@ -60,6 +60,12 @@ Seconds TracePlayer::untilNext() const {
   return std::max(due - host_->now(), Seconds{0});
 }
 
+std::optional<Seconds> TracePlayer::interval() const {
+  const std::lock_guard lock{mutex_};
+  if (!present_ || !next_ || !*next_) return std::nullopt;
+  return std::max((*next_)->monotonic - present_->monotonic, Seconds{0});
+}
+
 std::expected<void, TraceError> TracePlayer::advance() {
   const std::lock_guard lock{mutex_};
   if (next_ && *next_) {

@@ -71,6 +71,10 @@ class TracePlayer {
   /// no next tick.
   [[nodiscard]] Seconds untilNext() const;
 
+  /// How far the next tick was from the present one when they were captured; no value when there is no next
+  /// tick.
+  [[nodiscard]] std::optional<Seconds> interval() const;
+
   /// Moves to the next tick without waiting, or to the end. No effect at the end. An error tells that the
   /// trace is damaged after the present tick; the player is then at its end.
   [[nodiscard]] std::expected<void, TraceError> advance();

@@ -98,6 +98,18 @@ TEST_F(TracePlayerTest, SleepingMovesTheClockButNotThePlayer) {
   EXPECT_EQ(player->monotonicClock().now(), Seconds{20});
 }
 
+TEST_F(TracePlayerTest, TheIntervalLeadsToTheNextTickAtAnySpeed) {
+  const auto player = play(tick(10) + tick(15) + tick(12), *PlaybackSpeed::times(4));
+  player->monotonicClock().sleep(Seconds{2});
+  EXPECT_EQ(player->interval(), Seconds{5});
+  ASSERT_TRUE(player->advance());
+  EXPECT_EQ(player->interval(), Seconds{0});  // a clock that was reset, as after a restart
+  ASSERT_TRUE(player->advance());
+  EXPECT_EQ(player->interval(), std::nullopt);
+  ASSERT_TRUE(player->advance());
+  EXPECT_EQ(player->interval(), std::nullopt);
+}
+
 TEST_F(TracePlayerTest, AtMaximumSpeedNobodyWaits) {
   const auto player = play(tick(10) + tick(3600));
   player->monotonicClock().sleep(Seconds{5});

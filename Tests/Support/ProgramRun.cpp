@@ -1,10 +1,13 @@
-#include "QuellinHelper/ProgramRun.h"
+#include "Support/ProgramRun.h"
 
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <grp.h>
 #include <ostream>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -15,6 +18,7 @@ namespace {
 
 constexpr int preparationFailed = 125;
 constexpr int executionFailed = 126;
+constexpr std::chrono::minutes patience{1};
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
   std::vector<char*> result;
@@ -45,17 +49,60 @@ Pipe openPipe() {
 RunningProgram::RunningProgram(const ProgramStart& start) : RunningProgram(start, openPipe(), openPipe()) {}
 
 RunningProgram::RunningProgram(const ProgramStart& start, Pipe output, Pipe error)
-    : processID_(fork()), output_(std::move(output.readEnd)), error_(std::move(error.readEnd)) {
+    : processID_(fork()),
+      output_(std::move(output.readEnd)),
+      error_(std::move(error.readEnd)),
+      sources_{{output_.get(), &result_.output}, {error_.get(), &result_.error}} {
   if (processID_ == 0) becomeProgram(start, output.writeEnd.get(), error.writeEnd.get());
 }
 
+RunningProgram::~RunningProgram() {
+  if (isReaped_) return;
+  send(SIGKILL);
+  reap();
+}
+
+void RunningProgram::send(int signal) const { kill(processID_, signal); }
+
+bool RunningProgram::waitFor(std::string_view text) {
+  const Deadline deadline = std::chrono::steady_clock::now() + patience;
+  const auto isThere = [&] { return result_.output.contains(text) || result_.error.contains(text); };
+  while (!isThere()) {
+    if (!readMore(deadline)) return false;
+  }
+  return true;
+}
+
 ProgramResult RunningProgram::finish() {
-  ProgramResult result{.output = readToEnd(output_.get()), .error = readToEnd(error_.get())};
+  const Deadline deadline = std::chrono::steady_clock::now() + patience;
+  while (readMore(deadline)) {
+  }
+  if (!sources_.empty()) send(SIGKILL);
+  reap();
+  return result_;
+}
+
+// Reads what the outputs hold, waiting for it until the deadline. False when that passed, or nothing can come
+// any more.
+bool RunningProgram::readMore(Deadline deadline) {
+  std::vector<pollfd> polled;
+  for (const Source& source : sources_) polled.push_back({source.descriptor, POLLIN, 0});
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+  if (polled.empty() || left.count() <= 0) return false;
+  if (poll(polled.data(), polled.size(), static_cast<int>(left.count())) <= 0) return false;
+  std::erase_if(sources_, [&](const Source& source) {
+    const bool isReady = std::ranges::find(polled, source.descriptor, &pollfd::fd)->revents != 0;
+    return isReady && readOnce(source.descriptor, *source.text) == ReadStep::end;
+  });
+  return true;
+}
+
+void RunningProgram::reap() {
   int status = 0;
   waitpid(processID_, &status, 0);
-  if (WIFEXITED(status)) result.exitStatus = WEXITSTATUS(status);
-  if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
-  return result;
+  isReaped_ = true;
+  if (WIFEXITED(status)) result_.exitStatus = WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) result_.signal = WTERMSIG(status);
 }
 
 std::ostream& operator<<(std::ostream& stream, const ProgramResult& result) {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 #include <vector>
 
@@ -31,24 +33,49 @@ struct ProgramResult {
 /// Shows a result in the messages of failed tests.
 std::ostream& operator<<(std::ostream& stream, const ProgramResult& result);
 
-/// A started program, its standard input empty, its outputs on pipes.
+/// A started program, its standard input empty, its outputs on pipes. Its end kills the program if that still
+/// runs.
 class RunningProgram {
  public:
   explicit RunningProgram(const ProgramStart& start);
+  ~RunningProgram();
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+  RunningProgram(RunningProgram&&) = delete;
+  RunningProgram& operator=(RunningProgram&&) = delete;
 
   [[nodiscard]] pid_t processID() const { return processID_; }
-  /// Reads both outputs to their end and waits for the program's.
+  /// Reads `descriptor`, a terminal that the program writes to, as output, too; it must outlive the program.
+  void alsoRead(int descriptor) { sources_.push_back({descriptor, &result_.output}); }
+  void send(int signal) const;
+  /// Waits until the program has written `text` to one of its outputs. False when it ended without, or took
+  /// longer than a minute.
+  [[nodiscard]] bool waitFor(std::string_view text);
+  /// Reads the outputs to their end and waits for the program's; a program that takes longer than a minute is
+  /// killed.
   [[nodiscard]] ProgramResult finish();
 
  private:
+  using Deadline = std::chrono::steady_clock::time_point;
+  struct Source {
+    int descriptor;
+    std::string* text;
+  };
+
   RunningProgram(const ProgramStart& start, Pipe output, Pipe error);
 
+  [[nodiscard]] bool readMore(Deadline deadline);
+  void reap();
+
   pid_t processID_;
+  bool isReaped_ = false;
   FileDescriptor output_;
   FileDescriptor error_;
+  ProgramResult result_;
+  std::vector<Source> sources_;
 };
 
-/// Starts the program and waits for its end. The outputs together must fit a pipe each.
+/// Starts the program and waits for its end.
 [[nodiscard]] ProgramResult runProgram(const ProgramStart& start);
 
 /// The numeric id of an ordinary user and of an ordinary group.

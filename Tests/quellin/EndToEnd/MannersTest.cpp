@@ -1,0 +1,152 @@
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "QuellinCore/Support/FileDescriptor.h"
+#include "quellin/EndToEnd/FrontEnd.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+using testing_support::FrontEnd;
+using testing_support::macbook;
+using testing_support::ProgramResult;
+using testing_support::ProgramStart;
+using testing_support::runProgram;
+
+struct MannersTest : testing::Test {
+  FrontEnd frontEnd;
+
+  void record() const {
+    ASSERT_EQ(frontEnd.run({"record", "--source", macbook, "--title", "March"}).exitStatus, 0);
+  }
+
+  // Runs the program with its standard output at `descriptor`.
+  [[nodiscard]] ProgramResult runInto(int descriptor, const FrontEnd::Words& arguments) const {
+    ProgramStart start = frontEnd.start(arguments);
+    start.prepare = [descriptor, before = start.prepare] {
+      before();
+      testing_support::require(dup2(descriptor, STDOUT_FILENO) >= 0, "standard output");
+    };
+    return runProgram(start);
+  }
+};
+
+TEST_F(MannersTest, AReaderThatLeavesIsNoFailure) {
+  record();
+  for (const FrontEnd::Words& arguments : std::vector<FrontEnd::Words>{
+           {"export", "last"}, {"snapshot", "--source", macbook}, {"--help"}, {"manual"}}) {
+    auto pipe = Pipe::open();
+    ASSERT_TRUE(pipe);
+    pipe->readEnd.reset();
+    EXPECT_EQ(runInto(pipe->writeEnd.get(), arguments), (ProgramResult{.exitStatus = 0}))
+        << arguments.front();
+  }
+}
+
+TEST_F(MannersTest, AnOutputThatCannotBeWrittenIsAFailure) {
+  const auto unwritable = openDescriptor(frontEnd.home().write("old", ""), O_RDONLY);
+  ASSERT_TRUE(unwritable);
+  for (const FrontEnd::Words& arguments :
+       std::vector<FrontEnd::Words>{{"snapshot", "--source", macbook}, {"--help"}}) {
+    const ProgramResult result = runInto(unwritable->get(), arguments);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_THAT(result.error,
+                StartsWith("quellin: standard output cannot be written: Bad file descriptor. "));
+  }
+}
+
+TEST_F(MannersTest, NumbersAreTheSameInEveryLocale) {
+  const FrontEnd::Words german{"LC_ALL=de_DE.UTF-8", "LANG=de_DE.UTF-8"};
+  record();
+  for (const FrontEnd::Words& arguments :
+       std::vector<FrontEnd::Words>{{"snapshot", "--source", macbook},
+                                    {"snapshot", "--source", macbook, "--json", "--processes"},
+                                    {"budget", "--source", macbook, "--system", "47.5", "--json"},
+                                    {"show", "last", "--json"}}) {
+    const ProgramResult plain = frontEnd.run(arguments);
+    EXPECT_THAT(plain.output, HasSubstr("."));
+    EXPECT_EQ(frontEnd.run(arguments, german), plain);
+  }
+}
+
+TEST_F(MannersTest, NothingIsColouredInAPipe) {
+  record();
+  for (const FrontEnd::Words& arguments : std::vector<FrontEnd::Words>{
+           {"show", "last"}, {"doctor", "--source", macbook}, {"record", "--source", macbook}}) {
+    const ProgramResult result = frontEnd.run(arguments, {"TERM=xterm-256color"});
+    EXPECT_EQ((result.output + result.error).find('\x1b'), std::string::npos) << arguments.front();
+  }
+}
+
+TEST_F(MannersTest, TheStoreLiesInTheHomeFolderUnlessNamed) {
+  record();
+  const std::string usual = "Library/Application Support/Quellin/QuellinSessions.store";
+  EXPECT_TRUE(std::filesystem::exists(frontEnd.pathOf(usual)));
+  EXPECT_EQ(frontEnd.run({"show", "last", "--store", frontEnd.pathOf("other.store")}).exitStatus, 4);
+  EXPECT_EQ(frontEnd.run({"show", "last", "--store", frontEnd.pathOf(usual)}).exitStatus, 0);
+}
+
+TEST_F(MannersTest, DoctorTellsAWholeStoreFromADamagedOne) {
+  record();
+  const FrontEnd::Words doctor{"doctor", "--source", macbook, "--store"};
+  const auto with = [&](const std::string& path) {
+    FrontEnd::Words words = doctor;
+    words.push_back(path);
+    return frontEnd.run(words);
+  };
+  const ProgramResult whole = frontEnd.run({"doctor", "--source", macbook});
+  EXPECT_EQ(whole.exitStatus, 0);
+  EXPECT_THAT(whole.output,
+              AllOf(HasSubstr("Session store         whole\n"), HasSubstr(", sessions: 1, samples: 216\n")));
+  const ProgramResult damaged = with(frontEnd.home().write("damaged.store", std::string(8192, 'x')));
+  EXPECT_THAT(damaged.output, HasSubstr("Session store         damaged\n"));
+}
+
+TEST_F(MannersTest, AStoreThatCannotBeOpenedIsNamedWithAWayOut) {
+  const std::string damaged = frontEnd.home().write("damaged.store", std::string(8192, 'x'));
+  const ProgramResult result = frontEnd.run({"sessions", "--store", damaged});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.error, AllOf(StartsWith("quellin: "), HasSubstr(damaged)));
+}
+
+TEST_F(MannersTest, TheToolsStatusIsInTheExitStatus) {
+  const ProgramResult json = frontEnd.run({"helper", "status", "--json"});
+  const bool isInstalled = json.output.find("\"isInstalled\" : true") != std::string::npos;
+  EXPECT_THAT(json.output, HasSubstr("\"isInstalled\" : "));
+  EXPECT_TRUE(json.exitStatus == 3 || (json.exitStatus == 0 && isInstalled)) << json;
+  const ProgramResult text = frontEnd.run({"helper", "status"});
+  EXPECT_EQ(text.exitStatus, json.exitStatus);
+  EXPECT_THAT(text.error, IsEmpty());
+}
+
+TEST_F(MannersTest, BashCompletesCommandsOptionsAndChoices) {
+  const std::string script = R"(
+    source <("$0" completions bash)
+    complete_at() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _quellin; echo "${COMPREPLY[*]}"; }
+    complete_at quellin sn
+    complete_at quellin record --ti
+    complete_at quellin helper in
+    complete_at quellin --v
+    complete -p quellin
+  )";
+  ProgramStart start{.executable = "/bin/bash",
+                     .arguments = {"bash", "--norc", "-c", script, QUELLIN_EXECUTABLE},
+                     .environment = {"PATH=/usr/bin:/bin"}};
+  const ProgramResult result = runProgram(start);
+  EXPECT_EQ(result.output,
+            "snapshot\n--title\ninstall\n--version\n"
+            "complete -o default -F _quellin quellin\n");
+  EXPECT_THAT(result.error, IsEmpty());
+}
+
+}  // namespace
+}  // namespace quellin::cli

@@ -1,0 +1,202 @@
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "quellin/EndToEnd/FrontEnd.h"
+#include "quellin/Support/PseudoTerminal.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+using testing_support::FrontEnd;
+using testing_support::macbook;
+using testing_support::ProgramResult;
+using testing_support::ProgramStart;
+using testing_support::PseudoTerminal;
+using testing_support::RunningProgram;
+
+// The number behind `name` in a JSON document; -1 when it is not there.
+long numberIn(const std::string& json, const std::string& name) {
+  const std::string key = "\"" + name + "\" : ";
+  const std::size_t at = json.find(key);
+  return at == std::string::npos ? -1 : std::stol(json.substr(at + key.size()));
+}
+
+struct RecordingTest : testing::Test {
+  FrontEnd frontEnd;
+  // A tick every tenth of a second, for twenty seconds.
+  const FrontEnd::Words slowly{"record", "--source", macbook, "--speed", "50", "--title", "Slow"};
+
+  [[nodiscard]] long samplesOfLast() const {
+    return numberIn(frontEnd.run({"show", "last", "--json"}).output, "sampleCount");
+  }
+  // As much of it as people see.
+  [[nodiscard]] std::string lastIdentifier() const {
+    const std::string table = frontEnd.run({"sessions"}).output;
+    return table.substr(table.find('\n') + 1, 8);
+  }
+  // Looks from another process until the recording has so many samples.
+  [[nodiscard]] bool reachesSamples(RunningProgram& recorder, long count) const {
+    if (!recorder.waitFor("recording session")) return false;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
+    while (samplesOfLast() < count) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+    }
+    return true;
+  }
+};
+
+TEST_F(RecordingTest, IsVisibleToOthersWhileItRuns) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 2));
+  EXPECT_THAT(frontEnd.run({"sessions"}).output, HasSubstr("active"));
+  EXPECT_THAT(frontEnd.run({"show", "last"}).output, HasSubstr("Ended             not yet"));
+  EXPECT_THAT(frontEnd.run({"export", "last"}).output, HasSubstr("\"recordType\":\"sample\""));
+}
+
+class EndingSignalTest : public RecordingTest, public testing::WithParamInterface<int> {};
+
+TEST_P(EndingSignalTest, EndsTheSessionProperlyWithItsSummary) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 2));
+  recorder.send(GetParam());
+  const ProgramResult result = recorder.finish();
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.output, AllOf(StartsWith("Slow\n"), HasSubstr("\nStatus            completed\n"),
+                                   HasSubstr("\n#  Source        Started")))
+      << result;
+  EXPECT_THAT(frontEnd.run({"sessions"}).output, AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, EndingSignalTest, testing::Values(SIGINT, SIGTERM));
+
+TEST_F(RecordingTest, ASecondSignalEndsItAtOnceThoughAReadingIsUnderWay) {
+  // A measurement of a quarter of a second takes the better part of an hour at this pace.
+  RunningProgram recorder{frontEnd.start({"record", "--source", macbook, "--speed", "0.0001"})};
+  ASSERT_TRUE(recorder.waitFor("recording session"));
+  recorder.send(SIGINT);
+  recorder.send(SIGTERM);
+  const ProgramResult result = recorder.finish();
+  EXPECT_EQ(result.exitStatus, 1) << result;
+  EXPECT_THAT(result.output, IsEmpty());
+  EXPECT_THAT(frontEnd.run({"sessions"}).output, HasSubstr("active"));
+}
+
+TEST_F(RecordingTest, AfterAKillTheSameSessionGoesOn) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 3));
+  recorder.send(SIGKILL);
+  EXPECT_EQ(recorder.finish().signal, SIGKILL);
+  const std::string identifier = lastIdentifier();
+  const long before = samplesOfLast();
+  ASSERT_GE(before, 3);
+
+  const ProgramResult resumed =
+      frontEnd.run({"record", "--source", macbook, "--for", "10s", "--title", "Another", "--json"});
+  EXPECT_EQ(resumed.exitStatus, 0) << resumed;
+  EXPECT_THAT(resumed.error, HasSubstr("going on with session " + identifier + ", Slow;"));
+  EXPECT_THAT(resumed.error, HasSubstr("the active session keeps its title"));
+  EXPECT_THAT(resumed.error, HasSubstr(std::to_string(before + 1) + " samples"));
+  EXPECT_THAT(resumed.output, HasSubstr("\"title\" : \"Slow\""));
+  EXPECT_THAT(resumed.output, HasSubstr("\"status\" : \"completed\""));
+  EXPECT_EQ(numberIn(resumed.output, "sampleCount"), before + 2);
+}
+
+TEST_F(RecordingTest, StoppedFromElsewhereItSumsUp) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 1));
+  EXPECT_THAT(frontEnd.run({"stop"}).error,
+              AllOf(StartsWith("quellin: stopped session"), HasSubstr(", Slow.")));
+  const ProgramResult result = recorder.finish();
+  EXPECT_EQ(result.exitStatus, 0) << result;
+  EXPECT_THAT(result.error, HasSubstr("the session is no longer active"));
+  EXPECT_THAT(result.output, HasSubstr("\nStatus            completed\n"));
+}
+
+TEST_F(RecordingTest, InterruptedFromElsewhereItStaysInterrupted) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 1));
+  EXPECT_EQ(frontEnd.run({"interrupt"}).exitStatus, 0);
+  EXPECT_THAT(recorder.finish().output, HasSubstr("\nStatus            interrupted\n"));
+}
+
+TEST_F(RecordingTest, DeletedFromElsewhereItSaysSo) {
+  RunningProgram recorder{frontEnd.start(slowly)};
+  ASSERT_TRUE(reachesSamples(recorder, 1));
+  const ProgramResult refused = frontEnd.run({"delete", "last"});
+  EXPECT_EQ(refused.exitStatus, 1);
+  EXPECT_THAT(refused.error, HasSubstr("is still active. End it with 'quellin stop' first, or add --force"));
+  EXPECT_EQ(frontEnd.run({"delete", "last", "--force"}).exitStatus, 0);
+  const ProgramResult result = recorder.finish();
+  EXPECT_EQ(result.exitStatus, 4) << result;
+  EXPECT_THAT(result.error, HasSubstr("the session was deleted from elsewhere"));
+  EXPECT_THAT(result.output, IsEmpty());
+}
+
+struct RecordingOnATerminalTest : RecordingTest {
+  PseudoTerminal terminal{60, 24};
+
+  // A recorder whose two outputs are the terminal, which also is the one that its user sits at.
+  [[nodiscard]] ProgramStart startOnTerminal(const FrontEnd::Words& environment) const {
+    ProgramStart start = frontEnd.start(slowly, environment);
+    start.prepare = [this, before = start.prepare] {
+      before();
+      testing_support::require(setsid() > 0 && ioctl(terminal.slave(), TIOCSCTTY, 0) == 0 &&
+                                   dup2(terminal.slave(), STDOUT_FILENO) >= 0 &&
+                                   dup2(terminal.slave(), STDERR_FILENO) >= 0,
+                               "terminal");
+    };
+    return start;
+  }
+
+  // What the terminal showed of a recording that the user ended with Ctrl-C after some samples.
+  [[nodiscard]] ProgramResult recordUntilCtrlC(const FrontEnd::Words& environment) {
+    RunningProgram recorder{startOnTerminal(environment)};
+    recorder.alsoRead(terminal.master());
+    terminal.release();
+    EXPECT_TRUE(recorder.waitFor("1 sample"));
+    EXPECT_TRUE(reachesSamples(recorder, 3));
+    EXPECT_EQ(write(terminal.master(), "\x03", 1), 1);
+    return recorder.finish();
+  }
+};
+
+TEST_F(RecordingOnATerminalTest, OneLineChangesAndTheSummaryFollows) {
+  const ProgramResult result = recordUntilCtrlC({"TERM=xterm"});
+  EXPECT_EQ(result.exitStatus, 0) << result;
+  EXPECT_THAT(result.output,
+              HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W on average, battery 0 %\x1b[K"));
+  EXPECT_THAT(result.output, HasSubstr("\r5 s, 2 samples, "));
+  EXPECT_THAT(result.output, HasSubstr("\x1b[1mSlow\x1b[0m\r\n"));
+  EXPECT_THAT(result.output, HasSubstr("\r\nStatus            completed\r\n"));
+}
+
+TEST_F(RecordingOnATerminalTest, TheLineFitsIntoCOLUMNS) {
+  const ProgramResult result = recordUntilCtrlC({"TERM=xterm", "COLUMNS=17"});
+  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, B\x1b[K"));
+  EXPECT_THAT(result.output, HasSubstr("#  Source        \r\n"));
+}
+
+TEST_F(RecordingOnATerminalTest, NOCOLORTakesTheColoursAndNothingElse) {
+  const ProgramResult result = recordUntilCtrlC({"TERM=xterm", "NO_COLOR=1"});
+  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, "));
+  EXPECT_THAT(result.output, Not(HasSubstr("\x1b[1m")));
+}
+
+TEST_F(RecordingOnATerminalTest, ADumbTerminalGetsPlainLines) {
+  const ProgramResult result = recordUntilCtrlC({"TERM=dumb"});
+  EXPECT_THAT(result.output, HasSubstr("quellin: 0 s, 1 sample, Battery draw 12.49 W on average"));
+  EXPECT_THAT(result.output, Not(HasSubstr("\x1b")));
+}
+
+}  // namespace
+}  // namespace quellin::cli

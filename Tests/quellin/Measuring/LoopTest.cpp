@@ -1,0 +1,74 @@
+#include <csignal>
+#include <limits>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "quellin/Measuring/Loop.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(LoopTest, RunsActionsWhenTheirTimeComes) {
+  Loop loop;
+  std::vector<int> order;
+  loop.after(Seconds{0.02}, [&] {
+    order.push_back(2);
+    loop.stop();
+  });
+  loop.after(Seconds{-1}, [&] { order.push_back(1); });
+  loop.run();
+  EXPECT_THAT(order, ElementsAre(1, 2));
+}
+
+TEST(LoopTest, ADelayOfAgesIsNotOverAtOnce) {
+  Loop loop;
+  bool isOver = false;
+  for (const double seconds : {1e11, 1e15, 1e300, std::numeric_limits<double>::infinity()}) {
+    loop.after(Seconds{seconds}, [&] { isOver = true; });
+  }
+  loop.after(Seconds{0.02}, [&] { loop.stop(); });
+  loop.run();
+  EXPECT_FALSE(isOver);
+}
+
+TEST(LoopTest, WhatAnActionThrowsReachesTheCaller) {
+  Loop loop;
+  loop.after(Seconds{0}, [] { throw std::runtime_error("lost"); });
+  EXPECT_THROW(loop.run(), std::runtime_error);
+}
+
+TEST(LoopTest, RequestsToEndAreCounted) {
+  Loop loop;
+  std::vector<int> times;
+  loop.onInterrupt([&](int time) {
+    times.push_back(time);
+    if (time == 2) return loop.stop();
+    std::raise(SIGTERM);
+  });
+  loop.after(Seconds{0}, [] { std::raise(SIGINT); });
+  loop.run();
+  EXPECT_THAT(times, ElementsAre(1, 2));
+}
+
+TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsHeldUp) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Loop loop;
+        loop.after(Seconds{0}, [] {
+          std::raise(SIGINT);
+          std::raise(SIGTERM);
+          for (;;) std::this_thread::yield();  // hardware that does not answer
+        });
+        loop.run();
+      },
+      testing::ExitedWithCode(1), "");
+}
+
+}  // namespace
+}  // namespace quellin::cli

@@ -1,0 +1,77 @@
+#include <gmock/gmock.h>
+
+#include "quellin/Presentation/Table.h"
+
+namespace quellin::cli {
+namespace {
+
+TEST(TableTest, ColumnsAreAsWideAsTheirWidestText) {
+  Table table{{{"Name"}, {"W", Alignment::right}, {"Note"}}};
+  table.add({"CPU", "12.50", "model"});
+  table.add({"Neural engine", "0.03", ""});
+  EXPECT_EQ(table.text(std::nullopt),
+            "Name               W  Note\n"
+            "CPU            12.50  model\n"
+            "Neural engine   0.03\n");
+}
+
+TEST(TableTest, ShortRowsAreFilled) {
+  Table table{{{"A"}, {"B"}, {"C"}}};
+  table.add({"1"});
+  EXPECT_EQ(table.text(std::nullopt), "A  B  C\n1\n");
+}
+
+TEST(TableTest, CharactersCountNotBytes) {
+  Table table{{{"Sensor"}, {"°C", Alignment::right}}};
+  table.add({"Prüfstück", "41.0"});
+  table.add({"CPU", "9.5"});
+  EXPECT_EQ(table.text(std::nullopt),
+            "Sensor       °C\n"
+            "Prüfstück  41.0\n"
+            "CPU         9.5\n");
+}
+
+TEST(TableTest, LinesAreCutToTheWidthBetweenCharacters) {
+  Table table{{{"Ä"}, {"Second"}}};
+  table.add({"ÖÖÖÖ", "x"});
+  EXPECT_EQ(table.text(3), "Ä  \nÖÖÖ\n");
+}
+
+TEST(TableTest, NothingInACellReachesTheTerminalAsACommand) {
+  Table table{{{"Process"}, {"W"}}};
+  table.add({"evil\x1b[2J\r\n", "1"});
+  EXPECT_EQ(table.text(std::nullopt), "Process     W\nevil?[2J??  1\n");
+}
+
+TEST(PrintableTest, LeavesOrdinaryTextAndReplacesControls) {
+  EXPECT_EQ(printable("Größe 12 °C"), "Größe 12 °C");
+  EXPECT_EQ(printable("a\tb\nc\x7f"), "a?b?c?");
+  EXPECT_EQ(printable("\xC2\x9B"
+                      "2J"),
+            "?2J");                                  // the one-byte form of ESC [
+  EXPECT_EQ(printable("a\xE2\x80\xAE\x62"), "a?b");  // right-to-left override
+  EXPECT_EQ(printable("a\xE2\x81\xA6\x62"), "a?b");  // left-to-right isolate
+  EXPECT_EQ(printable("a\xFFz"), "a\xEF\xBF\xBDz");  // no UTF-8
+  EXPECT_EQ(printable("\xE2\x80\xA8"), "?");         // line separator
+}
+
+TEST(FirstColumnsTest, CountsCharacters) {
+  EXPECT_EQ(firstColumns("äöü", 2), "äö");
+  EXPECT_EQ(firstColumns("ab", 5), "ab");
+  EXPECT_EQ(firstColumns("ab", 0), "");
+  EXPECT_EQ(firstColumns("", 3), "");
+}
+
+TEST(WrappedTest, BreaksBetweenWordsAndIndents) {
+  EXPECT_EQ(wrapped("one two three", "  ", 9), "  one two\n  three\n");
+  EXPECT_EQ(wrapped("one two three", "  ", 8), "  one\n  two\n  three\n");
+  EXPECT_EQ(wrapped("one two three", "  ", std::nullopt), "  one two three\n");
+}
+
+TEST(WrappedTest, LongWordsAreLeftWholeAndSpacesAreNotKept) {
+  EXPECT_EQ(wrapped("a   /very/long/path b", "", 5), "a\n/very/long/path\nb\n");
+  EXPECT_EQ(wrapped("", "  ", 10), "\n");
+}
+
+}  // namespace
+}  // namespace quellin::cli

@@ -1,0 +1,92 @@
+#include <cctype>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "Support/MemoryStore.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Storage/SessionLookup.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing::HasSubstr;
+using testing_support::MemoryStore;
+
+struct SessionLookupTest : testing::Test {
+  MemoryStore memory;
+
+  std::shared_ptr<PowerSession> finished(double second) {
+    auto session = memory.start(second);
+    memory.store->stop(session, instantAt(second + 60));
+    return session;
+  }
+
+  // How the lookup of `name` fails; no value when it does not.
+  std::optional<Failure> failureOf(const std::string& name) {
+    try {
+      static_cast<void>(findSession(*memory.store, name));
+    } catch (const Failure& failure) {
+      return failure;
+    }
+    return std::nullopt;
+  }
+};
+
+TEST_F(SessionLookupTest, FindsAnIdentifierTheBeginningOfOneAndTheLast) {
+  const auto older = finished(1000);
+  const auto newer = finished(2000);
+  EXPECT_EQ(findSession(*memory.store, older->id().text()), older);
+  EXPECT_EQ(findSession(*memory.store, shortID(*newer)), newer);
+  EXPECT_EQ(findSession(*memory.store, "last"), newer);
+}
+
+TEST_F(SessionLookupTest, TheCaseOfTheIdentifierDoesNotMatter) {
+  const auto session = finished(1000);
+  std::string lower = session->id().text();
+  for (char& character : lower)
+    character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+  EXPECT_EQ(findSession(*memory.store, lower), session);
+}
+
+TEST_F(SessionLookupTest, WhatIsNotThereHasAStatusOfItsOwn) {
+  finished(1000);
+  const auto failure = failureOf("zzz");
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->status(), ExitStatus::noSession);
+  EXPECT_STREQ(failure->what(), "there is no session 'zzz'. 'quellin sessions' lists them.");
+}
+
+TEST_F(SessionLookupTest, InAnEmptyStoreThereIsNoLastOne) {
+  const auto failure = failureOf("last");
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->status(), ExitStatus::noSession);
+  EXPECT_STREQ(failure->what(), "there are no sessions yet. 'quellin record' makes one.");
+}
+
+TEST_F(SessionLookupTest, ABeginningThatSeveralShareIsRefused) {
+  for (int count = 0; count < 17; ++count) finished(1000 + 100 * count);  // two of them share the first digit
+  std::string shared;
+  for (const char digit : std::string_view{"0123456789ABCDEF"}) {
+    const auto sessions = memory.store->sessions();
+    if (std::ranges::count_if(
+            sessions, [&](const auto& session) { return session->id().text().front() == digit; }) > 1) {
+      shared = digit;
+    }
+  }
+  const auto failure = failureOf(shared);
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->status(), ExitStatus::usage);
+  EXPECT_THAT(failure->what(), HasSubstr("Give more of the identifier."));
+}
+
+TEST_F(SessionLookupTest, NoNameIsNoSession) {
+  finished(1000);
+  const auto failure = failureOf("");
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->status(), ExitStatus::noSession);
+}
+
+}  // namespace
+}  // namespace quellin::cli

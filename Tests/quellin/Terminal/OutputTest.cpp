@@ -1,0 +1,83 @@
+#include <csignal>
+#include <fcntl.h>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/TemporaryFolder.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Terminal/Output.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing_support::contentOf;
+using testing_support::TemporaryFolder;
+
+// As the program does in its entry; a write to a closed pipe would end the tests otherwise.
+struct OutputTest : testing::Test {
+  OutputTest() { std::signal(SIGPIPE, SIG_IGN); }
+
+  TemporaryFolder folder;
+  std::string path = folder.pathOf("output");
+  FileDescriptor file = *openDescriptor(path, O_CREAT | O_WRONLY, 0600);
+};
+
+TEST_F(OutputTest, WritesAreGatheredUntilTheFlush) {
+  Output out{file.get()};
+  out.write("one ");
+  out.line("two");
+  EXPECT_EQ(contentOf(path), "");
+  out.flush();
+  EXPECT_EQ(contentOf(path), "one two\n");
+  out.flush();
+  EXPECT_EQ(contentOf(path), "one two\n");
+}
+
+TEST_F(OutputTest, MuchIsWrittenWithoutAFlush) {
+  Output out{file.get()};
+  out.write(std::string(100'000, 'x'));
+  EXPECT_EQ(contentOf(path).size(), 100'000U);
+}
+
+TEST_F(OutputTest, AReaderThatWentIsNoFailure) {
+  auto pipe = Pipe::open();
+  ASSERT_TRUE(pipe);
+  pipe->readEnd.reset();
+  Output out{pipe->writeEnd.get()};
+  out.line("unheard");
+  EXPECT_THROW(out.flush(), ReaderGone);
+}
+
+TEST_F(OutputTest, WhatStopsTheWritingIsNamedAndSoIsTheWayOut) {
+  const auto unwritable = openDescriptor(path, O_RDONLY);
+  ASSERT_TRUE(unwritable);
+  Output out{unwritable->get()};
+  out.line("too much");
+  try {
+    out.flush();
+    FAIL() << "nothing was thrown";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.status(), ExitStatus::failed);
+    EXPECT_STREQ(failure.what(),
+                 "standard output cannot be written: Bad file descriptor. Write to a place with room, for "
+                 "example with -o FILE or > FILE.");
+  }
+}
+
+TEST_F(OutputTest, TalkIsWrittenAtOnceBehindTheProgramsName) {
+  const Talk talk{file.get()};
+  talk.say("recording.");
+  talk.raw("...");
+  EXPECT_EQ(contentOf(path), "quellin: recording.\n...");
+}
+
+TEST_F(OutputTest, FailingToTalkIsNoFailure) {
+  const auto unwritable = openDescriptor(path, O_RDONLY);
+  ASSERT_TRUE(unwritable);
+  EXPECT_NO_THROW(Talk{unwritable->get()}.say("nobody hears this."));
+}
+
+}  // namespace
+}  // namespace quellin::cli
