@@ -13,7 +13,7 @@ install(TARGETS QuellinCore QuellinSessions EXPORT QuellinCoreTargets
 install(DIRECTORY Sources/QuellinCore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h"
   PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE
-  REGEX "/Sessions/(Database|Query|ReadSnapshot|SampleRows|SealedRow|SessionBlobs|SessionRows|StoreFile|StoreSchema|Transaction)\\.h$" EXCLUDE)
+  REGEX "/Sessions/(Database|Query|ReadSnapshot|RecorderState|SampleRows|SealedRow|SessionBlobs|SessionRows|StoreFile|StoreSchema|Transaction)\\.h$" EXCLUDE)
 
 install(EXPORT QuellinCoreTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT development)
 configure_package_config_file(cmake/QuellinCoreConfig.cmake.in QuellinCoreConfig.cmake

@@ -110,3 +110,15 @@ def tracked(root, *patterns):
     command = ["git", "-C", str(root), "ls-files", "--cached", "--others", "--exclude-standard", "--", *patterns]
     listing = subprocess.run(command, check=True, capture_output=True, text=True).stdout
     return [Path(root) / line for line in listing.splitlines()]
+
+
+def undocumented_installs(root):
+    """Headers that are installed but left out of the API documentation, and the reverse."""
+    install = (Path(root) / "cmake/Install.cmake").read_text(encoding="utf-8")
+    doxyfile = (Path(root) / "docs/Doxyfile").read_text(encoding="utf-8")
+    not_installed = {f"{room}/" for room in re.findall(r"PATTERN (\w+) EXCLUDE", install)}
+    for folder, names in re.findall(r'REGEX "/(\w+)/\(([\w|]+)\)', install):
+        not_installed |= {f"{folder}/{name}.h" for name in names.split("|")}
+    not_documented = {name.removesuffix("*") for name in re.findall(r"\*/(\w+/(?:\*|\w+\.h))", doxyfile)}
+    return [f"{name}: is left out of only one of cmake/Install.cmake and docs/Doxyfile"
+            for name in sorted(not_installed ^ not_documented)]

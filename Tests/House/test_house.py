@@ -54,6 +54,27 @@ class IncludeDirections(Tree):
         self.assertEqual(len(house.include_violations(self.root)), 1)
 
 
+class Documentation(Tree):
+    def install(self, names):
+        self.write("cmake/Install.cmake", f'  PATTERN Linux EXCLUDE\n  REGEX "/Sessions/({names})\\\\.h$" EXCLUDE)\n')
+
+    def test_what_is_installed_is_documented(self):
+        self.install("Database|Query")
+        self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Linux/* */Sessions/Database.h \\\n  */Sessions/Query.h\n")
+        self.assertEqual(house.undocumented_installs(self.root), [])
+
+    def test_a_difference_is_named_from_either_side(self):
+        self.install("Database")
+        self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Linux/* */Sessions/Query.h\n")
+        self.assertEqual([line.split(":")[0] for line in house.undocumented_installs(self.root)],
+                         ["Sessions/Database.h", "Sessions/Query.h"])
+
+    def test_a_room_counts_too(self):
+        self.install("Database")
+        self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Sessions/Database.h\n")
+        self.assertEqual(len(house.undocumented_installs(self.root)), 1)
+
+
 class Budget(Tree):
     def test_long_file_and_high_median_are_named(self):
         self.write("A.cpp", "x\n" * (house.MAX_LINES + 1))

@@ -21,24 +21,24 @@ inline constexpr std::array rawValues<BatteryTimeRemainingKind>{std::string_view
 
 /// The internal battery and its charger at one instant.
 struct BatteryInfo {
-  std::int64_t chargePercent = 0;    ///< state of charge, at most 100
-  std::int64_t currentCapacity = 0;  ///< present charge, mAh
-  std::int64_t maxCapacity = 0;      ///< full-charge capacity, mAh
-  std::int64_t designCapacity = 0;   ///< mAh
-  std::int64_t healthPercent = 0;    ///< full-charge capacity relative to design, at most 100
-  std::int64_t cycleCount = 0;       ///< charge cycles
-  double voltage = 0;                ///< volts
-  double amperage = 0;               ///< amperes; negative while the battery discharges
-  double wattage = 0;                ///< volts times amperes; negative while the battery discharges
-  double temperature = 0;            ///< degrees Celsius; 0 or less when not known
-  bool isCharging = false;
-  bool isFullyCharged = false;
-  bool acConnected = false;                                   ///< external power is present
-  std::optional<std::int64_t> adapterWatts;                   ///< rated power of the connected adapter
-  std::optional<std::int64_t> timeRemaining;                  ///< minutes
+  std::int64_t chargePercent = 0;             ///< state of charge, at most 100
+  std::int64_t currentCapacity = 0;           ///< present charge, mAh
+  std::int64_t maxCapacity = 0;               ///< full-charge capacity, mAh
+  std::int64_t designCapacity = 0;            ///< mAh
+  std::int64_t healthPercent = 0;             ///< full-charge capacity relative to design, at most 100
+  std::int64_t cycleCount = 0;                ///< charge cycles
+  double voltage = 0;                         ///< volts
+  double amperage = 0;                        ///< amperes; negative while the battery discharges
+  double wattage = 0;                         ///< volts times amperes; negative while the battery discharges
+  double temperature = 0;                     ///< degrees Celsius; 0 or less when not known
+  bool isCharging = false;                    ///< the host says so; false when it does not
+  bool isFullyCharged = false;                ///< likewise
+  bool acConnected = false;                   ///< external power is present
+  std::optional<std::int64_t> adapterWatts;   ///< rated power of the connected adapter
+  std::optional<std::int64_t> timeRemaining;  ///< minutes
   std::optional<BatteryTimeRemainingKind> timeRemainingKind;  ///< what `timeRemaining` counts towards
   std::string health = "Unknown";                             ///< condition, in the host's words
-  std::optional<std::string> serialNumber;
+  std::optional<std::string> serialNumber;  ///< absent when the host does not give it; never in a session
 
   /// Minutes until the battery is empty; no value when the remaining time counts towards something else.
   [[nodiscard]] std::optional<std::int64_t> timeToEmpty() const {

@@ -10,8 +10,8 @@ namespace quellin {
 
 /// A remaining time and what it counts towards: both are known or neither is.
 struct BatteryTime {
-  std::int64_t minutes = 0;
-  BatteryTimeRemainingKind kind = BatteryTimeRemainingKind::untilEmpty;
+  std::int64_t minutes = 0;                                              ///< 0 to 10080 (one week)
+  BatteryTimeRemainingKind kind = BatteryTimeRemainingKind::untilEmpty;  ///< what the minutes lead to
 
   bool operator==(const BatteryTime&) const = default;
 };

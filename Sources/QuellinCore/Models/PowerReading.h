@@ -27,11 +27,11 @@ inline constexpr std::array rawValues<PowerReadingConfidence>{std::string_view{"
 
 /// One watt figure with its provenance.
 struct PowerReading {
-  double watts = 0;  ///< never negative
-  PowerReadingKind kind{};
-  std::string label;    ///< short human label
-  std::string summary;  ///< one line on what the figure does and does not include
-  PowerReadingConfidence confidence{};
+  double watts = 0;                     ///< never negative
+  PowerReadingKind kind{};              ///< the physical quantity
+  std::string label;                    ///< short human label
+  std::string summary;                  ///< one line on what the figure does and does not include
+  PowerReadingConfidence confidence{};  ///< who measured or modelled it
 
   static constexpr auto fields() {
     return std::tuple{Field{"watts", &PowerReading::watts}, Field{"kind", &PowerReading::kind},

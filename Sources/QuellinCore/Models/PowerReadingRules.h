@@ -9,9 +9,9 @@ namespace quellin {
 
 /// The parts of a battery record that say where its energy goes.
 struct BatteryFlow {
-  double wattage = 0;  ///< watts, negative while the battery delivers energy
-  bool isCharging = false;
-  bool acConnected = false;
+  double wattage = 0;        ///< watts, negative while the battery delivers energy
+  bool isCharging = false;   ///< by the host's flag, not by the sign of the watts
+  bool acConnected = false;  ///< external power is present
 
   /// The flow of a battery record of any form.
   template <class Battery>

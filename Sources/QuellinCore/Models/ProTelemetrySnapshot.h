@@ -13,8 +13,8 @@ namespace quellin {
 
 /// The energy figures of one process, as the privileged measurement reports them.
 struct ProProcessEnergy {
-  std::int32_t pid = 0;
-  std::string name;
+  std::int32_t pid = 0;                      ///< process identifier
+  std::string name;                          ///< as the measuring tool prints it
   std::optional<double> energyImpact;        ///< unitless score
   std::optional<double> cpuTimePercent;      ///< percent of one core
   std::optional<double> wakeupsPerSecond;    ///< wakeups per second
@@ -44,10 +44,10 @@ struct ProTelemetrySnapshot {
   std::string source;        ///< what produced the snapshot
   Instant sampledAt;         ///< when the snapshot was finished
   std::int64_t sampleIntervalMilliseconds = 0;  ///< the measuring interval asked for
-  std::vector<ProProcessEnergy> processes;
-  std::optional<double> cpuPowerWatts;
-  std::optional<double> gpuPowerWatts;
-  std::optional<double> anePowerWatts;
+  std::vector<ProProcessEnergy> processes;      ///< in the order printed
+  std::optional<double> cpuPowerWatts;          ///< average over the interval
+  std::optional<double> gpuPowerWatts;          ///< average over the interval
+  std::optional<double> anePowerWatts;          ///< neural engine, average over the interval
   std::optional<std::string>
       rawSampleSummary;              ///< one line on what was parsed, or the head of unreadable output
   std::optional<std::string> error;  ///< the failure, when `isAvailable` is false

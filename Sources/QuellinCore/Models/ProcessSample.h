@@ -16,12 +16,12 @@ namespace quellin {
 
 /// One process at one instant. A counter that the host cannot read is absent.
 struct ProcessSample {
-  std::int32_t pid = 0;
-  std::string name;
-  std::uint64_t cpuTimeNanoseconds = 0;    ///< user and system time
-  std::optional<std::uint64_t> wakeups;    ///< package-idle and interrupt wakeups
-  std::optional<std::uint64_t> diskBytes;  ///< read and written
-  std::optional<std::uint64_t> energyNanojoules;
+  std::int32_t pid = 0;                           ///< process identifier
+  std::string name;                               ///< see `processName`
+  std::uint64_t cpuTimeNanoseconds = 0;           ///< user and system time
+  std::optional<std::uint64_t> wakeups;           ///< package-idle and interrupt wakeups
+  std::optional<std::uint64_t> diskBytes;         ///< read and written
+  std::optional<std::uint64_t> energyNanojoules;  ///< by the kernel's own estimate
   std::optional<std::uint64_t>
       startToken;  ///< differs between two processes with the same id, where the host says so
 

@@ -14,7 +14,7 @@ namespace quellin {
 /// A number that is neither a 64-bit signed integer nor floating point (wider integers, decimals), reduced by
 /// the host to the integer that it converts to.
 struct NumberObject {
-  std::int64_t integerValue = 0;
+  std::int64_t integerValue = 0;  ///< as the host converts it
 
   bool operator==(const NumberObject&) const = default;
 };
@@ -24,11 +24,11 @@ struct Property;
 /// A string-keyed table of plain values, as hardware registries publish them. Keeps the order of first
 /// insertion.
 class PropertyTable {
- public:
+ public:  /// One value; its kind is kept, so an integer is never taken for a double.
   using Value = std::variant<std::int64_t, bool, std::string, double, NumberObject, PropertyTable>;
 
   PropertyTable();
-  PropertyTable(std::initializer_list<Property> properties);
+  PropertyTable(std::initializer_list<Property> properties);  ///< of a repeated key the last value counts
   PropertyTable(const PropertyTable&);
   PropertyTable(PropertyTable&&) noexcept;
   PropertyTable& operator=(const PropertyTable&);
@@ -43,9 +43,9 @@ class PropertyTable {
 
   /// The value under `key` if it is of that very kind; a value of another kind counts as missing.
   [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const;
-  [[nodiscard]] std::optional<bool> boolean(std::string_view key) const;
-  [[nodiscard]] std::optional<std::string> string(std::string_view key) const;
-  [[nodiscard]] const PropertyTable* table(std::string_view key) const;
+  [[nodiscard]] std::optional<bool> boolean(std::string_view key) const;        ///< see `integer`
+  [[nodiscard]] std::optional<std::string> string(std::string_view key) const;  ///< see `integer`
+  [[nodiscard]] const PropertyTable* table(std::string_view key) const;  ///< valid until the table changes
 
   /// All properties, in the order of their first insertion.
   [[nodiscard]] std::span<const Property> properties() const;
@@ -58,8 +58,8 @@ class PropertyTable {
 
 /// One entry of a `PropertyTable`.
 struct Property {
-  std::string key;
-  PropertyTable::Value value;
+  std::string key;             ///< once in a table
+  PropertyTable::Value value;  ///< of any kind
 
   bool operator==(const Property&) const = default;
 };

@@ -16,9 +16,9 @@ inline constexpr std::string_view fanCount = "FNum";
 /// A controller that reports more fans than this is not believed.
 inline constexpr std::size_t mostFans = 15;
 
-inline constexpr std::string_view currentSpeed = "Ac";
-inline constexpr std::string_view minimumSpeed = "Mn";
-inline constexpr std::string_view maximumSpeed = "Mx";
+inline constexpr std::string_view currentSpeed = "Ac";  ///< of `fanSpeed`
+inline constexpr std::string_view minimumSpeed = "Mn";  ///< of `fanSpeed`
+inline constexpr std::string_view maximumSpeed = "Mx";  ///< of `fanSpeed`
 
 /// The key of one speed of the fan with number `index`: "F0Ac".
 [[nodiscard]] std::string fanSpeed(std::size_t index, std::string_view speed);

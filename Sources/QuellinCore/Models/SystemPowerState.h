@@ -17,12 +17,12 @@ namespace quellin {
 /// that it may be copied and sent between threads freely. Battery and silicon figures are never added
 /// together.
 struct SystemPowerState {
-  std::optional<BatteryInfo> battery;  ///< absent without a battery or when it could not be read
-  std::optional<PowerMetrics> power;   ///< absent when no energy sample was available
-  ThermalInfo thermal;
-  std::vector<FanInfo> fans;
-  std::vector<TemperatureSensor> sensors;
-  Instant timestamp{};  ///< when the snapshot was taken
+  std::optional<BatteryInfo> battery;      ///< absent without a battery or when it could not be read
+  std::optional<PowerMetrics> power;       ///< absent when no energy sample was available
+  ThermalInfo thermal;                     ///< nominal where the host says nothing
+  std::vector<FanInfo> fans;               ///< by index; empty without fans
+  std::vector<TemperatureSensor> sensors;  ///< empty where none could be read
+  Instant timestamp{};                     ///< when the snapshot was taken
 
   /// Watts at the battery's terminals as read: negative while it delivers energy. Absent without a battery.
   [[nodiscard]] std::optional<double> batteryTerminalWatts() const;

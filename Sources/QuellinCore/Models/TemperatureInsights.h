@@ -16,7 +16,7 @@ namespace quellin {
 struct TemperatureInsights {
   TemperatureInsights() = delete;
 
-  using Reading = TemperatureDisplayReading;
+  using Reading = TemperatureDisplayReading;  ///< one row of a display
 
   /// The one temperature for a headline: the processor's where it is known, else the battery's, else the
   /// hottest of the sensors with a meaningful name. No value when there is none of them.

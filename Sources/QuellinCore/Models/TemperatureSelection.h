@@ -18,13 +18,13 @@ class TemperatureSelection {
  public:
   /// One question about a sensor.
   using Trait = bool TemperatureSensorTraits::*;
-  using Reading = TemperatureDisplayReading;
+  using Reading = TemperatureDisplayReading;  ///< one row of a display
 
-  explicit TemperatureSelection(std::span<const TemperatureSensor> sensors);
-
+  explicit TemperatureSelection(std::span<const TemperatureSensor> sensors);  ///< looks at each once
+  /// A sensor and what it measures.
   struct Entry {
-    const TemperatureSensor* sensor = nullptr;
-    TemperatureSensorTraits traits;
+    const TemperatureSensor* sensor = nullptr;  ///< points into the list that was given; never null
+    TemperatureSensorTraits traits;             ///< valid as long as the sensor
 
     /// The sensor's own row: its key as identifier, its display label.
     [[nodiscard]] Reading reading() const;

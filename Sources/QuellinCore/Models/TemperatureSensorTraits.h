@@ -13,12 +13,12 @@ struct TemperatureSensorTraits {
   bool isSiliconDieSensor = false;    ///< on the chip; stands in where there is no CPU-average sensor
   bool isPreferredCPUSensor = false;  ///< the whole processor; stands in where there is no silicon-die sensor
   bool isHumanReadable = false;       ///< its name means something to the user
-  bool isStorageSensor = false;
-  bool isBatterySensor = false;
-  bool isWirelessSensor = false;
-  bool isMemorySensor = false;
-  bool isAmbientSensor = false;
-  std::string_view displayLabel;  ///< text to show; points into the sensor's name or at a fixed text
+  bool isStorageSensor = false;       ///< a drive or its flash memory
+  bool isBatterySensor = false;       ///< a cell, or the gauge beside it
+  bool isWirelessSensor = false;      ///< Wi-Fi
+  bool isMemorySensor = false;        ///< main memory
+  bool isAmbientSensor = false;       ///< around the machine: ambient air, palm rest
+  std::string_view displayLabel;      ///< text to show; points into the sensor's name or at a fixed text
 
   bool operator==(const TemperatureSensorTraits&) const = default;
 };

@@ -21,9 +21,9 @@ inline constexpr std::array rawValues<ThermalState>{std::string_view{"nominal"},
 
 /// The machine's thermal condition at one instant.
 struct ThermalInfo {
-  ThermalState state = ThermalState::nominal;
-  std::int64_t pressure = 0;    ///< thermal-pressure level, 0 (none) to 4
-  bool isLowPowerMode = false;  ///< low-power mode is switched on
+  ThermalState state = ThermalState::nominal;  ///< nominal where the host says nothing
+  std::int64_t pressure = 0;                   ///< thermal-pressure level, 0 (none) to 4
+  bool isLowPowerMode = false;                 ///< low-power mode is switched on
 
   static constexpr auto fields() {
     return std::tuple{Field{"state", &ThermalInfo::state}, Field{"pressure", &ThermalInfo::pressure},

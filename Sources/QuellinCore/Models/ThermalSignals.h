@@ -13,7 +13,7 @@ struct ThermalSignals {
   std::optional<std::int64_t>
       stateCode;  ///< 0 nominal, 1 fair, 2 serious, 3 critical; other values are possible
   std::optional<std::uint64_t> pressureState;  ///< raw state of the thermal-pressure notification
-  std::optional<bool> isLowPowerMode;
+  std::optional<bool> isLowPowerMode;  ///< low-power mode is switched on; absent where the host has none
 
   static constexpr auto fields() {
     return std::tuple{Field{"stateCode", &ThermalSignals::stateCode},

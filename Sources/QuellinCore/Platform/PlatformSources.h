@@ -15,12 +15,12 @@ namespace quellin {
 
 /// One source of every kind: all that a machine, or a trace of one, can be asked. None is null.
 struct PlatformSources {
-  std::shared_ptr<SMCSource> smc;
-  std::shared_ptr<HIDSensorSource> hid;
-  std::shared_ptr<BatterySource> battery;
-  std::shared_ptr<EnergySource> energy;
-  std::shared_ptr<ThermalSource> thermal;
-  std::shared_ptr<ProcessSource> processes;
+  std::shared_ptr<SMCSource> smc;            ///< fans, and temperatures behind four-character keys
+  std::shared_ptr<HIDSensorSource> hid;      ///< temperature services
+  std::shared_ptr<BatterySource> battery;    ///< registry and power-source list
+  std::shared_ptr<EnergySource> energy;      ///< counters of processor, graphics, neural engine, memory
+  std::shared_ptr<ThermalSource> thermal;    ///< thermal state, pressure, low-power mode
+  std::shared_ptr<ProcessSource> processes;  ///< counters of every process
 
   /// The sources of the host that this library was built for.
   [[nodiscard]] static PlatformSources native();

@@ -17,38 +17,38 @@ enum class SMCCommand : std::uint8_t {
 /// machine's byte order; fields that are not named here by a meaning stay zero.
 struct SMCKeyData {
   struct Version {
-    std::uint8_t majorNumber = 0;
-    std::uint8_t minorNumber = 0;
-    std::uint8_t build = 0;
-    std::uint8_t reserved = 0;
-    std::uint16_t release = 0;
-  };
+    std::uint8_t majorNumber = 0;  ///< not used: 0
+    std::uint8_t minorNumber = 0;  ///< not used: 0
+    std::uint8_t build = 0;        ///< not used: 0
+    std::uint8_t reserved = 0;     ///< not used: 0
+    std::uint16_t release = 0;     ///< not used: 0
+  };  ///< Version of the firmware; there for its place alone.
 
   struct PowerLimits {
-    std::uint16_t version = 0;
-    std::uint16_t length = 0;
-    std::uint32_t cpu = 0;
-    std::uint32_t gpu = 0;
-    std::uint32_t memory = 0;
-  };
+    std::uint16_t version = 0;  ///< not used: 0
+    std::uint16_t length = 0;   ///< not used: 0
+    std::uint32_t cpu = 0;      ///< not used: 0
+    std::uint32_t gpu = 0;      ///< not used: 0
+    std::uint32_t memory = 0;   ///< not used: 0
+  };  ///< Limits of power; there for their place alone.
 
-  static constexpr std::size_t capacity = 32;
+  static constexpr std::size_t capacity = 32;  ///< the longest value, in bytes, that fits a block
 
-  std::uint32_t key = 0;  ///< four-character code
-  Version version;
-  std::array<std::uint8_t, 2> paddingAfterVersion{};
-  PowerLimits powerLimits;
+  std::uint32_t key = 0;                              ///< four-character code
+  Version version;                                    ///< not used: 0
+  std::array<std::uint8_t, 2> paddingAfterVersion{};  ///< no meaning
+  PowerLimits powerLimits;                            ///< not used: 0
   std::uint32_t dataSize =
       0;  ///< bytes of the key's value; answered for `readKeyInfo`, asked with `readBytes`
-  std::uint32_t dataType = 0;  ///< four-character code of the value's type; answered for `readKeyInfo`
-  std::uint8_t dataAttributes = 0;
-  std::array<std::uint8_t, 3> paddingAfterAttributes{};
-  std::uint8_t result = 0;
-  std::uint8_t status = 0;
-  SMCCommand command{};
-  std::uint8_t paddingAfterCommand = 0;
-  std::uint32_t data32 = 0;
-  std::array<std::uint8_t, capacity> bytes{};  ///< the value, answered for `readBytes`
+  std::uint32_t dataType = 0;       ///< four-character code of the value's type; answered for `readKeyInfo`
+  std::uint8_t dataAttributes = 0;  ///< answered for `readKeyInfo`; not looked at
+  std::array<std::uint8_t, 3> paddingAfterAttributes{};  ///< no meaning
+  std::uint8_t result = 0;                               ///< the SMC's own verdict; not looked at
+  std::uint8_t status = 0;                               ///< not used: 0
+  SMCCommand command{};                                  ///< what is asked for
+  std::uint8_t paddingAfterCommand = 0;                  ///< no meaning
+  std::uint32_t data32 = 0;                              ///< not used: 0
+  std::array<std::uint8_t, capacity> bytes{};            ///< the value, answered for `readBytes`
 };
 
 // The kernel reads these offsets. No byte is left to the compiler as padding, so a fresh block is zero

@@ -10,8 +10,8 @@ namespace quellin {
 
 /// The value of one key of the SMC.
 struct SMCValue {
-  std::uint32_t dataType = 0;  ///< four-character code
-  std::vector<std::uint8_t> bytes;
+  std::uint32_t dataType = 0;       ///< four-character code
+  std::vector<std::uint8_t> bytes;  ///< 1 to 32 of them when they were read
 
   bool operator==(const SMCValue&) const = default;
 };

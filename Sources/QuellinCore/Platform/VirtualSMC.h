@@ -15,8 +15,8 @@ class VirtualSMC final : public SMCSource {
  public:
   /// Codes of a refused call; callers may rely only on their not being 0.
   static constexpr std::int32_t unknownKey = 1;
-  static constexpr std::int32_t unsupportedCall = 2;
-  static constexpr std::int32_t wrongSize = 3;
+  static constexpr std::int32_t unsupportedCall = 2;  ///< another selector or command
+  static constexpr std::int32_t wrongSize = 3;        ///< a block too small, or a size other than the value's
 
   VirtualSMC();
 

@@ -20,14 +20,14 @@ inline constexpr std::string_view installedHelperPath = "/Library/PrivilegedHelp
 [[nodiscard]] std::string installCommand(std::string_view source, std::string_view destination);
 
 /// A program that asks for an administrator's password and runs a shell command as root.
-struct AdministratorPrompt {
+struct AdministratorPrompt {  /// Which program.
   enum class Kind {
     appleScript,  ///< osascript, "do shell script … with administrator privileges"
     policyKit,    ///< pkexec with a POSIX shell
   };
 
-  Kind kind = Kind::appleScript;
-  std::string executable;  ///< absolute path of the program
+  Kind kind = Kind::appleScript;  ///< which program, and so its arguments
+  std::string executable;         ///< absolute path of the program
 
   /// The arguments that make the program run `command`.
   [[nodiscard]] std::vector<std::string> arguments(std::string_view command) const;

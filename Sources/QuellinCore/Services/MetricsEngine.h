@@ -43,10 +43,10 @@ class MetricsEngine {
   [[nodiscard]] const SystemPowerState& currentState() const;
   /// The latest snapshots, oldest first, at most `historyLimit`.
   [[nodiscard]] const std::vector<SystemPowerState>& history() const;
-  [[nodiscard]] bool isRunning() const;
+  [[nodiscard]] bool isRunning() const;  ///< between `start` and `stop`
   /// From the end of one poll to the start of the next.
   [[nodiscard]] Seconds interval() const;
-  [[nodiscard]] std::int64_t historyLimit() const;
+  [[nodiscard]] std::int64_t historyLimit() const;  ///< how many snapshots `history` keeps
 
   /// Begins polling, at once and then once per interval. No effect while running.
   void start();
@@ -62,12 +62,12 @@ class MetricsEngine {
   /// history stay as they are. `completion` is not called when the engine is gone by then.
   void snapshot(std::function<void(const SystemPowerState&)> completion);
 
-  /// Each calls the observer with the new value after every change, until the subscription ends.
+  /// @{ Each calls the observer with the new value after every change, until the subscription ends.
   [[nodiscard]] Subscription observeCurrentState(std::function<void(const SystemPowerState&)> observer);
   [[nodiscard]] Subscription observeHistory(
       std::function<void(const std::vector<SystemPowerState>&)> observer);
   [[nodiscard]] Subscription observeIsRunning(std::function<void(bool)> observer);
-  [[nodiscard]] Subscription observeInterval(std::function<void(Seconds)> observer);
+  [[nodiscard]] Subscription observeInterval(std::function<void(Seconds)> observer);  /// @}
 
   /// A reader over the readers of this host.
   [[nodiscard]] static Reader nativeReader();

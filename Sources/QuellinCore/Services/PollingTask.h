@@ -14,9 +14,9 @@ namespace quellin {
 class PollingTask : public std::enable_shared_from_this<PollingTask> {
  public:
   PollingTask(const std::shared_ptr<MainExecutor>& executor, Background& background)
-      : executor_(executor), background_(&background) {}
+      : executor_(executor), background_(&background) {}  ///< `background` must outlive it and has the clock
 
-  [[nodiscard]] bool isCancelled() const { return isCancelled_; }
+  [[nodiscard]] bool isCancelled() const { return isCancelled_; }  ///< no way leads back from true
 
   /// Ends the loop at its next look, and the sleep it may be in at once.
   void cancel();

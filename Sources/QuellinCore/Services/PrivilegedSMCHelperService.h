@@ -12,11 +12,11 @@ namespace quellin {
 /// Temperatures through the privileged tool. A plain value; may be used from several threads.
 class PrivilegedSMCHelperService {
  public:
-  static constexpr std::string_view defaultHelperPath = installedHelperPath;
-
+  static constexpr std::string_view defaultHelperPath = installedHelperPath;  ///< where the tool is installed
+  /// For the tool at an absolute path; whether it is there is asked at every call.
   explicit PrivilegedSMCHelperService(std::string helperPath = std::string{defaultHelperPath});
 
-  [[nodiscard]] const std::string& helperPath() const { return helperPath_; }
+  [[nodiscard]] const std::string& helperPath() const { return helperPath_; }  ///< absolute, as given
 
   /// Whether the file at `helperPath` is executable by the current user.
   [[nodiscard]] bool isAvailable() const;

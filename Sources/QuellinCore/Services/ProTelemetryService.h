@@ -14,8 +14,8 @@ namespace quellin {
 
 /// How an installation of the tool ended.
 struct HelperInstallResult {
-  bool succeeded = false;
-  std::string message;  ///< for the user: what happened, or why it did not
+  bool succeeded = false;  ///< the tool is installed now
+  std::string message;     ///< for the user: what happened, or why it did not
 
   bool operator==(const HelperInstallResult&) const = default;
 };
@@ -33,17 +33,17 @@ class ProTelemetryService {
   /// The file name of the tool as shipped with an application.
   static constexpr std::string_view bundledHelperName = "QuellinHelper";
 
-  static constexpr Seconds statusTimeLimit{2};
-  static constexpr Seconds installationTimeLimit{120};
+  static constexpr Seconds statusTimeLimit{2};          ///< for an answer without any measurement
+  static constexpr Seconds installationTimeLimit{120};  ///< a person types a password meanwhile
   /// Covers the tool's own limit of 15 seconds on the measurement, and its start.
   static constexpr Seconds telemetryTimeLimit{20};
 
   explicit ProTelemetryService(std::string helperPath = std::string{defaultHelperPath},
                                AdministratorPrompt prompt = AdministratorPrompt::native(),
                                MonotonicClock& clock = systemMonotonicClock(),
-                               const WallClock& wallClock = systemWallClock());
+                               const WallClock& wallClock = systemWallClock());  ///< clocks must outlive it
 
-  [[nodiscard]] const std::string& helperPath() const { return helperPath_; }
+  [[nodiscard]] const std::string& helperPath() const { return helperPath_; }  ///< absolute, as given
 
   /// What is installed at `helperPath`: ownership, mode and executability as the file system has them,
   /// version and capability as the tool itself answers.

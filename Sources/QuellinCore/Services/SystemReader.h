@@ -18,13 +18,13 @@ namespace quellin {
 /// All the readers that make up one snapshot of the machine; by default those of this host. The wall clock
 /// must outlive it.
 struct SystemReader {
-  BatteryService batteryService = BatteryService{};
-  ThermalService thermalService = ThermalService{};
-  PowerService powerService = PowerService{};
-  SMCService smcService = SMCService{};
-  PrivilegedSMCHelperService privilegedSMCHelperService = PrivilegedSMCHelperService{};
-  HIDSensorService hidSensorService = HIDSensorService{};
-  const WallClock* wallClock = &systemWallClock();
+  BatteryService batteryService = BatteryService{};  ///< battery, charger
+  ThermalService thermalService = ThermalService{};  ///< thermal state, low-power mode
+  PowerService powerService = PowerService{};        ///< energy counters; waits 0.1 s
+  SMCService smcService = SMCService{};              ///< fans, and temperatures: asked first
+  PrivilegedSMCHelperService privilegedSMCHelperService = PrivilegedSMCHelperService{};  ///< asked second
+  HIDSensorService hidSensorService = HIDSensorService{};  ///< temperatures: asked last
+  const WallClock* wallClock = &systemWallClock();         ///< stamps snapshots; never null
 
   /// One full read. Blocks the calling thread: 0.1 s for the energy counters, and as long as the privileged
   /// tool takes when it is asked. Never fails: a source that is missing leaves its item out.

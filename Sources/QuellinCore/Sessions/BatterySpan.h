@@ -9,8 +9,8 @@ namespace quellin {
 
 /// The first and the last battery charge of a stream of moments, in percent.
 struct BatterySpan {
-  std::optional<std::int64_t> batteryPercentStart;
-  std::optional<std::int64_t> batteryPercentEnd;
+  std::optional<std::int64_t> batteryPercentStart;  ///< absent until a charge is known
+  std::optional<std::int64_t> batteryPercentEnd;    ///< absent until a charge is known
 
   /// Takes the charge of the next moment, where it is known.
   void ingest(const std::optional<std::int64_t>& percent) {

@@ -8,7 +8,7 @@
 namespace quellin {
 
 /// A number, or a date, of a JSON document in a form that spells the very same characters again.
-struct BlobNumber {
+struct BlobNumber {  /// How the characters come from the payload.
   enum class Form : std::uint8_t {
     decimal,  ///< `payload` divided by ten to the power of `decimals`, with exactly that many decimals
     single,   ///< a 32-bit float, spelled as the double of the same value
@@ -17,9 +17,9 @@ struct BlobNumber {
     text,     ///< none of these: `text` as it stands
   };
 
-  static constexpr std::uint8_t decimalsLimit = 22;
+  static constexpr std::uint8_t decimalsLimit = 22;  ///< ten to this power is still exact in a double
 
-  Form form = Form::decimal;
+  Form form = Form::decimal;   ///< part of what is stored
   std::uint8_t decimals = 0;   ///< at most `decimalsLimit`; 0 unless `form` is decimal
   std::int64_t payload = 0;    ///< neighbouring values have neighbouring payloads
   std::string_view text = {};  ///< empty unless `form` is text

@@ -27,9 +27,9 @@ inline void appendVarint(std::string& bytes, std::uint64_t value) {
 /// Reads forward through bytes that may be cut short or nonsense.
 class ByteReader {
  public:
-  explicit ByteReader(std::string_view bytes) : bytes_(bytes) {}
+  explicit ByteReader(std::string_view bytes) : bytes_(bytes) {}  ///< not copied; must outlive the reader
 
-  [[nodiscard]] std::string_view rest() const { return bytes_; }
+  [[nodiscard]] std::string_view rest() const { return bytes_; }  ///< what has not been read yet
 
   /// The next byte; no value at the end.
   [[nodiscard]] std::optional<std::uint8_t> byte() {

@@ -21,8 +21,8 @@ class ContributorScores {
   /// How many contributors a summary names.
   static constexpr std::size_t topCount = 5;
 
-  void add(const Contribution& contribution);
-  void add(std::span<const Contribution> contributions);
+  void add(const Contribution& contribution);             ///< to the entry of its kind and name
+  void add(std::span<const Contribution> contributions);  ///< each in turn
 
   /// The entries with the highest scores, highest first; of equal ones the earlier entered.
   [[nodiscard]] std::vector<PowerSessionContributor> top() const;

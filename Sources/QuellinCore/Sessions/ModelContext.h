@@ -28,7 +28,7 @@ struct SessionRow;
 /// save could not write stays gathered for the next one. Every operation throws `StoreError` and must be
 /// called on the main executor. Made with std::make_shared.
 class ModelContext final : public ModelOwner, public std::enable_shared_from_this<ModelContext> {
- public:
+ public:  /// Over an open container, for use on `executor` alone.
   ModelContext(std::shared_ptr<ModelContainer> container, std::shared_ptr<const MainExecutor> executor);
   ~ModelContext() override;
   ModelContext(const ModelContext&) = delete;
@@ -40,7 +40,7 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   /// `facts` must be those of the sample's blobs.
   void insert(const std::shared_ptr<PowerSession>& session);
   void insert(const std::shared_ptr<PowerSessionSample>& sample,
-              std::optional<SampleFacts> facts = std::nullopt);
+              std::optional<SampleFacts> facts = std::nullopt);  ///< written at the next save
 
   /// Deletes a session and its samples at the next save.
   void remove(const std::shared_ptr<PowerSession>& session);
@@ -60,8 +60,8 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   /// was made is forgotten.
   using Find =
       std::function<std::shared_ptr<PowerSession>(const std::vector<std::shared_ptr<PowerSession>>&)>;
-  using Make = std::function<std::shared_ptr<PowerSession>()>;
-  std::shared_ptr<PowerSession> findOrInsert(const Find& find, const Make& make);
+  using Make = std::function<std::shared_ptr<PowerSession>()>;  ///< never null; called at most once
+  std::shared_ptr<PowerSession> findOrInsert(const Find& find, const Make& make);  ///< the rule: see `Find`
 
   /// The key under which a session is stored; 0 while it is not.
   [[nodiscard]] static std::int64_t keyOf(const PowerSession& session);
@@ -70,7 +70,7 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   [[nodiscard]] SessionBlobs& blobsOfSession(std::int64_t key);
 
   void modelChanged(const std::shared_ptr<PowerSession>& session) override;
-  void modelChanged(const std::shared_ptr<PowerSessionSample>& sample) override;
+  void modelChanged(const std::shared_ptr<PowerSessionSample>& sample) override;  ///< for the next save
   [[nodiscard]] std::vector<std::shared_ptr<PowerSessionSample>> samplesOf(
       const PowerSession& session) override;
   [[nodiscard]] SampleBlobs blobsOf(const PowerSessionSample& sample) override;

@@ -22,7 +22,7 @@ class ModelOwner {
 
   /// The model has a value that is not saved.
   virtual void modelChanged(const std::shared_ptr<PowerSession>& session) = 0;
-  virtual void modelChanged(const std::shared_ptr<PowerSessionSample>& sample) = 0;
+  virtual void modelChanged(const std::shared_ptr<PowerSessionSample>& sample) = 0;  ///< the same of a sample
 
   /// The samples of a session in the order stored.
   [[nodiscard]] virtual std::vector<std::shared_ptr<PowerSessionSample>> samplesOf(

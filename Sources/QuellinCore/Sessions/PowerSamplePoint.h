@@ -10,7 +10,7 @@ namespace quellin {
 
 /// The power facts of one moment, for plotting and integration.
 struct PowerSamplePoint {
-  Instant timestamp;
+  Instant timestamp;                           ///< that of the sample or live state
   std::optional<double> watts;                 ///< total watts; absent when no reading was possible
   std::string sourceKind;                      ///< raw value of a `PowerReadingKind`, or "unavailable"
   std::string sourceLabel;                     ///< the kind's label, "On AC, battery idle" or "Unavailable"

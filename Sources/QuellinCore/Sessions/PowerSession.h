@@ -32,9 +32,9 @@ inline constexpr std::array rawValues<PowerSessionSource>{std::string_view{"app"
 
 /// The stored values of a session.
 struct PowerSessionColumns {
-  UUID id;  ///< not unique by force
-  std::string title;
-  Instant startedAt;
+  UUID id;                               ///< not unique by force
+  std::string title;                     ///< see `PowerSessionStore::normalizedTitle`
+  Instant startedAt;                     ///< wall clock
   std::optional<Instant> endedAt;        ///< absent while recording
   std::optional<std::string> statusRaw;  ///< raw value of a `PowerSessionStatus`
   std::optional<std::string> sourceRaw;  ///< raw value of a `PowerSessionSource`
@@ -48,15 +48,15 @@ struct PowerSessionColumns {
 
 /// What a new session is made of.
 struct PowerSessionInit {
-  UUID id;
-  std::string title;
-  Instant startedAt;
-  std::optional<Instant> endedAt;
-  PowerSessionStatus status = PowerSessionStatus::active;
-  PowerSessionSource source = PowerSessionSource::app;
-  std::string appVersion;
-  std::int64_t schemaVersion = 0;
-  double sampleInterval = 0;  ///< seconds
+  UUID id;                                                 ///< all zeros unless given
+  std::string title;                                       ///< see `PowerSessionStore::normalizedTitle`
+  Instant startedAt;                                       ///< wall clock
+  std::optional<Instant> endedAt;                          ///< absent while recording
+  PowerSessionStatus status = PowerSessionStatus::active;  ///< stored by its raw value
+  PowerSessionSource source = PowerSessionSource::app;     ///< stored by its raw value
+  std::string appVersion;                                  ///< version of the software that records it
+  std::int64_t schemaVersion = 0;                          ///< version of the encoding of its samples
+  double sampleInterval = 0;                               ///< seconds
 };
 
 /// A recorded session: an object that its store knows once, so that all holders of it see the same values.
@@ -69,7 +69,7 @@ class PowerSession : public std::enable_shared_from_this<PowerSession> {
                                                           const WallClock& clock = systemWallClock());
   /// A session with given values; for the store that reads it.
   explicit PowerSession(PowerSessionColumns columns);
-
+  /// @{ The stored values, or one of them; see `PowerSessionColumns` for units and what absence means.
   [[nodiscard]] const PowerSessionColumns& columns() const { return columns_; }
   [[nodiscard]] const UUID& id() const { return columns_.id; }
   [[nodiscard]] const std::string& title() const { return columns_.title; }
@@ -80,19 +80,19 @@ class PowerSession : public std::enable_shared_from_this<PowerSession> {
   [[nodiscard]] const std::string& appVersion() const { return columns_.appVersion; }
   [[nodiscard]] std::int64_t schemaVersion() const { return columns_.schemaVersion; }
   [[nodiscard]] double sampleInterval() const { return columns_.sampleInterval; }
-  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }
+  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }  /// @}
 
   /// The status; active for a raw value that is absent or unknown.
   [[nodiscard]] PowerSessionStatus status() const;
   /// The source; app for a raw value that is absent or unknown.
   [[nodiscard]] PowerSessionSource source() const;
-
+  /// @{ Changes the value, marks the session for the next save, and then tells the observers.
   void setTitle(std::string title);
   void setStartedAt(Instant instant);
   void setEndedAt(std::optional<Instant> instant);
   void setStatusRaw(std::optional<std::string> raw);
   void setSourceRaw(std::optional<std::string> raw);
-  void setSampleInterval(double seconds);
+  void setSampleInterval(double seconds);  /// @}
 
   /// The samples in the order stored, those not saved yet last; read from the store at every call. No value
   /// once the session is deleted. Throws `StoreError` when the store cannot be read; unreadable rows are left

@@ -12,7 +12,7 @@ namespace quellin::PowerSessionCoders {
 
 /// Writes records with sorted keys and ISO 8601 dates in whole seconds.
 struct Encoder {
-  JSONLayout layout = JSONLayout::compact;
+  JSONLayout layout = JSONLayout::compact;  ///< same values, other blanks
 
   /// `value` as one JSON document; fails on a number or date that is not finite.
   template <class T>
@@ -33,7 +33,7 @@ struct Decoder {
   template <class T>
   [[nodiscard]] std::expected<T, DecodingError> decode(std::string_view bytes) const {
     return decodeJSON<T>(bytes);
-  }
+  }  ///< The value that `bytes` spell, or the first thing that is wrong with them.
 };
 
 /// One line: for stored blobs and export lines.
@@ -42,6 +42,6 @@ inline constexpr Encoder encoder{};
 /// Indented, for people to read.
 inline constexpr Encoder prettyEncoder{JSONLayout::pretty};
 
-inline constexpr Decoder decoder{};
+inline constexpr Decoder decoder{};  ///< for stored blobs and export lines
 
 }  // namespace quellin::PowerSessionCoders

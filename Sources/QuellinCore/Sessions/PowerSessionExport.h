@@ -26,16 +26,16 @@ inline constexpr std::int64_t schemaVersion = 2;
 
 /// A session's own values as they are exported.
 struct PowerSessionMetadataDTO {
-  UUID id;
-  std::string title;
-  Instant startedAt;
+  UUID id;                         ///< that of the stored session
+  std::string title;               ///< as stored
+  Instant startedAt;               ///< exported in whole seconds
   std::optional<Instant> endedAt;  ///< absent while the session is recorded
   std::string status;              ///< raw value of a `PowerSessionStatus`
   std::string source;              ///< raw value of a `PowerSessionSource`
   double sampleInterval = 0;       ///< seconds
 
   PowerSessionMetadataDTO() = default;
-  explicit PowerSessionMetadataDTO(const PowerSession& session);
+  explicit PowerSessionMetadataDTO(const PowerSession& session);  ///< status and source as raw values
 
   static constexpr auto fields() {
     return std::tuple{Field{"id", &PowerSessionMetadataDTO::id},
@@ -52,12 +52,12 @@ struct PowerSessionMetadataDTO {
 
 /// A stored sample as it is exported.
 struct PowerSessionSampleDTO {
-  UUID id;
-  Instant timestamp;
-  double elapsedSeconds = 0;  ///< since the session started, as stored
-  SystemPowerStateDTO snapshot;
+  UUID id;                                            ///< that of the stored sample
+  Instant timestamp;                                  ///< exported in whole seconds
+  double elapsedSeconds = 0;                          ///< since the session started, as stored
+  SystemPowerStateDTO snapshot;                       ///< as decoded from the stored blob
   std::vector<ProcessActivityDTO> processActivities;  ///< empty when none was taken with this sample
-  std::optional<ProTelemetrySnapshot> proTelemetry;
+  std::optional<ProTelemetrySnapshot> proTelemetry;   ///< present once for each measurement
 
   static constexpr auto fields() {
     return std::tuple{Field{"id", &PowerSessionSampleDTO::id},
@@ -73,16 +73,16 @@ struct PowerSessionSampleDTO {
 
 /// The first line of an exported session.
 struct PowerSessionExportEnvelope {
-  std::string recordType = "session";
-  std::int64_t schemaVersion = 0;
-  std::string appVersion;  ///< version of the software that exported it
-  Instant exportedAt;
-  PowerSessionMetadataDTO session;
-  PowerSessionSummary summary;
+  std::string recordType = "session";  ///< tells the kinds of lines apart
+  std::int64_t schemaVersion = 0;      ///< see `PowerSessionExportFormat`
+  std::string appVersion;              ///< version of the software that exported it
+  Instant exportedAt;                  ///< exported in whole seconds
+  PowerSessionMetadataDTO session;     ///< its own values
+  PowerSessionSummary summary;         ///< worked out at the export
 
   PowerSessionExportEnvelope() = default;
   PowerSessionExportEnvelope(std::int64_t schemaVersion, std::string appVersion, Instant exportedAt,
-                             PowerSessionMetadataDTO session, PowerSessionSummary summary);
+                             PowerSessionMetadataDTO session, PowerSessionSummary summary);  ///< all fields
 
   static constexpr auto fields() {
     return std::tuple{Field{"recordType", &PowerSessionExportEnvelope::recordType},
@@ -98,11 +98,11 @@ struct PowerSessionExportEnvelope {
 
 /// Every other line of an exported session.
 struct PowerSessionSampleLine {
-  std::string recordType = "sample";
-  PowerSessionSampleDTO sample;
+  std::string recordType = "sample";  ///< tells the kinds of lines apart
+  PowerSessionSampleDTO sample;       ///< one moment of the session
 
   PowerSessionSampleLine() = default;
-  explicit PowerSessionSampleLine(PowerSessionSampleDTO sample);
+  explicit PowerSessionSampleLine(PowerSessionSampleDTO sample);  ///< takes it as it is
 
   static constexpr auto fields() {
     return std::tuple{Field{"recordType", &PowerSessionSampleLine::recordType},

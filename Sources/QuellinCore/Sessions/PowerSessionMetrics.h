@@ -45,7 +45,7 @@ namespace quellin::PowerSessionMetrics {
 /// decoded, the columns alone speak, and a sample without external power counts as battery draw.
 [[nodiscard]] PowerSamplePoint storedPowerPoint(const PowerSessionSample& sample, JSONDecoder& decoder);
 [[nodiscard]] PowerSamplePoint storedPowerPoint(const SampleColumns& columns, std::string_view snapshotData,
-                                                JSONDecoder& decoder);
+                                                JSONDecoder& decoder);  ///< the same of its stored parts
 
 /// What a session with these samples, in any order, comes to.
 [[nodiscard]] PowerSessionSummary summary(const PowerSession& session,

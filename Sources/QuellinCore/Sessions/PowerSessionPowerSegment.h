@@ -12,22 +12,22 @@ namespace quellin {
 
 /// A stretch of a session in which the power source stayed the same.
 struct PowerSessionPowerSegment {
-  std::int64_t index = 0;  ///< place in the session, from 0
-  std::string sourceKind;
-  std::string sourceLabel;          ///< that of the first point
-  std::optional<bool> acConnected;  ///< absent without battery information
-  Instant startedAt;                ///< timestamp of the first point
-  Instant endedAt;                  ///< timestamp of the last point
-  double durationSeconds = 0;       ///< never negative
-  std::int64_t sampleCount = 0;
-  std::int64_t wattSampleCount = 0;    ///< points that carried watts
-  std::optional<double> averageWatts;  ///< weighted by time where time has passed
-  std::optional<double> minWatts;
-  std::optional<double> maxWatts;
-  std::optional<double> totalWattHours;  ///< absent with fewer than two readings
-  std::optional<std::int64_t> batteryPercentStart;
-  std::optional<std::int64_t> batteryPercentEnd;
-  std::optional<std::int64_t> batteryPercentDelta;
+  std::int64_t index = 0;                           ///< place in the session, from 0
+  std::string sourceKind;                           ///< raw value of a `PowerReadingKind`, or "unavailable"
+  std::string sourceLabel;                          ///< that of the first point
+  std::optional<bool> acConnected;                  ///< absent without battery information
+  Instant startedAt;                                ///< timestamp of the first point
+  Instant endedAt;                                  ///< timestamp of the last point
+  double durationSeconds = 0;                       ///< never negative
+  std::int64_t sampleCount = 0;                     ///< points, with or without watts
+  std::int64_t wattSampleCount = 0;                 ///< points that carried watts
+  std::optional<double> averageWatts;               ///< weighted by time where time has passed
+  std::optional<double> minWatts;                   ///< absent without a reading
+  std::optional<double> maxWatts;                   ///< absent without a reading
+  std::optional<double> totalWattHours;             ///< absent with fewer than two readings
+  std::optional<std::int64_t> batteryPercentStart;  ///< absent when never known
+  std::optional<std::int64_t> batteryPercentEnd;    ///< absent when never known
+  std::optional<std::int64_t> batteryPercentDelta;  ///< negative when the charge fell
 
   static constexpr auto fields() {
     using Segment = PowerSessionPowerSegment;

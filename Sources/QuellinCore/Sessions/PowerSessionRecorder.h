@@ -51,8 +51,8 @@ class PowerSessionRecorder {
   [[nodiscard]] const PowerSessionSummary& activeSummary() const;
   /// The text of the last failure; the next `start`, `stop` or `record` that succeeds clears it.
   [[nodiscard]] const std::optional<std::string>& lastError() const;
-  [[nodiscard]] const std::shared_ptr<PowerSessionStore>& store() const;
-  [[nodiscard]] Seconds processSampleInterval() const;
+  [[nodiscard]] const std::shared_ptr<PowerSessionStore>& store() const;  ///< where sessions go; never null
+  [[nodiscard]] Seconds processSampleInterval() const;  ///< the least time between two measurements
   /// Timestamp of the snapshot with which process activity was last taken.
   [[nodiscard]] const std::optional<Instant>& lastProcessSampleAt() const;
   /// When the pro telemetry that was last accepted was sampled.
@@ -88,7 +88,7 @@ class PowerSessionRecorder {
   void remove(const std::shared_ptr<PowerSession>& session);
 
   /// The session as a JSON Lines document of the present moment. Throws `StoreError`.
-  [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session);
+  [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session);  /// @{
 
   /// Each calls the observer with the new value after it was set, until the subscription ends; those of the
   /// two instants only when the value differs from the one before.
@@ -100,7 +100,7 @@ class PowerSessionRecorder {
   [[nodiscard]] Subscription observeLastProcessSampleAt(
       std::function<void(const std::optional<Instant>&)> observer);
   [[nodiscard]] Subscription observeLastProTelemetrySampledAt(
-      std::function<void(const std::optional<Instant>&)> observer);
+      std::function<void(const std::optional<Instant>&)> observer);  /// @}
 
   /// A sampler over the processes of this host.
   [[nodiscard]] static ProcessSampler nativeProcessSampler();

@@ -18,19 +18,19 @@ class PowerSession;
 
 /// What a new sample is made of; its fields mean what those of the sample mean.
 struct PowerSessionSampleInit {
-  UUID id;
-  Instant timestamp;
-  double elapsedSeconds = 0;
-  std::string snapshotData;
-  std::optional<std::string> processActivityData;
-  std::optional<std::string> proTelemetryData;
-  std::optional<double> totalWatts;
-  std::optional<std::int64_t> batteryPercent;
-  std::optional<bool> acConnected;
-  std::int64_t thermalPressure = 0;
-  std::optional<std::int64_t> maxFanRPM;
-  std::optional<double> maxTemperature;
-  std::shared_ptr<PowerSession> session;
+  UUID id;                                         ///< all zeros unless given
+  Instant timestamp;                               ///< by default that of the snapshot
+  double elapsedSeconds = 0;                       ///< seconds since the start of the session
+  std::string snapshotData;                        ///< JSON of a `SystemPowerStateDTO`
+  std::optional<std::string> processActivityData;  ///< JSON of an array of `ProcessActivityDTO`
+  std::optional<std::string> proTelemetryData;     ///< JSON of a `ProTelemetrySnapshot`
+  std::optional<double> totalWatts;                ///< absent without a reading
+  std::optional<std::int64_t> batteryPercent;      ///< absent without a battery
+  std::optional<bool> acConnected;                 ///< absent without a battery
+  std::int64_t thermalPressure = 0;                ///< 0 (none) to 4
+  std::optional<std::int64_t> maxFanRPM;           ///< absent without fans
+  std::optional<double> maxTemperature;            ///< degrees Celsius; absent without sensors
+  std::shared_ptr<PowerSession> session;           ///< the one that it belongs to
 };
 
 /// One stored moment of a session: an object that its store knows once. Setters tell the observers; the store
@@ -44,7 +44,7 @@ class PowerSessionSample : public std::enable_shared_from_this<PowerSessionSampl
   /// A sample with given values; for the store that reads it. Without blobs it asks its owner for them.
   PowerSessionSample(SampleColumns columns, std::optional<SampleBlobs> blobs,
                      std::shared_ptr<PowerSession> session);
-
+  /// @{ The stored values, or one of them; see `SampleColumns` for units and what absence means.
   [[nodiscard]] const SampleColumns& columns() const { return columns_; }
   [[nodiscard]] const UUID& id() const { return columns_.id; }
   [[nodiscard]] Instant timestamp() const { return columns_.timestamp; }
@@ -58,7 +58,7 @@ class PowerSessionSample : public std::enable_shared_from_this<PowerSessionSampl
   [[nodiscard]] const std::optional<std::int64_t>& maxFanRPM() const { return columns_.maxFanRPM; }
   /// Degrees Celsius.
   [[nodiscard]] const std::optional<double>& maxTemperature() const { return columns_.maxTemperature; }
-  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }
+  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }  /// @}
 
   /// The JSON of a `SystemPowerStateDTO`; empty, which no JSON is, when the stored bytes are damaged. These
   /// three throw `StoreError` when the store cannot be read.
@@ -74,11 +74,11 @@ class PowerSessionSample : public std::enable_shared_from_this<PowerSessionSampl
 
   /// The session that the sample belongs to; null once that is deleted.
   [[nodiscard]] std::shared_ptr<PowerSession> session() const;
-
+  /// @{ Changes the value, marks the sample for the next save, and then tells the observers.
   void setColumns(SampleColumns columns);
   void setSnapshotData(std::string data);
   void setProcessActivityData(std::optional<std::string> data);
-  void setProTelemetryData(std::optional<std::string> data);
+  void setProTelemetryData(std::optional<std::string> data);  /// @}
 
   /// Calls `observer` after every change of a value.
   [[nodiscard]] Subscription onChange(std::function<void()> observer);

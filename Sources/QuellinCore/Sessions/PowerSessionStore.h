@@ -34,7 +34,7 @@ struct PowerSessionStoreSurroundings {
   const WallClock& clock = systemWallClock();               ///< stamps new records
   const LocaleDateText& dateText = systemLocaleDateText();  ///< for titles
   HomeFolderLookup homeFolder = quellin::homeFolder;        ///< for the default file
-  StoreFileOptions file = {};
+  StoreFileOptions file = {};                               ///< how long to wait for other processes
 };
 
 /// What a full reading of a session found; see `PowerSessionStore::check`.
@@ -46,7 +46,7 @@ struct SessionCheck {
 
   [[nodiscard]] bool isWhole() const {
     return lostSamples == 0 && lostSnapshots == 0 && lostProcessData == 0;
-  }
+  }  ///< Whether nothing is damaged.
   bool operator==(const SessionCheck&) const = default;
 };
 
@@ -77,8 +77,8 @@ class PowerSessionStore {
   [[nodiscard]] static std::string normalizedTitle(const std::optional<std::string>& title, Instant startedAt,
                                                    const LocaleDateText& dateText = systemLocaleDateText());
 
-  [[nodiscard]] ModelContainer& container() { return *container_; }
-  [[nodiscard]] ModelContext& context() { return *context_; }
+  [[nodiscard]] ModelContainer& container() { return *container_; }  ///< the open file; main executor only
+  [[nodiscard]] ModelContext& context() { return *context_; }  ///< what gathers changes until they are saved
   /// Written into new sessions.
   [[nodiscard]] const std::string& appVersion() const { return appVersion_; }
 

@@ -14,7 +14,7 @@ namespace quellin {
 
 /// A process by the energy it cost over a session; processes of one name count together.
 struct PowerSessionContributor {
-  std::string name;
+  std::string name;        ///< of the process
   std::string source;      ///< "powermetrics" or "proc_pid_rusage"
   double score = 0;        ///< without a unit; comparable within one source
   std::string confidence;  ///< "derived" or "estimated"
@@ -38,22 +38,22 @@ struct PowerSessionSummary {
   static constexpr std::string_view mixedSourcesNote =
       "Mixed power sources; use powerSegments for per-source averages.";
 
-  double durationSeconds = 0;  ///< never negative
-  std::int64_t sampleCount = 0;
-  std::int64_t wattSampleCount = 0;             ///< samples with total watts
-  std::optional<double> averageWatts;           ///< absent for mixed sources
-  std::optional<std::string> averageWattsNote;  ///< present for mixed sources
-  std::optional<double> minWatts;
-  std::optional<double> maxWatts;
-  std::optional<double> totalWattHours;           ///< absent for mixed sources
-  std::optional<std::string> totalWattHoursNote;  ///< equal to `averageWattsNote`
-  std::optional<std::int64_t> batteryPercentStart;
-  std::optional<std::int64_t> batteryPercentEnd;
-  std::optional<std::int64_t> batteryPercentDelta;
-  std::int64_t maxThermalPressure = 0;
-  std::optional<double> maxTemperature;   ///< degrees Celsius
-  std::optional<std::int64_t> maxFanRPM;  ///< revolutions per minute
-  std::vector<PowerSessionPowerSegment> powerSegments;
+  double durationSeconds = 0;                            ///< never negative
+  std::int64_t sampleCount = 0;                          ///< with or without watts
+  std::int64_t wattSampleCount = 0;                      ///< samples with total watts
+  std::optional<double> averageWatts;                    ///< absent for mixed sources
+  std::optional<std::string> averageWattsNote;           ///< present for mixed sources
+  std::optional<double> minWatts;                        ///< absent without a reading
+  std::optional<double> maxWatts;                        ///< absent without a reading
+  std::optional<double> totalWattHours;                  ///< absent for mixed sources
+  std::optional<std::string> totalWattHoursNote;         ///< equal to `averageWattsNote`
+  std::optional<std::int64_t> batteryPercentStart;       ///< absent when never known
+  std::optional<std::int64_t> batteryPercentEnd;         ///< absent when never known
+  std::optional<std::int64_t> batteryPercentDelta;       ///< negative when the charge fell
+  std::int64_t maxThermalPressure = 0;                   ///< 0 (none) to 4
+  std::optional<double> maxTemperature;                  ///< degrees Celsius
+  std::optional<std::int64_t> maxFanRPM;                 ///< revolutions per minute
+  std::vector<PowerSessionPowerSegment> powerSegments;   ///< in order of time; empty without samples
   std::vector<PowerSessionContributor> topContributors;  ///< highest score first
 
   /// The summary of a session without samples.

@@ -13,16 +13,16 @@ namespace quellin {
 /// What a sample keeps beside its blobs. The figures from `totalWatts` to `maxTemperature` repeat what the
 /// snapshot blob holds, so that lists and summaries need not decode it.
 struct SampleColumns {
-  UUID id;
-  Instant timestamp;
-  double elapsedSeconds = 0;  ///< since the start of the session, never negative
-  std::optional<double> totalWatts;
+  UUID id;                                     ///< not unique by force
+  Instant timestamp;                           ///< by default that of the snapshot
+  double elapsedSeconds = 0;                   ///< since the start of the session, never negative
+  std::optional<double> totalWatts;            ///< of the primary power reading; absent without one
   std::optional<std::int64_t> batteryPercent;  ///< absent without a battery
   std::optional<bool> acConnected;             ///< absent without a battery
-  std::int64_t thermalPressure = 0;
-  std::optional<std::int64_t> maxFanRPM;  ///< absent without fans
-  std::optional<double> maxTemperature;   ///< degrees Celsius; absent without sensors
-  Instant createdAt;
+  std::int64_t thermalPressure = 0;            ///< 0 (none) to 4
+  std::optional<std::int64_t> maxFanRPM;       ///< absent without fans
+  std::optional<double> maxTemperature;        ///< degrees Celsius; absent without sensors
+  Instant createdAt;                           ///< when the record was made
 
   bool operator==(const SampleColumns&) const = default;
 };

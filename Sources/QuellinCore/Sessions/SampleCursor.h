@@ -29,7 +29,7 @@ class SampleCursor {
     stored,  ///< as they were appended
     time,    ///< by timestamp, equal ones as they were appended
   };
-
+  /// Over what the store opened; callers get theirs from `PowerSessionStore::scan`.
   SampleCursor(Database& database, SessionBlobs& blobs, OnDamage onDamage, Order order);
   SampleCursor(SampleCursor&&) noexcept;
   SampleCursor& operator=(SampleCursor&&) noexcept;

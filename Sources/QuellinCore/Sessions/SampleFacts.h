@@ -32,8 +32,8 @@ struct Contribution {
 /// The battery's external power and percent in the snapshot are those of the columns whenever facts are
 /// there.
 struct SampleFacts {
-  std::string powerSourceKind;
-  std::string powerSourceLabel;
+  std::string powerSourceKind;                ///< raw value of a `PowerReadingKind`, or "unavailable"
+  std::string powerSourceLabel;               ///< as in `PowerSamplePoint`
   std::vector<Contribution> contributions;    ///< those of the pro telemetry first
   std::optional<Instant> telemetrySampledAt;  ///< of pro telemetry that was available, in whole seconds
 

@@ -10,7 +10,7 @@ namespace quellin {
 
 /// The greatest values of a moment that summaries follow.
 struct SampleMaxima {
-  std::int64_t thermalPressure = 0;
+  std::int64_t thermalPressure = 0;    ///< 0 (none) to 4
   std::optional<std::int64_t> fanRPM;  ///< absent without fans
   std::optional<double> temperature;   ///< degrees Celsius; absent without sensors
 

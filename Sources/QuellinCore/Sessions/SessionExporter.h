@@ -14,7 +14,7 @@ namespace quellin {
 /// Writes an exported session line by line, holding one piece of it at a time.
 class SessionExporter {
  public:
-  explicit SessionExporter(TextSink sink);
+  explicit SessionExporter(TextSink sink);  ///< `sink` gets pieces of text, not lines
 
   /// Writes the first line; fails, and writes nothing, when it has no JSON form.
   std::expected<void, EncodingError> write(const PowerSessionExportEnvelope& envelope);

@@ -15,14 +15,14 @@ namespace quellin {
 /// What the live and the stored summary of a session gather alike. Counts end the process when they
 /// overflow.
 struct SessionFigures {
-  std::int64_t sampleCount = 0;
-  WattStatistics watts;
-  BatterySpan battery;
-  std::optional<std::int64_t> maxThermalPressure;
-  std::optional<double> maxTemperature;
-  std::optional<std::int64_t> maxFanRPM;
-  ContributorScores contributors;
-  PowerSegmentAccumulator segmentAccumulator;
+  std::int64_t sampleCount = 0;                    ///< with or without watts
+  WattStatistics watts;                            ///< of the samples that have a reading
+  BatterySpan battery;                             ///< first and last known charge
+  std::optional<std::int64_t> maxThermalPressure;  ///< 0 to 4; absent without samples
+  std::optional<double> maxTemperature;            ///< degrees Celsius; absent without sensors
+  std::optional<std::int64_t> maxFanRPM;           ///< revolutions per minute; absent without fans
+  ContributorScores contributors;                  ///< of all samples
+  PowerSegmentAccumulator segmentAccumulator;      ///< stretches of one power source
 
   /// Counts a sample with its power point.
   void ingest(const PowerSamplePoint& point);

@@ -9,7 +9,7 @@ namespace quellin {
 
 /// What kept the session store from doing its work. A file that could not be used is left as it was.
 class StoreError : public std::runtime_error {
- public:
+ public:  /// What callers may tell apart.
   enum class Kind {
     notAStore,    ///< the file is something else
     tooNew,       ///< the file was written by a later version of this software
@@ -28,8 +28,8 @@ class StoreError : public std::runtime_error {
   /// `path` is the store file, empty for a store in memory; `cause` is one sentence without a full stop.
   StoreError(Kind kind, std::filesystem::path path, std::string cause);
 
-  [[nodiscard]] Kind kind() const { return kind_; }
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] Kind kind() const { return kind_; }  ///< for programs; `what()` is for people
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }  ///< empty for a store in memory
   /// What went wrong.
   [[nodiscard]] const std::string& cause() const { return cause_; }
   /// What the user can do about it; a whole sentence.

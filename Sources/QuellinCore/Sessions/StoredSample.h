@@ -19,7 +19,7 @@ class PowerSessionStore;
 /// A stored sample as summaries and exports look at it, without an object in the store's context. Valid only
 /// during the call that it is handed to.
 struct StoredSample {
-  const SampleColumns& columns;
+  const SampleColumns& columns;        ///< valid during the call only
   std::optional<SampleFacts> facts;    ///< what the blobs say; no value when they must be decoded
   std::function<SampleBlobs()> blobs;  ///< reads the blobs; may throw `StoreError`
 };

@@ -10,7 +10,7 @@ namespace quellin {
 struct IsEarlier {
   [[nodiscard]] bool operator()(Instant left, Instant right) const {
     return std::weak_order(left.time_since_epoch().count(), right.time_since_epoch().count()) < 0;
-  }
+  }  ///< True when `left` comes before `right`.
 };
 
 }  // namespace quellin

@@ -9,8 +9,8 @@ namespace quellin {
 
 /// The total watts of one moment.
 struct WattSample {
-  Instant timestamp;
-  double watts = 0;
+  Instant timestamp;  ///< when it was read
+  double watts = 0;   ///< total watts
 
   bool operator==(const WattSample&) const = default;
 };
@@ -24,12 +24,12 @@ struct WattSample {
 
 /// What a stream of watt readings comes to.
 struct WattStatistics {
-  std::int64_t wattSampleCount = 0;
-  double wattSum = 0;
-  std::optional<double> minWatts;
-  std::optional<double> maxWatts;
-  double totalWattHours = 0;
-  std::optional<WattSample> lastWattSample;
+  std::int64_t wattSampleCount = 0;          ///< how many readings
+  double wattSum = 0;                        ///< watts, of all readings
+  std::optional<double> minWatts;            ///< absent without a reading
+  std::optional<double> maxWatts;            ///< absent without a reading
+  double totalWattHours = 0;                 ///< by the trapezoid rule; see `energy`
+  std::optional<WattSample> lastWattSample;  ///< where the next trapezoid begins
 
   /// Adds a reading and the energy since the one before. Ends the process when the count overflows.
   void ingest(const WattSample& sample);

@@ -23,7 +23,7 @@ namespace quellin {
 /// queue hold coroutines, which hold this, and all of them must go with the executor. What comes too late is
 /// dropped.
 class CoroutineExecutor {
- public:
+ public:  /// Does not keep `executor` alive.
   explicit CoroutineExecutor(const std::shared_ptr<MainExecutor>& executor) : executor_(executor) {}
 
   template <class Function>
@@ -32,14 +32,14 @@ class CoroutineExecutor {
     if (!executor) return;
     // std::function needs something copyable, coroutines are not.
     executor->post([shared = std::make_shared<Function>(std::move(function))] { std::move (*shared)(); });
-  }
+  }  ///< Posts `function`; drops it when the executor is gone.
 
   static boost::asio::execution_context& query(boost::asio::execution::context_t) noexcept {
     return boost::asio::query(boost::asio::system_executor{}, boost::asio::execution::context);
-  }
+  }  ///< For Boost.Asio: the services that timers and sockets ask for.
   static constexpr boost::asio::execution::blocking_t query(boost::asio::execution::blocking_t) noexcept {
     return boost::asio::execution::blocking_t::never_t{};
-  }
+  }  ///< For Boost.Asio: a post never runs inside the call.
 
   bool operator==(const CoroutineExecutor& other) const noexcept {
     return !executor_.owner_before(other.executor_) && !other.executor_.owner_before(executor_);

@@ -12,7 +12,7 @@ namespace quellin {
 class [[nodiscard]] WakeUp {
  public:
   WakeUp() = default;
-  explicit WakeUp(std::shared_ptr<void> handle) : handle_(std::move(handle)) {}
+  explicit WakeUp(std::shared_ptr<void> handle) : handle_(std::move(handle)) {}  ///< letting go calls it off
 
   /// Calls the wake-up off; no effect once it has happened.
   void reset() { handle_.reset(); }

@@ -39,9 +39,9 @@ struct ChildProcessPlan {
   std::vector<std::string> arguments = {};  ///< those after the program name, which is `executable`
   std::optional<Environment> environment = std::nullopt;  ///< absent: that of this process
   ChildStream standardInput = ChildStream::inherit;       ///< inherit or null
-  ChildStream standardOutput = ChildStream::inherit;
-  ChildStream standardError = ChildStream::inherit;
-  ChildIdentity identity = ChildIdentity::inherit;
+  ChildStream standardOutput = ChildStream::inherit;      ///< any of the three
+  ChildStream standardError = ChildStream::inherit;       ///< any of the three
+  ChildIdentity identity = ChildIdentity::inherit;        ///< whose rights it has
 };
 
 /// A child process. It starts with its three standard streams and no other descriptor, with every signal at
@@ -70,7 +70,7 @@ class ChildProcess {
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess();
 
-  [[nodiscard]] pid_t processID() const { return processID_; }
+  [[nodiscard]] pid_t processID() const { return processID_; }  ///< valid until its end is collected
 
   /// Whether the child has not ended yet. Never blocks.
   [[nodiscard]] bool isRunning();

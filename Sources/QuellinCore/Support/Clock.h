@@ -19,7 +19,7 @@ using Instant = std::chrono::time_point<std::chrono::system_clock, Seconds>;
 class WallClock {
  public:
   virtual ~WallClock() = default;
-  [[nodiscard]] virtual Instant now() const = 0;
+  [[nodiscard]] virtual Instant now() const = 0;  ///< may step back when the clock is set
 };
 
 /// Source of monotonic time, for waits and deadlines. It is never written into a record.

@@ -27,7 +27,7 @@ class FileDescriptor {
 
   /// The descriptor, or -1 when nothing is owned.
   [[nodiscard]] int get() const { return descriptor_; }
-  [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }
+  [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }  ///< whether one is owned
 
   /// Closes the descriptor now. An error of the close is not reported: the number is free either way.
   void reset();
@@ -38,10 +38,10 @@ class FileDescriptor {
 
 /// A pipe; both ends are closed on exec and numbered 3 or higher, so neither stands for a standard stream.
 struct Pipe {
-  FileDescriptor readEnd;
-  FileDescriptor writeEnd;
+  FileDescriptor readEnd;   ///< at its end once every copy of the other is closed
+  FileDescriptor writeEnd;  ///< writing after the reader is gone raises SIGPIPE
 
-  [[nodiscard]] static std::expected<Pipe, SystemError> open();
+  [[nodiscard]] static std::expected<Pipe, SystemError> open();  ///< a new pipe, or the error of pipe(2)
 };
 
 /// Opens `path` with `flags` as open(2) takes them; closed on exec and numbered 3 or higher. `mode` is that

@@ -12,10 +12,10 @@ namespace quellin {
 
 /// The text of an instant, held without an allocation.
 struct ISO8601Text {
-  std::array<char, 40> characters{};
-  std::size_t length = 0;
+  std::array<char, 40> characters{};  ///< only the first `length` count
+  std::size_t length = 0;             ///< bytes
 
-  [[nodiscard]] std::string_view view() const { return {characters.data(), length}; }
+  [[nodiscard]] std::string_view view() const { return {characters.data(), length}; }  ///< while this lives
 };
 
 /// `instant` in UTC as yyyy-MM-ddTHH:mm:ssZ, rounded down to a whole second (also before 1970). Years are

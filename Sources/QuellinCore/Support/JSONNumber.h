@@ -8,7 +8,7 @@ namespace quellin {
 
 /// A JSON number taken apart. The digits point into the text it was read from.
 struct JSONNumber {
-  bool isNegative = false;
+  bool isNegative = false;          ///< a minus sign stands before it
   std::string_view wholeDigits;     ///< at least one
   std::string_view fractionDigits;  ///< may be empty
   std::int64_t exponent = 0;        ///< a power of ten, cut at about 10^17 in either direction

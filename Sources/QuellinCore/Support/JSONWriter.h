@@ -32,7 +32,7 @@ struct EncodingError {
 /// be touched meanwhile.
 class JSONWriter {
  public:
-  JSONWriter(std::string& text, JSONLayout layout);
+  JSONWriter(std::string& text, JSONLayout layout);  ///< appends to `text`
   ~JSONWriter();
   JSONWriter(const JSONWriter&) = delete;
   JSONWriter& operator=(const JSONWriter&) = delete;
@@ -59,22 +59,22 @@ class JSONWriter {
     cursor_ += size;
   }
 
-  void boolean(bool value);
-  void integer(std::int64_t value);
-  void unsignedInteger(std::uint64_t value);
-  void string(std::string_view value);
-  void uuid(const UUID& value);
+  void boolean(bool value);                   ///< `true` or `false`
+  void integer(std::int64_t value);           ///< all digits, never an exponent
+  void unsignedInteger(std::uint64_t value);  ///< all digits, never an exponent
+  void string(std::string_view value);        ///< in quotes, escaped; ill-formed UTF-8 becomes U+FFFD
+  void uuid(const UUID& value);               ///< 36 characters, upper case
 
   /// A double in its shortest round-trip form; fails when it is not finite.
   void number(double value);
   /// An instant as ISO 8601 text; fails when it is not finite.
   void instant(Instant value);
 
-  [[nodiscard]] bool failed() const { return failed_; }
+  [[nodiscard]] bool failed() const { return failed_; }  ///< nothing more is written then
 
   /// Notes, from the inside out, through which field or index a failure was reached.
   void failedIn(std::string_view fieldName);
-  void failedIn(std::size_t index);
+  void failedIn(std::size_t index);  ///< of an array
 
   /// What went wrong, once `failed()`.
   [[nodiscard]] EncodingError error() const { return {path_, reason_}; }

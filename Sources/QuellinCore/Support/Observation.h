@@ -14,7 +14,7 @@ namespace quellin {
 class [[nodiscard]] Subscription {
  public:
   Subscription() = default;
-  explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
+  explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}  ///< run by `reset`
   Subscription(Subscription&& other) noexcept : cancel_(std::exchange(other.cancel_, nullptr)) {}
   Subscription& operator=(Subscription&& other) noexcept {
     if (this != &other) {
@@ -43,7 +43,7 @@ class [[nodiscard]] Subscription {
 template <class... Arguments>
 class Signal {
  public:
-  using Observer = std::function<void(Arguments...)>;
+  using Observer = std::function<void(Arguments...)>;  ///< called on the signal's thread
 
   Signal() = default;
   Signal(const Signal&) = delete;

@@ -9,12 +9,12 @@ namespace quellin {
 /// One field of a record: its name (also its JSON key) and the member that holds it.
 template <class Owner, class Value>
 struct Field {
-  using ValueType = Value;
+  using ValueType = Value;  ///< `std::optional` where the field may be absent
 
-  std::string_view name;
-  Value Owner::* member;
+  std::string_view name;  ///< also the JSON key
+  Value Owner::* member;  ///< where a record holds it
 };
-
+/// So that a string literal and a member are enough to make one.
 template <class Owner, class Value>
 Field(const char*, Value Owner::*) -> Field<Owner, Value>;
 

@@ -9,8 +9,8 @@ namespace quellin {
 
 /// `digits` times ten to the power of `exponent`; the last digit is not 0.
 struct ShortestDigits {
-  std::uint64_t digits = 0;
-  int exponent = 0;
+  std::uint64_t digits = 0;  ///< 1 to 17 of them
+  int exponent = 0;          ///< of ten
 };
 
 /// The fewest digits that read back as `value`, the closest ones where there are several. The value must be
@@ -29,7 +29,7 @@ struct ShortestDigits {
 /// Not std::to_chars: the C++ library of macOS 12 lacks it for floating point.
 class ShortestDecimal {
  public:
-  explicit ShortestDecimal(double value);
+  explicit ShortestDecimal(double value);  ///< `value` must be finite
 
   /// The text; valid as long as this object.
   [[nodiscard]] std::string_view text() const { return {characters_.data(), size_}; }

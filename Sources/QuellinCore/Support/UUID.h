@@ -14,12 +14,12 @@ namespace quellin {
 /// A universally unique identifier: 16 bytes. The default one is all zeros. Ordered by its bytes.
 class UUID {
  public:
-  using Bytes = std::array<std::uint8_t, 16>;
+  using Bytes = std::array<std::uint8_t, 16>;  ///< in the order of the text
   /// The text form: 36 characters.
   using Characters = std::array<char, 36>;
 
   constexpr UUID() = default;
-  constexpr explicit UUID(const Bytes& bytes) : bytes_(bytes) {}
+  constexpr explicit UUID(const Bytes& bytes) : bytes_(bytes) {}  ///< any bytes: versions are not checked
 
   /// A new version 4 identifier from the operating system's random source; ends the process if that source
   /// fails.
@@ -29,7 +29,7 @@ class UUID {
   /// otherwise.
   [[nodiscard]] static std::optional<UUID> fromText(std::string_view text);
 
-  [[nodiscard]] constexpr const Bytes& bytes() const { return bytes_; }
+  [[nodiscard]] constexpr const Bytes& bytes() const { return bytes_; }  ///< in the order of the text
 
   /// The hyphenated form in upper-case hexadecimal, without an allocation.
   [[nodiscard]] Characters characters() const;

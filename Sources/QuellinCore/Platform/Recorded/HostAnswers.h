@@ -19,7 +19,7 @@ namespace quellin {
 /// One key of the SMC.
 struct SMCAnswer {
   std::uint32_t key = 0;  ///< four-character code
-  SMCValue value;
+  SMCValue value;         ///< as the SMC answered it, undecoded
 
   bool operator==(const SMCAnswer&) const = default;
 };
@@ -34,7 +34,7 @@ struct EnergyAnswer {
 
 /// One process in one snapshot.
 struct ProcessAnswer {
-  std::int32_t pid = 0;
+  std::int32_t pid = 0;               ///< process identifier
   std::optional<ProcessUsage> usage;  ///< absent when it may not be read
   std::optional<std::string> name;    ///< bytes of any encoding; asked for in the second snapshot alone
 
@@ -43,22 +43,22 @@ struct ProcessAnswer {
 
 /// The two snapshots of a scan, each in the order of the host.
 struct ProcessAnswers {
-  Seconds interval{};  ///< asked for between the snapshots
-  std::vector<ProcessAnswer> first;
-  std::vector<ProcessAnswer> second;
+  Seconds interval{};                 ///< asked for between the snapshots
+  std::vector<ProcessAnswer> first;   ///< at the start of the interval
+  std::vector<ProcessAnswer> second;  ///< at its end
 
   bool operator==(const ProcessAnswers&) const = default;
 };
 
 /// All that a host's sources answered at one tick, as it was before any rule saw it.
 struct HostAnswers {
-  Instant wall{};                             ///< when all but the processes had been read
-  Seconds monotonic{};                        ///< the same moment on the monotonic clock
-  std::optional<std::vector<SMCAnswer>> smc;  ///< the keys that have a value; absent without an SMC
-  std::vector<HIDTemperatureService> hid;
-  BatteryTables battery;
-  std::optional<EnergyAnswer> energy;  ///< absent when no measurement could be begun
-  ThermalSignals thermal;
+  Instant wall{};                                   ///< when all but the processes had been read
+  Seconds monotonic{};                              ///< the same moment on the monotonic clock
+  std::optional<std::vector<SMCAnswer>> smc;        ///< the keys that have a value; absent without an SMC
+  std::vector<HIDTemperatureService> hid;           ///< every service, unfiltered; empty without any
+  BatteryTables battery;                            ///< both empty without a battery
+  std::optional<EnergyAnswer> energy;               ///< absent when no measurement could be begun
+  ThermalSignals thermal;                           ///< each absent where the host has none
   std::shared_ptr<const ProcessAnswers> processes;  ///< null when they were not asked at this tick
 };
 

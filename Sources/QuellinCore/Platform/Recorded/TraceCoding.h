@@ -9,7 +9,7 @@
 #include "QuellinCore/Platform/Recorded/TraceProperty.h"
 #include "QuellinCore/Support/JSONDecoder.h"
 
-/// The lines of a trace and what they mean. Errors are texts that say what is wrong with the line.
+// The lines of a trace and what they mean. Errors are texts that say what is wrong with the line.
 namespace quellin {
 
 /// The answers of one tick as a line, without a line feed. What no reader would take is not written.
@@ -32,7 +32,7 @@ enum class TraceLineKind {
 
 /// Why a first line is not the header of a trace that can be read here.
 struct HeaderFault {
-  std::string reason;
+  std::string reason;    ///< for people: what is wrong, without the place
   bool isNewer = false;  ///< it is a trace, of a version that this program does not know
 
   bool operator==(const HeaderFault&) const = default;

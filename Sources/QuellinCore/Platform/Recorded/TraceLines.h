@@ -34,7 +34,7 @@ class TraceLines {
   /// A line longer than this is refused rather than held.
   static constexpr std::size_t longestLine = std::size_t{64} << 20U;
 
-  explicit TraceLines(ByteSource source, std::size_t limit = longestLine);
+  explicit TraceLines(ByteSource source, std::size_t limit = longestLine);  ///< `limit` in bytes, for a line
 
   /// The next line; no value at the end. EFBIG for a line that is too long.
   [[nodiscard]] std::expected<std::optional<TextLine>, SystemError> next();

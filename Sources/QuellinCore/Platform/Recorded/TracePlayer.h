@@ -61,8 +61,8 @@ class TracePlayer {
   TracePlayer& operator=(TracePlayer&&) = delete;
   ~TracePlayer() = default;
 
-  [[nodiscard]] const std::string& path() const { return path_; }
-  [[nodiscard]] const TraceHeader& header() const { return header_; }
+  [[nodiscard]] const std::string& path() const { return path_; }      ///< of the trace, as it was named
+  [[nodiscard]] const TraceHeader& header() const { return header_; }  ///< the first line
 
   /// Whether all ticks have been played, or the trace turned out to be damaged.
   [[nodiscard]] bool atEnd() const;
@@ -97,7 +97,7 @@ class TracePlayer {
   /// The monotonic time of the present tick, plus what was slept; never runs backwards. A sleep blocks for
   /// the time that the speed makes of it.
   [[nodiscard]] MonotonicClock& monotonicClock() { return monotonicClock_; }
-  [[nodiscard]] const MonotonicClock& monotonicClock() const { return monotonicClock_; }
+  [[nodiscard]] const MonotonicClock& monotonicClock() const { return monotonicClock_; }  ///< the same clock
 
  private:
   class PlayerWallClock final : public WallClock {

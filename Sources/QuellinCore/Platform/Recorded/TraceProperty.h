@@ -21,14 +21,14 @@ enum class SerialNumbers {
 
 /// One entry of a property table: the field that is there names the kind of its value.
 struct TraceProperty {
-  std::string key;
-  std::optional<std::int64_t> integer;
-  std::optional<bool> boolean;
-  std::optional<std::string> string;
-  std::optional<double> number;
-  std::optional<NonFinite> nonFinite;
-  std::optional<std::int64_t> numberObject;
-  std::optional<std::vector<TraceProperty>> table;
+  std::string key;                                  ///< as the host spells it
+  std::optional<std::int64_t> integer;              ///< 64-bit, signed
+  std::optional<bool> boolean;                      ///< kept apart from 0 and 1
+  std::optional<std::string> string;                ///< UTF-8
+  std::optional<double> number;                     ///< finite
+  std::optional<NonFinite> nonFinite;               ///< a double that JSON cannot spell
+  std::optional<std::int64_t> numberObject;         ///< see `NumberObject`
+  std::optional<std::vector<TraceProperty>> table;  ///< in the order of the host
 
   static constexpr auto fields() {
     return std::tuple{Field{"key", &TraceProperty::key},

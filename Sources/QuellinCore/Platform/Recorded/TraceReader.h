@@ -27,8 +27,8 @@ class TraceReader {
   /// Reads the first line of a trace from anywhere; errors call it `name`.
   [[nodiscard]] static std::expected<TraceReader, TraceError> over(std::string name, ByteSource source);
 
-  [[nodiscard]] const std::string& path() const { return path_; }
-  [[nodiscard]] const TraceHeader& header() const { return header_; }
+  [[nodiscard]] const std::string& path() const { return path_; }      ///< or the name given to `over`
+  [[nodiscard]] const TraceHeader& header() const { return header_; }  ///< what the first line says
 
   /// The next tick; no value at the end of the trace. Its monotonic time is not before that of the tick
   /// before it.

@@ -10,7 +10,7 @@
 
 #include "QuellinCore/Support/RawValue.h"
 
-/// How a trace spells what JSON has no form for.
+// How a trace spells what JSON has no form for.
 namespace quellin {
 
 /// A floating-point value that is no number.
@@ -22,7 +22,7 @@ inline constexpr std::array rawValues<NonFinite>{std::string_view{"nan"}, std::s
 
 /// What kind of no number `value` is; no value for a finite one.
 [[nodiscard]] std::optional<NonFinite> nonFiniteKind(double value);
-[[nodiscard]] double nonFiniteValue(NonFinite kind);
+[[nodiscard]] double nonFiniteValue(NonFinite kind);  ///< the inverse; a NaN is the quiet one
 
 /// Two lower-case hexadecimal digits for each byte.
 [[nodiscard]] std::string hexText(std::span<const std::uint8_t> bytes);

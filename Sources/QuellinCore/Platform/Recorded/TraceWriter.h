@@ -34,7 +34,7 @@ class TraceWriter {
   /// Appends one tick. After an error the trace ends with the last tick that was written whole.
   [[nodiscard]] std::expected<void, TraceError> write(const HostAnswers& answers);
 
-  [[nodiscard]] std::size_t bytesWritten() const { return bytesWritten_; }
+  [[nodiscard]] std::size_t bytesWritten() const { return bytesWritten_; }  ///< of whole lines
 
  private:
   TraceWriter(std::string path, FileDescriptor file, SerialNumbers serialNumbers);
