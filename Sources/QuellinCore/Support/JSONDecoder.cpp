@@ -1,5 +1,6 @@
 #include "QuellinCore/Support/JSONDecoder.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -187,6 +188,28 @@ bool mismatch(JSONNode& node, std::string_view expected) {
   return true;
 }
 
+// The parser loses count of the digits of "0.x" and reads another number where 64 bits cannot hold them.
+bool isMisread(const JSONNumber& number) {
+  constexpr std::size_t digitsHeld = 19;
+  const std::size_t zeros =
+      std::min(number.fractionDigits.find_first_not_of('0'), number.fractionDigits.size());
+  return number.wholeDigits == "0" && number.fractionDigits.size() - zeros > digitsHeld;
+}
+
+// Reads a number in the spelling that the parser gets right however long it is: digits and a short exponent.
+bool readRespelled(const JSONNumber& number, double& value) {
+  std::string digits{number.wholeDigits};
+  digits += number.fractionDigits;
+  digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size() - 1));
+  const auto exponent = number.exponent - static_cast<std::int64_t>(number.fractionDigits.size());
+  const simdjson::padded_string text{(number.isNegative ? "[-" : "[") + digits + 'e' +
+                                     std::to_string(exponent) + ']'};
+  ondemand::parser parser;
+  ondemand::document document;
+  return parser.iterate(text).get(document) == simdjson::SUCCESS &&
+         document.get_array().at(0).get_double().get(value) == simdjson::SUCCESS;
+}
+
 void noteNotRepresentable(JSONNode& node, std::string_view type) {
   node.note(Kind::dataCorrupted, "Number " + std::string{node.token.substr(0, longestQuote)} +
                                      " is not representable in " + std::string{type} + ".");
@@ -242,7 +265,8 @@ bool readDouble(JSONNode& node, double& value) {
   if (!node.isNumber()) return mismatch(node, "Double");
   const std::optional<JSONNumber> number = parseJSONNumber(node.token);
   if (!number) return false;
-  const bool isInRange = node.value.get_double().get(value) == simdjson::SUCCESS;
+  const bool isInRange = (!isMisread(*number) && node.value.get_double().get(value) == simdjson::SUCCESS) ||
+                         readRespelled(*number, value);
   if (!isInRange || (value == 0 && !number->isZero())) noteNotRepresentable(node, "Double");
   return true;
 }
