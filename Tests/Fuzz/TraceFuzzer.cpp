@@ -1,4 +1,5 @@
-// Traces: whatever a file says, it is refused or played through every reader, and what was read is written the same.
+// Traces: whatever a file says, it is refused or played through every reader, and what was read is written
+// the same.
 
 #include <cstddef>
 #include <cstdint>

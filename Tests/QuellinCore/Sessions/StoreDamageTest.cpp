@@ -4,133 +4,54 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
-#include <map>
-#include <memory>
-#include <optional>
 #include <random>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "Support/GeneratedDay.h"
+#include "Support/RecordedStore.h"
 #include "Support/TemporaryFolder.h"
 
 namespace quellin {
 namespace {
 
 using testing_support::contentOf;
-using testing_support::GeneratedDay;
+using testing_support::End;
+using testing_support::readStore;
+using testing_support::StoreReading;
 using testing_support::TemporaryFolder;
-
-constexpr Instant midnight = instantAt(1741046400);
-
-struct RecordedSample {
-  SampleColumns columns;
-  SampleBlobs blobs;
-  std::optional<SampleFacts> facts;
-};
-
-struct RecordedSession {
-  PowerSessionColumns columns;
-  std::vector<RecordedSample> samples;
-};
-
-// What reading everything gives; `isWhole` is false when anything was reported.
-struct Reading {
-  std::map<UUID, RecordedSession> sessions;
-  bool isWhole = true;
-};
-
-Reading readAll(const std::filesystem::path& path) {
-  Reading reading;
-  try {
-    PowerSessionStore store("test", path);
-    for (const auto& session : store.sessions()) {
-      RecordedSession& recorded = reading.sessions[session->id()];
-      recorded.columns = session->columns();
-      reading.isWhole = reading.isWhole && store.check(*session).isWhole();
-      auto cursor = store.scan(*session, SampleCursor::OnDamage::skip);
-      while (cursor->next())
-        recorded.samples.push_back({cursor->columns(), cursor->blobs(), cursor->facts()});
-    }
-  } catch (const StoreError&) {
-    reading.isWhole = false;
-  }
-  return reading;
-}
-
-bool agrees(const std::optional<std::string>& read, const std::optional<std::string>& recorded) {
-  return read == recorded || read == "";
-}
-
-bool agrees(const RecordedSample& read, const RecordedSample& recorded) {
-  if (read.columns != recorded.columns || (read.facts && read.facts != recorded.facts)) return false;
-  // A row of blobs that is gone leaves a lost snapshot alone to tell of it.
-  if (read.blobs == SampleBlobs()) return true;
-  return agrees(read.blobs.snapshotData, recorded.blobs.snapshotData) &&
-         agrees(read.blobs.processActivityData, recorded.blobs.processActivityData) &&
-         agrees(read.blobs.proTelemetryData, recorded.blobs.proTelemetryData);
-}
+using testing_support::untruth;
 
 class StoreDamageTest : public testing::Test {
  protected:
   StoreDamageTest() {
     const auto original = folder.path() / "original.store";
-    PowerSessionStore store("0.9.4", original);
-    GeneratedDay day;
-    for (int index = 0; index < 3; ++index) {
-      const auto session = store.start("session " + std::to_string(index), PowerSessionSource::cli, 1,
-                                       midnight + Seconds(index));
-      for (int second = 0; second < 40; ++second) {
-        const auto moment = day.next();
-        store.appendSample(session, moment.state, moment.activities, moment.telemetry);
-      }
-      if (index < 2) store.stop(session, midnight + Seconds(40));
-    }
-    // The last session is in the log only: the file and its log are taken while the store is open.
-    file = contentOf(original);
-    log = contentOf(original.string() + "-wal");
-    whole = readAll(original);
+    auto bytes = testing_support::recordStore(original);
+    file = std::move(bytes.file);
+    log = std::move(bytes.log);
+    whole = readStore(original);
   }
 
   // Reads a store of these bytes; the log is left out when it is empty.
-  Reading readStoreOf(const std::string& fileBytes, const std::string& logBytes) {
+  StoreReading readStoreOf(const std::string& fileBytes, const std::string& logBytes) {
     for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(damaged.string() + suffix);
     folder.write("damaged.store", fileBytes);
     if (!logBytes.empty()) folder.write("damaged.store-wal", logBytes);
-    return readAll(damaged);
+    return readStore(damaged);
   }
 
-  void expectTruthful(const Reading& reading, const std::string& what, bool mayEndEarly) {
-    const bool mustBeWhole = reading.isWhole && !mayEndEarly;
-    for (const auto& [id, session] : reading.sessions) {
-      const auto recorded = whole.sessions.find(id);
-      if (recorded == whole.sessions.end()) {
-        ADD_FAILURE() << what << ": a session that nobody recorded";
-        continue;
-      }
-      const RecordedSession& original = recorded->second;
-      EXPECT_TRUE(mayEndEarly || session.columns == original.columns) << what;
-      std::size_t next = 0;
-      for (const RecordedSample& sample : session.samples) {
-        while (next < original.samples.size() && original.samples[next].columns.id != sample.columns.id)
-          ++next;
-        ASSERT_LT(next, original.samples.size())
-            << what << ": a sample that nobody recorded, or out of order";
-        EXPECT_TRUE(agrees(sample, original.samples[next])) << what;
-      }
-      EXPECT_TRUE(!mustBeWhole || session.samples.size() == original.samples.size()) << what;
-    }
-    EXPECT_TRUE(!mustBeWhole || reading.sessions.size() == whole.sessions.size()) << what;
+  void expectTruthful(const StoreReading& reading, const std::string& what,
+                      End end = End::mustBeThere) const {
+    EXPECT_EQ(untruth(reading, whole, end), "") << what;
   }
 
   const TemporaryFolder folder;
   const std::filesystem::path damaged = folder.path() / "damaged.store";
   std::string file;
   std::string log;
-  Reading whole;
+  StoreReading whole;
 };
 
 std::string withFlippedBit(std::string bytes, std::size_t place, unsigned bit) {
@@ -140,10 +61,10 @@ std::string withFlippedBit(std::string bytes, std::size_t place, unsigned bit) {
 
 TEST_F(StoreDamageTest, TheUndamagedBytesReadWhole) {
   ASSERT_GT(log.size(), 20'000U);
-  const Reading reading = readStoreOf(file, log);
+  const StoreReading reading = readStoreOf(file, log);
   EXPECT_TRUE(reading.isWhole);
   EXPECT_EQ(reading.sessions.size(), 3U);
-  expectTruthful(reading, "undamaged", false);
+  expectTruthful(reading, "undamaged");
 }
 
 TEST_F(StoreDamageTest, FlippedBitsOfTheFileShow) {
@@ -156,8 +77,8 @@ TEST_F(StoreDamageTest, FlippedBitsOfTheFileShow) {
   std::mt19937 random(11);
   std::size_t reported = 0;
   const auto flip = [&](std::size_t place, unsigned bit) {
-    const Reading reading = readStoreOf(withFlippedBit(settled, place, bit), "");
-    expectTruthful(reading, "bit " + std::to_string(bit) + " of byte " + std::to_string(place), false);
+    const StoreReading reading = readStoreOf(withFlippedBit(settled, place, bit), "");
+    expectTruthful(reading, "bit " + std::to_string(bit) + " of byte " + std::to_string(place));
     reported += reading.isWhole ? 0U : 1U;
   };
   for (std::size_t place = 0; place < 112; ++place) flip(place, static_cast<unsigned>(random() % 8));
@@ -171,14 +92,15 @@ TEST_F(StoreDamageTest, AShortenedOrLengthenedFileShowsOrReadsWhole) {
   const std::string settled = contentOf(damaged);
   std::mt19937 random(12);
   for (std::size_t length = 0; length < settled.size(); length += 1 + random() % 2500) {
-    const Reading reading = readStoreOf(settled.substr(0, length), "");
+    const StoreReading reading = readStoreOf(settled.substr(0, length), "");
     EXPECT_FALSE(reading.isWhole && length > 0) << length;
-    expectTruthful(reading, "cut to " + std::to_string(length), length == 0);
+    expectTruthful(reading, "cut to " + std::to_string(length),
+                   length == 0 ? End::mayBeLost : End::mustBeThere);
   }
   for (const std::size_t more : {1U, 511U, 4096U, 10000U}) {
     std::string tail(more, '\0');
     std::ranges::generate(tail, [&] { return static_cast<char>(random()); });
-    expectTruthful(readStoreOf(settled + tail, ""), "lengthened by " + std::to_string(more), false);
+    expectTruthful(readStoreOf(settled + tail, ""), "lengthened by " + std::to_string(more));
   }
 }
 
@@ -192,10 +114,10 @@ TEST_F(StoreDamageTest, AWriteBackThatWasKilledLosesNothing) {
   for (std::size_t moved = page; moved <= settled.size(); moved += page) {
     std::string halfway = settled.substr(0, moved);
     if (moved < file.size()) halfway += file.substr(moved);
-    const Reading reading = readStoreOf(halfway, log);
+    const StoreReading reading = readStoreOf(halfway, log);
     EXPECT_TRUE(reading.isWhole) << moved;
     EXPECT_EQ(reading.sessions.size(), 3U) << moved;
-    expectTruthful(reading, "killed after " + std::to_string(moved) + " bytes", false);
+    expectTruthful(reading, "killed after " + std::to_string(moved) + " bytes");
   }
 }
 
@@ -204,18 +126,19 @@ TEST_F(StoreDamageTest, DamageInTheLogLosesNoMoreThanItsEnd) {
   for (int round = 0; round < 300; ++round) {
     const std::size_t place = random() % log.size();
     expectTruthful(readStoreOf(file, withFlippedBit(log, place, static_cast<unsigned>(random() % 8))),
-                   "byte " + std::to_string(place) + " of the log", true);
+                   "byte " + std::to_string(place) + " of the log", End::mayBeLost);
   }
   for (std::size_t length = 1; length < log.size(); length += 1 + random() % 3000) {
-    expectTruthful(readStoreOf(file, log.substr(0, length)), "log cut to " + std::to_string(length), true);
+    expectTruthful(readStoreOf(file, log.substr(0, length)), "log cut to " + std::to_string(length),
+                   End::mayBeLost);
   }
-  expectTruthful(readStoreOf(file, log + std::string(5000, 'x')), "log lengthened", false);
+  expectTruthful(readStoreOf(file, log + std::string(5000, 'x')), "log lengthened");
 }
 
 TEST_F(StoreDamageTest, ADamagedStoreIsLeftAsItWasByAnOpeningThatFails) {
   std::string bytes = file;
   std::fill(bytes.begin() + 100, bytes.begin() + 4096, '\x5A');  // the list of tables
-  const Reading reading = readStoreOf(bytes, "");
+  const StoreReading reading = readStoreOf(bytes, "");
   EXPECT_FALSE(reading.isWhole);
   EXPECT_EQ(contentOf(damaged), bytes);
 }

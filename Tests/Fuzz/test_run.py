@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""The runner of the harnesses passes good ones and fails each kind of bad one, and keeps what broke it."""
+
+import contextlib
+import io
+import tempfile
+import unittest
+from pathlib import Path
+
+import run
+
+GOOD = """echo "INFO: Loaded 1 modules   (900 inline 8-bit counters): 900 [0x1, 0x2)," >&2
+echo "#2 INITED cov: 7 ft: 9 corp: 2/5b" >&2
+echo "#60 DONE cov: 12 ft: 30 corp: 4/17b lim: 4 exec/s: 30" >&2
+echo "stat::number_of_executed_units: 60" >&2
+"""
+KEEP = 'for argument; do case $argument in -artifact_prefix=*) echo bad > "${argument#*=}crash-1" ;; esac; done\n'
+
+
+class RunTest(unittest.TestCase):
+    def outcome(self, **bodies):
+        """What comes of harnesses that are the given shell scripts: the results, the verdict, the two outputs."""
+        with tempfile.TemporaryDirectory() as folder:
+            programs = []
+            for name, body in bodies.items():
+                program = Path(folder) / "bin" / name
+                program.parent.mkdir(exist_ok=True)
+                program.write_text("#!/bin/sh\n" + body, encoding="utf-8")
+                program.chmod(0o755)
+                programs.append(program)
+            output, errors = io.StringIO(), io.StringIO()
+            with contextlib.redirect_stdout(output), contextlib.redirect_stderr(errors):
+                results, verdict = run.run_all(programs, 2, Path(folder) / "fuzzing")
+            kept = [path.read_text(encoding="utf-8") for result in results for path in result.kept]
+            return verdict, output.getvalue(), errors.getvalue(), kept
+
+    def test_good_harnesses_pass_and_are_listed(self):
+        verdict, output, errors, kept = self.outcome(AFuzzer=GOOD, LongerFuzzer=GOOD)
+        self.assertTrue(verdict)
+        self.assertEqual(output, "harness       executions  a second  inputs  edges   of\n"
+                                 "AFuzzer               60        30       4     12  900  ok\n"
+                                 "LongerFuzzer          60        30       4     12  900  ok\n")
+        self.assertEqual((errors, kept), ("", []))
+
+    def test_each_bad_harness_fails_the_run(self):
+        bad = {
+            "a crash": GOOD + KEEP + "exit 77",
+            "an input that is kept": GOOD + KEEP,
+            "another status": GOOD + "exit 1",
+            "no counters": GOOD.replace("cov: 12", "cov: 0").replace("cov: 7", "cov: 0"),
+            "nothing run": GOOD.replace("executed_units: 60", "executed_units: 0"),
+            "silence": "",
+        }
+        for what, body in bad.items():
+            with self.subTest(what):
+                verdict, output, errors, kept = self.outcome(AFuzzer=GOOD, BadFuzzer=body)
+                self.assertFalse(verdict)
+                self.assertRegex(output, "(?m)^AFuzzer .* ok$")
+                self.assertRegex(output, "(?m)^BadFuzzer .* BROKEN$")
+                self.assertIn("BadFuzzer ended with status", errors)
+                self.assertEqual(kept, ["bad\n"] if KEEP in body else [])
+
+    def test_no_harness_is_no_success(self):
+        verdict, _, _, _ = self.outcome()
+        self.assertFalse(verdict)
+
+    def test_every_harness_on_disk_has_a_corpus(self):
+        programs = run.harnesses(Path("bin"))
+        self.assertIn("JSONDecoderFuzzer", [program.name for program in programs])
+        for program in programs:
+            with self.subTest(program.name):
+                self.assertTrue(any((run.HERE / "corpus" / program.name).iterdir()))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "QuellinCore/Sessions/PowerSession.h"
+#include "QuellinCore/Sessions/SampleColumns.h"
+#include "QuellinCore/Sessions/SampleFacts.h"
+#include "QuellinCore/Support/UUID.h"
+
+namespace quellin::testing_support {
+
+struct RecordedSample {
+  SampleColumns columns;
+  SampleBlobs blobs;
+  std::optional<SampleFacts> facts;
+};
+
+struct RecordedSession {
+  PowerSessionColumns columns;
+  std::vector<RecordedSample> samples;
+};
+
+/// All that can be read from a store file.
+struct StoreReading {
+  std::map<UUID, RecordedSession> sessions;
+  bool isWhole = true;  ///< false when anything was reported as damaged or could not be opened
+};
+
+/// Reads all sessions of the store at `path` with all their samples.
+[[nodiscard]] StoreReading readStore(const std::filesystem::path& path);
+
+/// The bytes of a store file and of the log beside it.
+struct StoreBytes {
+  std::string file;
+  std::string log;
+};
+
+/// Records three sessions of 40 samples at `path`, of which the last one is left active. The bytes are those
+/// of the store while it is still open: that session is in the log only.
+[[nodiscard]] StoreBytes recordStore(const std::filesystem::path& path);
+
+/// Whether a store that was read later may lack what was recorded last without saying so.
+enum class End {
+  mustBeThere,
+  mayBeLost,  ///< as after a crash: the log is damaged
+};
+
+/// What `reading` says that is not as it was recorded in `whole`, or leaves out without saying so; empty when
+/// it is truthful.
+[[nodiscard]] std::string untruth(const StoreReading& reading, const StoreReading& whole, End end);
+
+}  // namespace quellin::testing_support
