@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
@@ -310,6 +311,9 @@ TEST_F(PowerSessionStoreTest, DeletingASessionDeletesItsSamplesAndNoOthers) {
   EXPECT_EQ(sample->snapshotData(), "");
   EXPECT_THAT(store->sessions(), ElementsAre(kept));
   EXPECT_THAT(store->samples(kept), ElementsAre(keptSample));
+  for (const char* rows : {"SELECT count(*) FROM PowerSessionSample", "SELECT count(*) FROM SampleBlobs"}) {
+    EXPECT_EQ(store->container().database().integer(rows), 1) << rows;
+  }
   EXPECT_EQ(kindThrownBy([&] { append(session, 62); }), Kind::sessionGone);
   store = open();
   EXPECT_EQ(store->sessions().size(), 1U);

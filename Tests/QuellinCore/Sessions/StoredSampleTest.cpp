@@ -175,5 +175,17 @@ TEST_F(StoredSampleTest, AWalkShowsSamplesByTimestampSavedOrNot) {
   EXPECT_THAT(seconds(), ElementsAre(4, 5, 9)) << "what is not saved yet counts, too";
 }
 
+TEST_F(StoredSampleTest, BlobsThatCannotBeReadAreAnErrorOfTheWalkSavedOrNot) {
+  const auto session = fixture.start(0);
+  fixture.store->appendSample(session, stateOnBattery(instantAt(1)), {}, std::nullopt);
+  fixture.store->container().database().execute("DROP TABLE SampleBlobs");
+  const auto readBlobs = [&] {
+    visitSamples(*fixture.store, session, [](const StoredSample& sample) { (void)sample.blobs(); });
+  };
+  EXPECT_THROW(readBlobs(), StoreError);
+  session->setTitle("changed");
+  EXPECT_THROW(readBlobs(), StoreError);
+}
+
 }  // namespace
 }  // namespace quellin
