@@ -14,8 +14,7 @@ namespace quellin::cli {
 /// What the exit statuses mean, in one sentence.
 inline constexpr const char* exitStatusText =
     "Exit status: 0 done, 1 failed, 2 command line not understood, 3 the answer is no (an alert fired, "
-    "nothing was "
-    "being recorded), 4 no such session, 5 nothing to measure here.";
+    "nothing was being recorded, the store is damaged), 4 no such session, 5 nothing to measure here.";
 
 /// The parser of all commands and their options, which writes into `options`; that must outlive it. Help,
 /// manual page and completions are made from it.

@@ -90,7 +90,8 @@ std::string fishText(const std::vector<Words>& all) {
     for (const auto& [name, purpose] : words.options) {
       text += within + " -l " + name.substr(2) + " -d " + quoted(purpose) + "\n";
     }
-    for (const auto& choice : words.choices) text += within + " -f -a " + choice + "\n";
+    for (const auto& choice : words.choices)
+      text.append(within).append(" -f -a ").append(choice).append("\n");
   }
   return text;
 }
@@ -105,7 +106,9 @@ ExitStatus printCompletions(const Invocation& invocation) {
     all.push_back(wordsOf(*app->get_subcommand(std::string{command.name})));
   }
   const std::string& shell = invocation.options.word;
-  invocation.out.write(shell == "bash" ? bashText(all) : shell == "zsh" ? zshText(all) : fishText(all));
+  if (shell == "bash") invocation.out.write(bashText(all));
+  if (shell == "zsh") invocation.out.write(zshText(all));
+  if (shell == "fish") invocation.out.write(fishText(all));
   return ExitStatus::ok;
 }
 

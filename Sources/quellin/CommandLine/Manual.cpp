@@ -60,6 +60,8 @@ ExitStatus printManual(const Invocation& invocation) {
   text += ".SH \"EXIT STATUS\"\n" + escaped(exitStatusText) + "\n";
   text += ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nNo colours when set to anything.\n";
   text += ".TP\n.B TERM\nNo colours when \"dumb\".\n.TP\n.B COLUMNS\nThe width of the output.\n";
+  text += ".SH FILES\n.TP\n.I ~/Library/Application Support/Quellin/QuellinSessions.store\n";
+  text += "The recorded sessions, unless \\-\\-store names another file.\n";
   invocation.out.write(text);
   return ExitStatus::ok;
 }

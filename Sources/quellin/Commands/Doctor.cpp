@@ -9,6 +9,7 @@
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/Table.h"
 #include "quellin/Storage/StoreHealth.h"
+#include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
 namespace {
@@ -96,16 +97,25 @@ class Presentation {
   bool brief_;
 };
 
+StoreHealth examine(const Invocation& invocation) {
+  LiveLine live{invocation, systemMonotonicClock(), LiveLine::untilSlow};
+  auto health =
+      examineStore(invocation.options, invocation.options.brief ? Examination::brief : Examination::full,
+                   [&](std::int64_t read, std::int64_t all) {
+                     live.show("reading the store: " + whole(read) + " of " + counted(all, "session"));
+                   });
+  live.end();
+  return health;
+}
+
 }  // namespace
 
 ExitStatus doctor(const Invocation& invocation) {
   const MeasuredHost host = MeasuredHost::open(invocation.options);
-  DoctorReport report{
-      .source = invocation.options.source,
-      .sources = host.sources.diagnose(),
-      .tool = std::nullopt,
-      .store = examineStore(invocation.options,
-                            invocation.options.brief ? Examination::brief : Examination::full)};
+  DoctorReport report{.source = invocation.options.source,
+                      .sources = host.sources.diagnose(),
+                      .tool = std::nullopt,
+                      .store = examine(invocation)};
   if (host.isNative) report.tool = ProTelemetryService{}.helperStatus();
   if (invocation.options.json) {
     writeJSON(invocation.out, report);
@@ -115,7 +125,8 @@ ExitStatus doctor(const Invocation& invocation) {
   const bool anything = std::ranges::any_of(report.sources, [](const SourceDiagnosis& source) {
     return source.availability == SourceAvailability::available;
   });
-  return anything ? ExitStatus::ok : ExitStatus::nothingMeasurable;
+  if (!anything) return ExitStatus::nothingMeasurable;
+  return report.store.isWhole ? ExitStatus::ok : ExitStatus::negative;
 }
 
 }  // namespace quellin::cli

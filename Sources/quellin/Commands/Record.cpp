@@ -6,6 +6,7 @@
 #include "quellin/Measuring/TelemetryFeed.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/HelperText.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionReport.h"
 #include "quellin/Presentation/Table.h"
@@ -33,9 +34,13 @@ class Recording {
 
   void run() {
     start();
-    ticker_.run([this](const std::function<void()>& done) { sample(done); });
-    live_.end();
-    if (recorder_.activeSession() && isStillOurs()) recorder_.stop(host_.wallClock->now());
+    try {
+      ticker_.run([this](const std::function<void()>& done) { sample(done); });
+    } catch (...) {
+      end();  // what was recorded up to the damage is a session of its own
+      throw;
+    }
+    end();
     if (recorder_.lastError()) throw Failure{ExitStatus::failed, *recorder_.lastError()};
   }
 
@@ -73,6 +78,11 @@ class Recording {
     }
   }
 
+  void end() {
+    live_.end();
+    if (recorder_.activeSession() && isStillOurs()) recorder_.stop(host_.wallClock->now());
+  }
+
   void sample(const std::function<void()>& done) {
     if (!isStillOurs()) {
       live_.end();
@@ -80,9 +90,12 @@ class Recording {
       ticker_.end();
       return done();
     }
-    recorder_.record(reader_.readAll(), telemetry_.latest(), [this, done] {
+    const SystemPowerState state = reader_.readAll();
+    reading_ = state.primaryPowerReading();
+    recorder_.record(state, telemetry_.latest(), [this, done] {
       live_.show(progress());
       tellFailure();
+      tellOfTelemetry();
       done();
     });
   }
@@ -93,10 +106,7 @@ class Recording {
     const PowerSessionSummary& summary = recorder_.activeSummary();
     std::string text =
         durationText(Seconds{summary.durationSeconds}) + ", " + counted(summary.sampleCount, "sample");
-    if (!summary.powerSegments.empty() && summary.powerSegments.back().averageWatts) {
-      const PowerSessionPowerSegment& segment = summary.powerSegments.back();
-      text += ", " + segment.sourceLabel + " " + decimal(segment.averageWatts, 2) + " W on average";
-    }
+    if (reading_) text += ", " + reading_->label + " " + decimal(reading_->watts, 2) + " W";
     if (summary.totalWattHours) text += ", " + decimal(summary.totalWattHours, 3) + " Wh";
     if (const auto change = summary.batteryPercentDelta) {
       text += std::string{", battery "} + (*change > 0 ? "+" : "") + whole(*change) + " %";
@@ -114,6 +124,16 @@ class Recording {
     toldFailure_ = failure;
   }
 
+  // Telemetry that was asked for and does not come is told of once.
+  void tellOfTelemetry() {
+    if (!invocation_.options.telemetry || hasToldOfTelemetry_) return;
+    const auto remark = missingTelemetryText(host_.isNative, telemetry_.latest());
+    if (!remark) return;
+    live_.end();
+    invocation_.talk.say(*remark);
+    hasToldOfTelemetry_ = true;
+  }
+
   const Invocation& invocation_;
   const MeasuredHost& host_;
   SystemReader reader_ = host_.reader();
@@ -123,7 +143,9 @@ class Recording {
   Ticker ticker_;
   LiveLine live_{invocation_};
   std::shared_ptr<PowerSession> session_;
+  std::optional<PowerReading> reading_;  // of the last sample
   std::optional<std::string> toldFailure_;
+  bool hasToldOfTelemetry_ = false;
 };
 
 bool anySource(const MeasuredHost& host) {

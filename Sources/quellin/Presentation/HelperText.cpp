@@ -22,4 +22,12 @@ std::string helperText(const HelperStatus& status) {
   return text;
 }
 
+std::optional<std::string> missingTelemetryText(bool isNative,
+                                                const std::optional<ProTelemetrySnapshot>& latest) {
+  if (!isNative) return "--telemetry has no effect: the installed tool measures this machine only.";
+  if (!latest || latest->isAvailable) return std::nullopt;
+  return "no telemetry: " + latest->error.value_or("the tool gave none") +
+         ". 'quellin helper status' says more; the recording goes on without.";
+}
+
 }  // namespace quellin::cli

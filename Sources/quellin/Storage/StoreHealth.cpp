@@ -13,12 +13,15 @@ std::int64_t sizeOf(const std::filesystem::path& path) {
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
-void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination examination) {
+void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination examination,
+                     const std::function<void(std::int64_t, std::int64_t)>& progress) {
   const auto sessions = store.sessions();
   health.sessions = static_cast<std::int64_t>(sessions.size());
   if (examination == Examination::brief) return;
+  std::int64_t read = 0;
   std::int64_t damaged = 0;
   for (const auto& session : sessions) {
+    progress(read++, health.sessions);
     const SessionCheck check = store.check(*session);
     health.samples += check.sampleCount;
     if (!check.isWhole()) ++damaged;
@@ -31,14 +34,15 @@ void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination 
 
 }  // namespace
 
-StoreHealth examineStore(const Options& options, Examination examination) {
+StoreHealth examineStore(const Options& options, Examination examination,
+                         const std::function<void(std::int64_t, std::int64_t)>& progress) {
   StoreHealth health{.path = storePath(options).string(), .problem = std::nullopt};
   std::error_code error;
   health.exists = std::filesystem::exists(health.path, error);
   if (!health.exists) return health;
   for (const char* const suffix : {"", "-wal", "-shm"}) health.bytes += sizeOf(health.path + suffix);
   try {
-    examineSessions(health, *openStore(options), examination);
+    examineSessions(health, *openStore(options), examination, progress);
   } catch (const StoreError& failure) {
     health.isWhole = false;
     health.problem = failure.what();

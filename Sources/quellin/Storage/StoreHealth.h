@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -32,7 +33,10 @@ struct StoreHealth {
 /// Whether every sample is read, or the sessions are counted only.
 enum class Examination { full, brief };
 
-/// Looks at the store that `options` name, without making one. Throws nothing but std::bad_alloc.
-[[nodiscard]] StoreHealth examineStore(const Options& options, Examination examination);
+/// Looks at the store that `options` name, without making one; calls `progress` before each session that is
+/// read, with how many have been read. Throws nothing but std::bad_alloc and what `progress` throws.
+[[nodiscard]] StoreHealth examineStore(
+    const Options& options, Examination examination,
+    const std::function<void(std::int64_t read, std::int64_t all)>& progress = [](auto, auto) {});
 
 }  // namespace quellin::cli

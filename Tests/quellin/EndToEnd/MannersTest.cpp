@@ -109,6 +109,7 @@ TEST_F(MannersTest, DoctorTellsAWholeStoreFromADamagedOne) {
               AllOf(HasSubstr("Session store         whole\n"), HasSubstr(", sessions: 1, samples: 216\n")));
   const ProgramResult damaged = with(frontEnd.home().write("damaged.store", std::string(8192, 'x')));
   EXPECT_THAT(damaged.output, HasSubstr("Session store         damaged\n"));
+  EXPECT_EQ(damaged.exitStatus, 3);
 }
 
 TEST_F(MannersTest, AStoreThatCannotBeOpenedIsNamedWithAWayOut) {

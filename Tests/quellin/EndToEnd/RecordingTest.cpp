@@ -1,11 +1,13 @@
 #include <chrono>
 #include <csignal>
+#include <sstream>
 #include <string>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
 
+#include "Support/Replay.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 #include "quellin/Support/PseudoTerminal.h"
 
@@ -142,6 +144,27 @@ TEST_F(RecordingTest, DeletedFromElsewhereItSaysSo) {
   EXPECT_THAT(result.output, IsEmpty());
 }
 
+TEST_F(RecordingTest, ADamagedTraceEndsTheSessionWhereItIsDamaged) {
+  std::istringstream whole{testing_support::contentOf(testing_support::exampleTrace())};
+  std::string damaged;
+  std::string line;
+  for (int count = 0; count < 4 && std::getline(whole, line); ++count) damaged += line + "\n";
+  damaged += "{\n" + line + "\n";
+  const ProgramResult result =
+      frontEnd.run({"record", "--title", "Damaged", "--source", frontEnd.home().write("damaged", damaged)});
+  EXPECT_EQ(result.exitStatus, 1) << result;
+  EXPECT_THAT(result.error, HasSubstr(frontEnd.pathOf("damaged") + ", line 5: "));
+  const std::string session = frontEnd.run({"show", "last", "--json"}).output;
+  EXPECT_THAT(session, HasSubstr("\"status\" : \"completed\""));
+  EXPECT_EQ(numberIn(session, "sampleCount"), 3);
+}
+
+TEST_F(RecordingTest, TelemetryOfAnotherMachineIsNotPretended) {
+  const ProgramResult result = frontEnd.run({"record", "--source", macbook, "--for", "1s", "--telemetry"});
+  EXPECT_EQ(result.exitStatus, 0) << result;
+  EXPECT_THAT(result.error, HasSubstr("quellin: --telemetry has no effect: "));
+}
+
 struct RecordingOnATerminalTest : RecordingTest {
   PseudoTerminal terminal{60, 24};
 
@@ -173,8 +196,7 @@ struct RecordingOnATerminalTest : RecordingTest {
 TEST_F(RecordingOnATerminalTest, OneLineChangesAndTheSummaryFollows) {
   const ProgramResult result = recordUntilCtrlC({"TERM=xterm"});
   EXPECT_EQ(result.exitStatus, 0) << result;
-  EXPECT_THAT(result.output,
-              HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W on average, battery 0 %\x1b[K"));
+  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W, battery 0 %\x1b[K"));
   EXPECT_THAT(result.output, HasSubstr("\r5 s, 2 samples, "));
   EXPECT_THAT(result.output, HasSubstr("\x1b[1mSlow\x1b[0m\r\n"));
   EXPECT_THAT(result.output, HasSubstr("\r\nStatus            completed\r\n"));
@@ -194,7 +216,7 @@ TEST_F(RecordingOnATerminalTest, NOCOLORTakesTheColoursAndNothingElse) {
 
 TEST_F(RecordingOnATerminalTest, ADumbTerminalGetsPlainLines) {
   const ProgramResult result = recordUntilCtrlC({"TERM=dumb"});
-  EXPECT_THAT(result.output, HasSubstr("quellin: 0 s, 1 sample, Battery draw 12.49 W on average"));
+  EXPECT_THAT(result.output, HasSubstr("quellin: 0 s, 1 sample, Battery draw 12.49 W"));
   EXPECT_THAT(result.output, Not(HasSubstr("\x1b")));
 }
 

@@ -73,6 +73,16 @@ TEST_F(LiveLineTest, APipeGetsALineEveryTenSeconds) {
   EXPECT_EQ(said(), "quellin: first\nquellin: second\n");
 }
 
+TEST_F(LiveLineTest, WhatIsOverInAMomentIsNotShown) {
+  const Invocation invocation = on({});
+  LiveLine line{invocation, clock, LiveLine::untilSlow};
+  clock.advance(Seconds{0.9});
+  line.show("too early");
+  clock.advance(Seconds{0.1});
+  line.show("slow");
+  EXPECT_EQ(said(), "quellin: slow\n");
+}
+
 TEST_F(LiveLineTest, ADumbTerminalIsTreatedAsAPipe) {
   const Invocation invocation =
       on({.isTerminal = true, .isDumb = true, .hasColours = false, .width = std::size_t{80}});
