@@ -10,7 +10,7 @@
 
 namespace quellin {
 
-/// Which physical quantity a watt figure is.
+/// Which quantity a watt figure is: what a battery gives, takes in or adds to a charger; the silicon model.
 enum class PowerReadingKind { batteryDischarge, batteryChargeInput, batterySupplement, ioReportSiliconPower };
 
 template <>
@@ -18,7 +18,7 @@ inline constexpr std::array rawValues<PowerReadingKind>{
     std::string_view{"batteryDischarge"}, std::string_view{"batteryChargeInput"},
     std::string_view{"batterySupplement"}, std::string_view{"ioReportSiliconPower"}};
 
-/// Where a watt figure came from.
+/// Where a watt figure came from: the battery's terminals, or the energy model of the silicon.
 enum class PowerReadingConfidence { batteryTerminal, ioReport };
 
 template <>

@@ -24,7 +24,7 @@ template <>
 inline constexpr std::array rawValues<PowerSessionStatus>{
     std::string_view{"active"}, std::string_view{"completed"}, std::string_view{"interrupted"}};
 
-/// What started a session.
+/// What started a session: a desktop application, or the command line.
 enum class PowerSessionSource { app, cli };
 
 template <>

@@ -70,7 +70,7 @@ class JSONWriter {
   /// An instant as ISO 8601 text; fails when it is not finite.
   void instant(Instant value);
 
-  [[nodiscard]] bool failed() const { return failed_; }  ///< nothing more is written then
+  [[nodiscard]] bool failed() const { return failed_; }  ///< the text will be left as it was
 
   /// Notes, from the inside out, through which field or index a failure was reached.
   void failedIn(std::string_view fieldName);
