@@ -2,9 +2,9 @@
 add_library(QuellinSettings INTERFACE)
 target_include_directories(QuellinSettings INTERFACE ${PROJECT_SOURCE_DIR}/Sources)
 target_compile_options(QuellinSettings INTERFACE
-  -Wall -Wextra -Wpedantic -Werror -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-align
+  -Wall -Wextra -Wpedantic $<$<BOOL:${QUELLIN_WARNINGS_AS_ERRORS}>:-Werror> -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-align
   -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wdouble-promotion -Wimplicit-fallthrough
-  -fvisibility=hidden -fstack-protector-strong
+  $<$<NOT:$<BOOL:${QUELLIN_SHARED}>>:-fvisibility=hidden> -fstack-protector-strong
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 
 # clang calls std::stable_sort deprecated for what libstdc++ 12 does inside it.

@@ -5,7 +5,6 @@ if(QUELLIN_SHARED)
 endif()
 
 function(quellin_export_own_symbols name)
-  target_compile_options(${name} PRIVATE -fvisibility=default -fvisibility-inlines-hidden)
   if(APPLE)
     set(list ${PROJECT_SOURCE_DIR}/cmake/exports.txt)
     target_link_options(${name} PRIVATE -Wl,-exported_symbols_list,${list})
