@@ -41,6 +41,7 @@ struct Command {
 // The commands; each throws `Failure`, `ReaderGone` and what the core throws.
 ExitStatus doctor(const Invocation& invocation);
 ExitStatus snapshot(const Invocation& invocation);
+ExitStatus watch(const Invocation& invocation);
 ExitStatus capture(const Invocation& invocation);
 ExitStatus record(const Invocation& invocation);
 ExitStatus listSessions(const Invocation& invocation);

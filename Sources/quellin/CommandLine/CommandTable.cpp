@@ -27,6 +27,19 @@ const std::vector<Command>& commands() {
                       "Also the ten processes that cost the most right now");
        },
        snapshot},
+      {"watch",
+       "Show live in the terminal what the machine is doing, with keys to record a session",
+       {"quellin watch", "quellin watch --interval 2s",
+        "quellin watch --source Examples/macbook.trace.jsonl --interval 500ms"},
+       [](CLI::App& app, Options& options) {
+         addSource(app, options);
+         addStore(app, options);
+         addDuration(app, "--interval",
+                     "From one reading to the next, 1s by default; a trace moves on by a tick unless --speed "
+                     "sets its pace",
+                     [&options](Seconds interval) { options.interval = interval; });
+       },
+       watch},
       {"record",
        "Record a session, or go on with the one that is active, and sum it up at the end",
        {"quellin record --title 'Video call'", "quellin record --for 10m --interval 2s",

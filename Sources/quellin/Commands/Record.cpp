@@ -1,13 +1,11 @@
-#include <algorithm>
-
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/TelemetryFeed.h"
 #include "quellin/Measuring/Ticker.h"
-#include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/HelperText.h"
 #include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Presentation/SessionProgress.h"
 #include "quellin/Presentation/SessionReport.h"
 #include "quellin/Presentation/Table.h"
 #include "quellin/Storage/SessionLookup.h"
@@ -93,7 +91,7 @@ class Recording {
     const SystemPowerState state = reader_.readAll();
     reading_ = state.primaryPowerReading();
     recorder_.record(state, telemetry_.latest(), [this, done] {
-      live_.show(progress());
+      live_.show(sessionProgress(recorder_.activeSummary(), reading_));
       tellFailure();
       tellOfTelemetry();
       done();
@@ -101,18 +99,6 @@ class Recording {
   }
 
   [[nodiscard]] bool isStillOurs() const { return recorder_.store()->activeSession() == session_; }
-
-  [[nodiscard]] std::string progress() const {
-    const PowerSessionSummary& summary = recorder_.activeSummary();
-    std::string text =
-        durationText(Seconds{summary.durationSeconds}) + ", " + counted(summary.sampleCount, "sample");
-    if (reading_) text += ", " + reading_->label + " " + decimal(reading_->watts, 2) + " W";
-    if (summary.totalWattHours) text += ", " + decimal(summary.totalWattHours, 3) + " Wh";
-    if (const auto change = summary.batteryPercentDelta) {
-      text += std::string{", battery "} + (*change > 0 ? "+" : "") + whole(*change) + " %";
-    }
-    return text;
-  }
 
   // A failure is told once, for as long as it lasts.
   void tellFailure() {
@@ -148,17 +134,11 @@ class Recording {
   bool hasToldOfTelemetry_ = false;
 };
 
-bool anySource(const MeasuredHost& host) {
-  return std::ranges::any_of(host.sources.diagnose(), [](const SourceDiagnosis& source) {
-    return source.availability == SourceAvailability::available;
-  });
-}
-
 }  // namespace
 
 ExitStatus record(const Invocation& invocation) {
   const MeasuredHost host = MeasuredHost::open(invocation.options);
-  if (!anySource(host)) {
+  if (!anySource(host.sources)) {
     throw Failure{ExitStatus::nothingMeasurable,
                   "nothing can be measured here. 'quellin doctor' says why and what would help."};
   }

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <list>
 #include <thread>
 #include <utility>
 
@@ -24,11 +25,20 @@ namespace {
 // Longer than anybody waits, and short enough to be counted in nanoseconds.
 constexpr Seconds longestDelay{1e9};
 
+void waitAgain(boost::asio::signal_set& set, std::function<void()> action) {
+  set.async_wait([&set, action = std::move(action)](const boost::system::error_code& error, int) {
+    if (error) return;
+    waitAgain(set, action);
+    action();
+  });
+}
+
 }  // namespace
 
 struct Loop::State {
   boost::asio::io_context context{1};
   boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work{context.get_executor()};
+  std::list<boost::asio::signal_set> others;  // which are referred to
   std::shared_ptr<AsioExecutor> executor = std::make_shared<AsioExecutor>(context);
   std::function<void(int)> interrupted;
 
@@ -73,6 +83,11 @@ Loop::~Loop() = default;
 std::shared_ptr<MainExecutor> Loop::executor() const { return state_->executor; }
 
 void Loop::onInterrupt(std::function<void(int)> action) { state_->interrupted = std::move(action); }
+
+void Loop::onSignal(int signal, std::function<void()> action) {
+  auto& set = state_->others.emplace_back(state_->context, signal);
+  waitAgain(set, std::move(action));
+}
 
 void Loop::after(Seconds delay, std::function<void()> action) {
   const auto duration = std::chrono::duration_cast<std::chrono::steady_clock::duration>(

@@ -25,6 +25,9 @@ class Loop {
   /// so on. Asked again before the loop came to hear the last time, the process ends at once as failed.
   void onInterrupt(std::function<void(int time)> action);
 
+  /// Calls `action` whenever the process gets the signal, which then has no other effect.
+  void onSignal(int signal, std::function<void()> action);
+
   /// Calls `action` once, `delay` from now; delays of more than thirty years are cut to that.
   void after(Seconds delay, std::function<void()> action);
 

@@ -1,5 +1,6 @@
 #include "quellin/Measuring/MeasuredHost.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -50,6 +51,12 @@ SystemReader MeasuredHost::reader() const {
 
 std::vector<ProcessActivityInfo> MeasuredHost::topProcesses(int limit, Seconds interval) const {
   return ProcessActivityService{sources.processes, *monotonicClock}.sampleTopProcesses(limit, interval);
+}
+
+bool anySource(const PlatformSources& sources) {
+  return std::ranges::any_of(sources.diagnose(), [](const SourceDiagnosis& source) {
+    return source.availability == SourceAvailability::available;
+  });
 }
 
 }  // namespace quellin::cli

@@ -35,4 +35,7 @@ struct MeasuredHost {
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 };
 
+/// Whether any of the sources would give values.
+[[nodiscard]] bool anySource(const PlatformSources& sources);
+
 }  // namespace quellin::cli

@@ -35,6 +35,9 @@ struct Figure {
   }
 };
 
+/// Why there is no primary power reading.
+inline constexpr const char* noPowerReading = "Neither the battery's flow nor the energy counters are known";
+
 /// All that `state` says, as figures; what `sources` say about themselves explains what it does not say. The
 /// battery's serial number is left out.
 [[nodiscard]] std::vector<Figure> figures(const SystemPowerState& state, const PlatformSources& sources);

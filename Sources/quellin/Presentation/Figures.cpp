@@ -80,7 +80,7 @@ void addPower(std::vector<Figure>& list, const SystemPowerState& state, const st
                     .source = "none",
                     .kind = "unavailable",
                     .confidence = std::nullopt,
-                    .note = "Neither the battery's flow nor the energy counters are known"});
+                    .note = noPowerReading});
   }
   if (const auto rest = state.displayAndOtherPower()) {
     list.push_back({.group = "Power",

@@ -18,11 +18,13 @@ std::optional<std::size_t> positiveNumber(const std::optional<std::string>& text
   return number;
 }
 
-std::optional<std::size_t> ownWidth(int descriptor) {
+winsize ownSize(int descriptor) {
   winsize size{};
-  if (ioctl(descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
-  return size.ws_col;
+  if (ioctl(descriptor, TIOCGWINSZ, &size) != 0) return {};
+  return size;
 }
+
+std::size_t orUsual(unsigned short own, std::size_t usual) { return own > 0 ? own : usual; }
 
 }  // namespace
 
@@ -41,12 +43,17 @@ Terminal Terminal::at(int descriptor, const Environment& environment) {
   terminal.isDumb = kind.empty() || kind == "dumb";
   terminal.hasColours = terminal.isTerminal && !refused && !terminal.isDumb;
   terminal.width = positiveNumber(environment("COLUMNS"));
-  if (!terminal.width && terminal.isTerminal) terminal.width = ownWidth(descriptor).value_or(80);
+  terminal.height = positiveNumber(environment("LINES"));
+  if (!terminal.isTerminal) return terminal;
+  const winsize own = ownSize(descriptor);
+  if (!terminal.width) terminal.width = orUsual(own.ws_col, 80);
+  if (!terminal.height) terminal.height = orUsual(own.ws_row, 24);
   return terminal;
 }
 
 std::string Terminal::styled(Style style, std::string_view text) const {
-  static constexpr std::array<std::string_view, 5> codes{"", "\x1b[1m", "\x1b[32m", "\x1b[33m", "\x1b[31m"};
+  static constexpr std::array<std::string_view, 6> codes{"",         "\x1b[1m",  "\x1b[32m",
+                                                         "\x1b[33m", "\x1b[31m", "\x1b[2m"};
   if (!hasColours || style == Style::plain) return std::string{text};
   return std::string{codes.at(static_cast<std::size_t>(style))} + std::string{text} + "\x1b[0m";
 }

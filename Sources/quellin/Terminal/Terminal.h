@@ -15,7 +15,7 @@ using Environment = std::function<std::optional<std::string>(const std::string& 
 [[nodiscard]] Environment processEnvironment();
 
 /// The ways in which text can stand out.
-enum class Style { plain, strong, good, warning, bad };
+enum class Style { plain, strong, good, warning, bad, faint };
 
 /// What can be done where a descriptor leads.
 struct Terminal {
@@ -24,6 +24,8 @@ struct Terminal {
   bool hasColours = false;  ///< false with NO_COLOR, and where TERM is "dumb" or not set
   std::optional<std::size_t>
       width;  ///< columns: COLUMNS, else the terminal's own; absent in a pipe or a file
+  std::optional<std::size_t> height =
+      {};  ///< rows: LINES, else the terminal's own; absent in a pipe or a file
 
   /// The terminal, or what takes its place, behind `descriptor`.
   [[nodiscard]] static Terminal at(int descriptor, const Environment& environment);

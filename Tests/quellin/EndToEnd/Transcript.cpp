@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string_view>
 
 #include <gmock/gmock.h>
+
+#include "quellin/Support/Golden.h"
 
 namespace quellin::testing_support {
 namespace {
@@ -93,15 +92,8 @@ void Transcript::run(const FrontEnd::Words& arguments, const FrontEnd::Words& en
 }
 
 void Transcript::expectGolden(const std::string& golden) const {
-  const std::filesystem::path path = std::filesystem::path{QUELLIN_GOLDENS} / golden;
-  const std::string present = masked(text_, frontEnd_.home().path().string());
-  if (std::getenv("QUELLIN_UPDATE_GOLDENS") != nullptr) {  // NOLINT(concurrency-mt-unsafe): nobody sets any
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream{path, std::ios::binary} << present;
-    return;
-  }
-  ASSERT_TRUE(std::filesystem::exists(path)) << path << " is not there; ./dev goldens writes it";
-  EXPECT_EQ(present, contentOf(path)) << "if this is meant, run ./dev goldens and read the diff of " << path;
+  testing_support::expectGolden(std::string{QUELLIN_GOLDENS} + "/" + golden,
+                                masked(text_, frontEnd_.home().path().string()));
 }
 
 }  // namespace quellin::testing_support

@@ -36,6 +36,15 @@ TEST(LoopTest, ADelayOfAgesIsNotOverAtOnce) {
   EXPECT_FALSE(isOver);
 }
 
+TEST(LoopTest, HearsASignalAsOftenAsItComes) {
+  Loop loop;
+  int heard = 0;
+  loop.onSignal(SIGWINCH, [&] { ++heard == 2 ? loop.stop() : static_cast<void>(std::raise(SIGWINCH)); });
+  ASSERT_EQ(std::raise(SIGWINCH), 0);
+  loop.run();
+  EXPECT_EQ(heard, 2);
+}
+
 TEST(LoopTest, WhatAnActionThrowsReachesTheCaller) {
   Loop loop;
   loop.after(Seconds{0}, [] { throw std::runtime_error("lost"); });

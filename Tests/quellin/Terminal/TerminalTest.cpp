@@ -39,15 +39,23 @@ TEST_F(TerminalTest, COLUMNSGoesBeforeTheTerminalsOwnWidth) {
   EXPECT_EQ(with({{"TERM", "xterm"}, {"COLUMNS", "66"}}).width, 66U);
 }
 
+TEST_F(TerminalTest, LINESGoesBeforeTheTerminalsOwnHeight) {
+  terminal.resize(100, 50);
+  EXPECT_EQ(with({{"TERM", "xterm"}}).height, 50U);
+  EXPECT_EQ(with({{"TERM", "xterm"}, {"LINES", "7"}}).height, 7U);
+  EXPECT_EQ(with({{"TERM", "xterm"}, {"LINES", "0"}}).height, 50U);
+}
+
 TEST_F(TerminalTest, COLUMNSThatIsNoWidthIsIgnored) {
   for (const char* const columns : {"", "0", "-5", "wide", "80x", "99999999999999999999999"}) {
     EXPECT_EQ(with({{"TERM", "xterm"}, {"COLUMNS", columns}}).width, 100U) << columns;
   }
 }
 
-TEST_F(TerminalTest, ATerminalWithoutASizeIsTakenFor80Columns) {
+TEST_F(TerminalTest, ATerminalWithoutASizeIsTakenFor24RowsOf80Columns) {
   terminal.resize(0, 0);
   EXPECT_EQ(with({{"TERM", "xterm"}}).width, 80U);
+  EXPECT_EQ(with({{"TERM", "xterm"}}).height, 24U);
 }
 
 TEST_F(TerminalTest, NOCOLORTakesColoursOnlyWhenItSaysAnything) {
@@ -72,6 +80,7 @@ TEST_F(TerminalTest, APipeHasNeitherColoursNorAWidthUnlessCOLUMNSGivesOne) {
   EXPECT_FALSE(plain.isTerminal);
   EXPECT_FALSE(plain.hasColours);
   EXPECT_EQ(plain.width, std::nullopt);
+  EXPECT_EQ(plain.height, std::nullopt);
   EXPECT_EQ(Terminal::at(pipe->writeEnd.get(), environmentOf({{"COLUMNS", "40"}})).width, 40U);
 }
 
@@ -81,6 +90,7 @@ TEST_F(TerminalTest, StylesShowOnlyWhereThereAreColours) {
   EXPECT_EQ(colourful.styled(Style::good, "a"), "\x1b[32ma\x1b[0m");
   EXPECT_EQ(colourful.styled(Style::warning, "a"), "\x1b[33ma\x1b[0m");
   EXPECT_EQ(colourful.styled(Style::bad, "a"), "\x1b[31ma\x1b[0m");
+  EXPECT_EQ(colourful.styled(Style::faint, "a"), "\x1b[2ma\x1b[0m");
   EXPECT_EQ(colourful.styled(Style::plain, "a"), "a");
   EXPECT_EQ(with({{"TERM", "xterm"}, {"NO_COLOR", "1"}}).styled(Style::bad, "a"), "a");
 }

@@ -1,0 +1,94 @@
+#include "quellin/Watch/WatchSession.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "quellin/Presentation/SessionProgress.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+
+namespace quellin::cli {
+
+WatchSession::WatchSession(const Options& options, const MeasuredHost& host, Loop& loop)
+    : options_(options), host_(host), loop_(loop) {
+  static_cast<void>(attempt([this] {
+    if (!std::filesystem::exists(storePath(options_))) return;
+    open();
+    look();
+  }));
+}
+
+void WatchSession::toggle(Seconds interval) {
+  if (isRecording()) return end();
+  wasAsked_ = true;
+  if (!recorder_ && !attempt([this] { open(); })) return;
+  const bool resumes = recorder_->activeSession() != nullptr;
+  session_ = recorder_->start(options_.title, PowerSessionSource::cli, host_.interval(interval).count(),
+                              host_.wallClock->now());
+  if (!isRecording()) return;
+  elsewhere_ = nullptr;
+  if (resumes) recorder_->refreshSummary();
+}
+
+void WatchSession::end() {
+  if (!isRecording()) return;
+  static_cast<void>(attempt([this] { look(); }));
+  if (!isRecording()) return;
+  recorder_->stop(host_.wallClock->now());
+  forget();
+}
+
+void WatchSession::record(const SystemPowerState& state, const std::function<void()>& done) {
+  if (!recorder_) return done();
+  const bool looked = attempt([this] { look(); });
+  if (!looked || !isRecording()) return done();
+  recorder_->record(state, std::nullopt, done);
+}
+
+std::string WatchSession::text() const {
+  if (session_) return "Recording " + shortID(*session_) + ": " + sessionProgress(recorder_->activeSummary());
+  if (elsewhere_) {
+    return "Session " + shortID(*elsewhere_) + ", " + printable(elsewhere_->title()) +
+           ", is active but not recorded here";
+  }
+  if (completed_) return "Session " + *completed_ + " is over; 'quellin show " + *completed_ + "' sums it up";
+  return "No session is being recorded";
+}
+
+std::optional<std::string> WatchSession::failure() const {
+  if (problem_ || !recorder_) return problem_;
+  return recorder_->lastError();
+}
+
+void WatchSession::open() {
+  auto store = openStore(options_, {.executor = loop_.executor(), .clock = *host_.wallClock});
+  recorder_ = std::make_unique<PowerSessionRecorder>(
+      loop_.executor(), std::move(store), options_.processInterval,
+      [this](int limit, Seconds interval) { return host_.topProcesses(limit, interval); }, makeBackground(),
+      *host_.wallClock);
+}
+
+// Other programs begin and end sessions, too.
+void WatchSession::look() {
+  const auto active = recorder_->store()->activeSession();
+  if (isRecording() && active != session_) forget();
+  elsewhere_ = isRecording() ? nullptr : active;
+}
+
+void WatchSession::forget() {
+  completed_ = shortID(*session_);
+  session_ = nullptr;
+}
+
+bool WatchSession::attempt(const std::function<void()>& action) {
+  try {
+    action();
+    problem_.reset();
+  } catch (const StoreError& error) {
+    problem_ = error.what();
+  }
+  return !problem_;
+}
+
+}  // namespace quellin::cli
