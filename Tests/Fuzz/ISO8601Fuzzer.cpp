@@ -21,8 +21,8 @@ namespace {
 
 // Beyond, instants are written as this limit.
 constexpr double latestSecond = 0x1p53;
-// Within, the years are those that the standard library knows.
-constexpr double calendarSeconds = 1e12;
+// Within, the years are those that the standard library knows: up to 32767.
+constexpr double calendarSeconds = 9e11;
 
 void checkText(std::string_view text) {
   const auto instant = parseISO8601(text);

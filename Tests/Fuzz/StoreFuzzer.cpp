@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -42,6 +43,7 @@ void apply(Edit edit, std::string& bytes, std::size_t place, std::uint32_t with)
       break;
     case Edit::copyPage: {
       const std::size_t from = with % (bytes.size() / page + 1) * page;
+      // From behind the last page: the page is taken out.
       bytes.replace(place / page * page, page, std::string(bytes, from, page));
       break;
     }
@@ -91,6 +93,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   damage(isOpen ? log : file, feed);
   // A file without a byte is a new store; what a damaged log holds may be lost from the damage on.
   const End end = isOpen || file.empty() ? End::mayBeLost : End::mustBeThere;
-  require(testing_support::untruth(stores.read(file, log), stores.whole, end).empty());
+  const std::string found = testing_support::untruth(stores.read(file, log), stores.whole, end);
+  if (!found.empty()) std::fprintf(stderr, "%s\n", found.c_str());
+  require(found.empty());
   return 0;
 }
