@@ -73,14 +73,14 @@ StoreBytes recordStore(const std::filesystem::path& path) {
   return {.file = contentOf(path), .log = contentOf(path.string() + "-wal")};
 }
 
-std::string untruth(const StoreReading& reading, const StoreReading& whole, End end) {
-  const bool mustBeWhole = reading.isWhole && end == End::mustBeThere;
+std::string untruth(const StoreReading& reading, const StoreReading& whole, Missing mayBeMissing) {
+  const bool mustBeWhole = reading.isWhole && mayBeMissing == Missing::nothing;
   if (mustBeWhole && reading.sessions.size() != whole.sessions.size()) return "a session is missing";
   for (const auto& [id, session] : reading.sessions) {
     const auto recorded = whole.sessions.find(id);
     if (recorded == whole.sessions.end()) return "a session that nobody recorded";
     const RecordedSession& original = recorded->second;
-    if (end == End::mustBeThere && session.columns != original.columns)
+    if (mayBeMissing != Missing::theEnd && session.columns != original.columns)
       return "a session that is not as recorded";
     if (auto found = untruthOfSamples(session.samples, original.samples); !found.empty()) return found;
     if (mustBeWhole && session.samples.size() != original.samples.size()) return "samples are missing";

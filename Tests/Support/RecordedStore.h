@@ -43,14 +43,16 @@ struct StoreBytes {
 /// of the store while it is still open: that session is in the log only.
 [[nodiscard]] StoreBytes recordStore(const std::filesystem::path& path);
 
-/// Whether a store that was read later may lack what was recorded last without saying so.
-enum class End {
-  mustBeThere,
-  mayBeLost,  ///< as after a crash: the log is damaged
+/// What may be missing from a store that was read later without its saying so.
+enum class Missing {
+  nothing,
+  rows,    ///< as when a page stands in for another one: what is there is as it was recorded
+  theEnd,  ///< as after a crash: the log is damaged, and what was recorded last is lost
 };
 
 /// What `reading` says that is not as it was recorded in `whole`, or leaves out without saying so; empty when
 /// it is truthful.
-[[nodiscard]] std::string untruth(const StoreReading& reading, const StoreReading& whole, End end);
+[[nodiscard]] std::string untruth(const StoreReading& reading, const StoreReading& whole,
+                                  Missing mayBeMissing = Missing::nothing);
 
 }  // namespace quellin::testing_support

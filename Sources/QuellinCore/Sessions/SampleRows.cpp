@@ -27,9 +27,11 @@ void write(Query& query, std::int64_t key, const SampleColumns& columns, const S
 
 std::optional<std::int64_t> nextSampleKey(Database& database, std::int64_t session) {
   const KeyRange keys = keysOf(session);
-  Query query(database,
-              "SELECT (SELECT max(key) FROM PowerSessionSample WHERE key BETWEEN ?2 AND ?3) FROM "
-              "PowerSession WHERE key = ?1");
+  Query query(
+      database,
+      "SELECT (SELECT max(last) FROM (SELECT max(key) AS last FROM PowerSessionSample WHERE key BETWEEN ?2 "
+      "AND ?3 UNION ALL SELECT max(key) FROM SampleBlobs WHERE key BETWEEN ?2 AND ?3)) FROM PowerSession "
+      "WHERE key = ?1");
   query.bind(session).bind(keys.first).bind(keys.last);
   if (!query.step()) return std::nullopt;
   if (query.isNull(0)) return keys.first;

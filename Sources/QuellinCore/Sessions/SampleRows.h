@@ -23,7 +23,8 @@ struct KeyRange {
   return {session << 32, (session << 32) | 0xFFFFFFFF};
 }
 
-/// The key that the next sample of a session gets; no value when the session is no longer there.
+/// The key that the next sample of a session gets, which is behind all blobs, too: those whose samples the
+/// file has lost tell of them. No value when the session is no longer there.
 [[nodiscard]] std::optional<std::int64_t> nextSampleKey(Database& database, std::int64_t session);
 
 /// Writes a new sample's row.

@@ -14,6 +14,7 @@ namespace quellin {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing_support::emptyState;
 using testing_support::kindThrownBy;
 using testing_support::stateOnBattery;
@@ -147,6 +148,19 @@ TEST_F(SampleCursorTest, AMissingRowFailsOrIsCounted) {
   EXPECT_EQ(kindThrownBy([&] { seconds(); }), StoreError::Kind::damaged);
   EXPECT_THAT(seconds(OnDamage::skip), ElementsAre(1, 4));
   EXPECT_EQ(skipped, 2);
+}
+
+TEST_F(SampleCursorTest, MissingLastRowsAreCountedByTheBlobsTheyLeave) {
+  for (const double second : {1, 2, 3, 4}) append(second);
+  edit("DELETE FROM PowerSessionSample WHERE timestamp >= 1741089603");
+  EXPECT_EQ(kindThrownBy([&] { seconds(); }), StoreError::Kind::damaged);
+  EXPECT_THAT(seconds(OnDamage::skip), ElementsAre(1, 2));
+  EXPECT_EQ(skipped, 2);
+  append(5);
+  EXPECT_THAT(seconds(OnDamage::skip), ElementsAre(1, 2, 5)) << "a new sample takes no key of theirs";
+  edit("DELETE FROM PowerSessionSample");
+  EXPECT_THAT(seconds(OnDamage::skip), IsEmpty());
+  EXPECT_EQ(skipped, 5);
 }
 
 TEST_F(SampleCursorTest, ADamagedSessionRecordIsNotListed) {

@@ -18,7 +18,7 @@ namespace quellin {
 namespace {
 
 using testing_support::contentOf;
-using testing_support::End;
+using testing_support::Missing;
 using testing_support::readStore;
 using testing_support::StoreReading;
 using testing_support::TemporaryFolder;
@@ -43,8 +43,8 @@ class StoreDamageTest : public testing::Test {
   }
 
   void expectTruthful(const StoreReading& reading, const std::string& what,
-                      End end = End::mustBeThere) const {
-    EXPECT_EQ(untruth(reading, whole, end), "") << what;
+                      Missing mayBeMissing = Missing::nothing) const {
+    EXPECT_EQ(untruth(reading, whole, mayBeMissing), "") << what;
   }
 
   const TemporaryFolder folder;
@@ -95,7 +95,7 @@ TEST_F(StoreDamageTest, AShortenedOrLengthenedFileShowsOrReadsWhole) {
     const StoreReading reading = readStoreOf(settled.substr(0, length), "");
     EXPECT_FALSE(reading.isWhole && length > 0) << length;
     expectTruthful(reading, "cut to " + std::to_string(length),
-                   length == 0 ? End::mayBeLost : End::mustBeThere);
+                   length == 0 ? Missing::theEnd : Missing::nothing);
   }
   for (const std::size_t more : {1U, 511U, 4096U, 10000U}) {
     std::string tail(more, '\0');
@@ -126,11 +126,11 @@ TEST_F(StoreDamageTest, DamageInTheLogLosesNoMoreThanItsEnd) {
   for (int round = 0; round < 300; ++round) {
     const std::size_t place = random() % log.size();
     expectTruthful(readStoreOf(file, withFlippedBit(log, place, static_cast<unsigned>(random() % 8))),
-                   "byte " + std::to_string(place) + " of the log", End::mayBeLost);
+                   "byte " + std::to_string(place) + " of the log", Missing::theEnd);
   }
   for (std::size_t length = 1; length < log.size(); length += 1 + random() % 3000) {
     expectTruthful(readStoreOf(file, log.substr(0, length)), "log cut to " + std::to_string(length),
-                   End::mayBeLost);
+                   Missing::theEnd);
   }
   expectTruthful(readStoreOf(file, log + std::string(5000, 'x')), "log lengthened");
 }
