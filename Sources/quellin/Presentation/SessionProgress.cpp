@@ -10,7 +10,7 @@ std::string sessionProgress(const PowerSessionSummary& summary, const std::optio
   if (reading) text += ", " + reading->label + " " + decimal(reading->watts, 2) + " W";
   if (summary.totalWattHours) text += ", " + decimal(summary.totalWattHours, 3) + " Wh";
   if (const auto change = summary.batteryPercentDelta) {
-    text += std::string{", battery "} + (*change > 0 ? "+" : "") + whole(*change) + " %";
+    text += std::string{", battery "} + (*change > 0 ? "+" : "") + whole(change) + " %";
   }
   return text;
 }

@@ -63,7 +63,7 @@ Seconds TracePlayer::untilNext() const {
 std::optional<Seconds> TracePlayer::interval() const {
   const std::lock_guard lock{mutex_};
   if (!present_ || !next_ || !*next_) return std::nullopt;
-  return std::max((*next_)->monotonic - present_->monotonic, Seconds{0});
+  return (*next_)->monotonic - present_->monotonic;
 }
 
 std::expected<void, TraceError> TracePlayer::advance() {
