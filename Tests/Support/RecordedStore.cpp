@@ -20,10 +20,11 @@ bool agrees(const std::optional<std::string>& read, const std::optional<std::str
 bool agrees(const RecordedSample& read, const RecordedSample& recorded) {
   if (read.columns != recorded.columns || (read.facts && read.facts != recorded.facts)) return false;
   // A row of blobs that is gone leaves a lost snapshot alone to tell of it.
-  if (read.blobs == SampleBlobs()) return true;
-  return agrees(read.blobs.snapshotData, recorded.blobs.snapshotData) &&
-         agrees(read.blobs.processActivityData, recorded.blobs.processActivityData) &&
-         agrees(read.blobs.proTelemetryData, recorded.blobs.proTelemetryData);
+  const SampleBlobs& blobs = read.blobs;
+  if (blobs.snapshotData.empty() && !blobs.processActivityData && !blobs.proTelemetryData) return true;
+  return agrees(blobs.snapshotData, recorded.blobs.snapshotData) &&
+         agrees(blobs.processActivityData, recorded.blobs.processActivityData) &&
+         agrees(blobs.proTelemetryData, recorded.blobs.proTelemetryData);
 }
 
 // What the samples of one session say that is not so.

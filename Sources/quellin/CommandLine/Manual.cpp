@@ -48,8 +48,8 @@ std::string commandText(const Command& command, const CLI::App& app) {
 ExitStatus printManual(const Invocation& invocation) {
   Options options;
   const auto app = commandLine(options);
-  std::string text = ".TH QUELLIN 1 \"\" \"Quellin " + std::string{version} + "\" \"User Commands\"\n";
-  text += ".SH NAME\nquellin \\- power, battery, heat and fans, and the energy of recorded sessions\n";
+  std::string text = R"(.TH QUELLIN 1 "" "Quellin )" + std::string{version} + R"(" "User Commands")";
+  text += "\n.SH NAME\nquellin \\- power, battery, heat and fans, and the energy of recorded sessions\n";
   text += ".SH SYNOPSIS\n.B quellin\n.I COMMAND\n[\\fIOPTION\\fR...]\n";
   text += ".SH DESCRIPTION\n" + escaped(app->get_description()) + "\n";
   text += ".SH OPTIONS\n" + optionTexts(*app);
