@@ -105,6 +105,13 @@ def uncompiled_files(files, compile_commands):
     return [f"{path}: is in no build" for path in files if str(Path(path).resolve()) not in compiled]
 
 
+def stale_pictures(root):
+    """The text pictures of `docs` that the README does not show as they are; tests draw them anew."""
+    readme = (Path(root) / "README.md").read_text(encoding="utf-8")
+    return [f"README.md: does not show {path.name} as it is" for path in sorted((Path(root) / "docs").glob("*.txt"))
+            if path.read_text(encoding="utf-8").rstrip("\n") not in readme]
+
+
 def tracked(root, *patterns):
     """The files below `root` that git tracks or would track, matching the patterns."""
     command = ["git", "-C", str(root), "ls-files", "--cached", "--others", "--exclude-standard", "--", *patterns]

@@ -110,6 +110,15 @@ class Skipped(Tree):
         self.assertEqual(skipped_tests.left_out(report), ["b", "c"])
 
 
+class Pictures(Tree):
+    def test_a_picture_that_the_readme_shows_otherwise_is_found(self):
+        self.write("docs/watch.txt", "12 W\n13 W\n")
+        self.write("README.md", "```\n12 W\n13 W\n```\n")
+        self.assertEqual(house.stale_pictures(self.root), [])
+        self.write("README.md", "```\n12 W\n```\n")
+        self.assertEqual(len(house.stale_pictures(self.root)), 1)
+
+
 class Coverage(Tree):
     def report(self, *lines):
         source = self.write("A.cpp", "int f() {\n  if (g()) return 1;\n  if (h()) abort();\n}\n")
