@@ -50,8 +50,6 @@ struct ScreenDeleter {
   }
 };
 
-bool usesUTF8() { return std::string{nl_langinfo(CODESET)} == "UTF-8"; }
-
 bool namesUTF8(std::string locale) {
   std::ranges::transform(locale, locale.begin(), [](char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -63,6 +61,7 @@ bool namesUTF8(std::string locale) {
 
 struct Screen::Handle {
   std::unique_ptr<SCREEN, ScreenDeleter> screen;
+  WINDOW* window = nullptr;  // all of the screen, which owns it
   bool hasColours = false;
 };
 
@@ -72,10 +71,11 @@ Screen::Screen(bool hasColours) : handle_(std::make_unique<Handle>()) {
     throw Failure{ExitStatus::failed,
                   "watch: this kind of terminal is not known here. Set TERM to one that is, such as xterm."};
   }
+  handle_->window = stdscr;
   cbreak();
   noecho();
-  nodelay(stdscr, TRUE);
-  keypad(stdscr, TRUE);
+  nodelay(handle_->window, TRUE);
+  keypad(handle_->window, TRUE);
   set_escdelay(escapeDelay);
   curs_set(0);
   handle_->hasColours = hasColours && has_colors() && start_color() == OK && use_default_colors() == OK;
@@ -87,27 +87,29 @@ Screen::Screen(bool hasColours) : handle_(std::make_unique<Handle>()) {
 
 Screen::~Screen() = default;
 
-ViewSize Screen::size() const { return {.rows = getmaxy(stdscr), .columns = getmaxx(stdscr)}; }
+ViewSize Screen::size() const {
+  return {.rows = getmaxy(handle_->window), .columns = getmaxx(handle_->window)};
+}
 
 void Screen::resize(ViewSize size) {
   resizeterm(size.rows, size.columns);
-  clearok(stdscr, TRUE);
+  clearok(handle_->window, TRUE);
 }
 
 void Screen::show(const Canvas& canvas) {
-  werase(stdscr);
+  werase(handle_->window);
   for (int row = 0; row < canvas.size().rows; ++row) {
     for (const Canvas::Run& run : canvas.runs(row)) {
       const Look look = lookOf(run.style);
-      wattr_set(stdscr, look.attributes, handle_->hasColours ? look.pair : plainPair, nullptr);
-      mvwaddstr(stdscr, row, run.column, run.text.c_str());
+      wattr_set(handle_->window, look.attributes, handle_->hasColours ? look.pair : plainPair, nullptr);
+      mvwaddstr(handle_->window, row, run.column, run.text.c_str());
     }
   }
-  wrefresh(stdscr);
+  wrefresh(handle_->window);
 }
 
 std::optional<int> Screen::key() {
-  const int key = wgetch(stdscr);
+  const int key = wgetch(handle_->window);
   return key == ERR ? std::nullopt : std::optional{key};
 }
 
@@ -120,8 +122,9 @@ CharacterSet adoptCharacterSet(const Environment& environment) {
     }
     if (namesUTF8(wanted)) std::setlocale(LC_CTYPE, "C.UTF-8");
   }
+  const bool usesUTF8 = std::string{nl_langinfo(CODESET)} == "UTF-8";
   // NOLINTEND(concurrency-mt-unsafe)
-  return usesUTF8() ? CharacterSet::unicode : CharacterSet::ascii;
+  return usesUTF8 ? CharacterSet::unicode : CharacterSet::ascii;
 }
 
 }  // namespace quellin::cli
