@@ -24,6 +24,8 @@ namespace {
 constexpr std::size_t page = 4096;
 constexpr std::size_t longestStore = 512 * 1024;
 constexpr int mostEdits = 24;
+// Few, for speed.
+constexpr int samplesPerSession = 6;
 
 enum class Edit : std::uint8_t { flip, set, fill, copyPage, cut, lengthen };
 
@@ -70,7 +72,8 @@ void damage(std::string& bytes, ByteFeed& feed) {
 struct Stores {
   testing_support::TemporaryFolder folder;
   std::filesystem::path damaged = folder.path() / "damaged.store";
-  testing_support::StoreBytes open = testing_support::recordStore(folder.path() / "good.store");
+  testing_support::StoreBytes open =
+      testing_support::recordStore(folder.path() / "good.store", samplesPerSession);
   testing_support::StoreReading whole = testing_support::readStore(folder.path() / "good.store");
   std::string settled = testing_support::contentOf(folder.path() / "good.store");
 

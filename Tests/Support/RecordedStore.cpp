@@ -11,7 +11,6 @@ namespace {
 
 constexpr Instant midnight = instantAt(1741046400);
 constexpr int sessionCount = 3;
-constexpr int samplesPerSession = 40;
 
 bool agrees(const std::optional<std::string>& read, const std::optional<std::string>& recorded) {
   return read == recorded || read == "";
@@ -59,7 +58,7 @@ StoreReading readStore(const std::filesystem::path& path) {
   return reading;
 }
 
-StoreBytes recordStore(const std::filesystem::path& path) {
+StoreBytes recordStore(const std::filesystem::path& path, int samplesPerSession) {
   PowerSessionStore store("0.9.4", path);
   GeneratedDay day;
   for (int index = 0; index < sessionCount; ++index) {

@@ -39,9 +39,9 @@ struct StoreBytes {
   std::string log;
 };
 
-/// Records three sessions of 40 samples at `path`, of which the last one is left active. The bytes are those
-/// of the store while it is still open: that session is in the log only.
-[[nodiscard]] StoreBytes recordStore(const std::filesystem::path& path);
+/// Records three sessions at `path`, of which the last one is left active. The bytes are those of the store
+/// while it is still open: that session is in the log only.
+[[nodiscard]] StoreBytes recordStore(const std::filesystem::path& path, int samplesPerSession = 40);
 
 /// What may be missing from a store that was read later without its saying so.
 enum class Missing {

@@ -32,6 +32,8 @@ void SessionBlobs::loadReferences() {
   query.bind(keys.first + codec_.nextReference()).bind(keys.last);
   while (query.step()) {
     const std::int64_t key = query.integer(0);
+    // A page in the place of another one brings the references of another session.
+    if (key < keys.first + codec_.nextReference()) continue;
     const auto number = static_cast<std::uint32_t>(key - keys.first);
     const std::string_view data = query.bytes(1);
     const BlobIdentity identity{.key = key,
