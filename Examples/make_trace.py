@@ -206,7 +206,7 @@ class Laptop:
             "Power Source State": "Battery Power" if self.adapter is None else "AC Power",
             "Hardware Serial Number": "redacted", "Current": self.milliamperes, "Max Capacity": 100,
             "Current Capacity": percent, "Is Present": True, "Is Charging": is_charging,
-            "Time to Empty": to_empty if self.adapter is None else 0,
+            "Time to Empty": to_empty if self.adapter is None else -1 if self.milliamperes < 0 else 0,
             "Time to Full Charge": to_full if is_charging else 0, "BatteryHealth": "Good", "Power Source ID": 7143523,
         }
         if self.adapter is not None and not is_charging:
