@@ -150,8 +150,9 @@ TEST_F(WatchProgramTest, HonoursTheColumnsOfTheEnvironment) {
   TerminalStart narrow = start();
   narrow.environment = environment({"COLUMNS=60"});
   TerminalProgram program{narrow};
-  EXPECT_TRUE(program.waitFor("Battery draw"));
-  EXPECT_EQ(program.screen().row(1).size(), 60) << program.screen().row(1);
+  EXPECT_TRUE(program.waitUntil([](const TerminalEmulator& screen) {
+    return screen.row(1).ends_with("batteryTerminal") && screen.row(1).size() == 60;
+  })) << program.screen().text();
   program.type("q");
   EXPECT_EQ(program.finish(), ended);
 }
