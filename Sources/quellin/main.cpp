@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <string>
 #include <unistd.h>
 #include <variant>
@@ -54,12 +55,22 @@ ExitStatus runMain(const std::vector<std::string>& arguments, const std::string&
   return ExitStatus::failed;
 }
 
+// A file opened later would else take the number of a standard stream that came closed, and get its text.
+// Opened the wrong way round, the stream answers as a closed one does.
+void occupyClosedStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0)
+      static_cast<void>(open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+  }
+}
+
 }  // namespace
 }  // namespace quellin::cli
 
 int main(int argc, char** argv) {
   // A reader that goes away is noticed where the output is written.
   std::signal(SIGPIPE, SIG_IGN);
+  quellin::cli::occupyClosedStreams();
   const std::string program = argc > 0 ? argv[0] : "";
   const quellin::cli::Talk talk{STDERR_FILENO};
   try {

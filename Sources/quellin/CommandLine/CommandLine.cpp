@@ -13,6 +13,11 @@ constexpr const char* purpose =
     "What this machine's power, battery, heat and fans are doing, and how much energy a stretch of work "
     "takes.";
 
+// An empty path is mostly a variable of a script that is not set.
+CLI::Validator namesAFile() {
+  return {[](const std::string& path) { return std::string{path.empty() ? "the name is empty" : ""}; }, ""};
+}
+
 std::string exampleText(const std::vector<std::string_view>& examples) {
   std::string text = "Examples:\n";
   for (const auto example : examples) text += "  " + std::string{example} + "\n";
@@ -52,6 +57,10 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
     return Remark{ExitStatus::ok, app->version() + "\n"};
   } catch (const CLI::ParseError& error) {
     const auto chosen = app->get_subcommands();
+    if (chosen.empty() && !arguments.empty()) {
+      return Remark{ExitStatus::usage, "quellin: there is no option '" + arguments.front() +
+                                           "' without a command. 'quellin --help' lists all.\n"};
+    }
     const std::string where = chosen.empty() ? "" : " " + chosen.front()->get_name();
     return Remark{ExitStatus::usage,
                   "quellin" + where + ": " + error.what() + ". Try 'quellin" + where + " --help'.\n"};
@@ -63,6 +72,7 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
 void addSource(CLI::App& app, Options& options) {
   app.add_option("--source", options.source,
                  "What to measure: native, the file of a trace, or a folder with copies of sys/ and proc/")
+      ->check(namesAFile())
       ->type_name("native|FILE|DIR")
       ->default_str("native");
   app.add_option_function<std::string>(
@@ -82,6 +92,7 @@ void addStore(CLI::App& app, Options& options) {
   app.add_option_function<std::string>(
          "--store", [&options](const std::string& path) { options.store = path; },
          "The session store, instead of the one in your home folder")
+      ->check(namesAFile())
       ->type_name("PATH");
 }
 
@@ -116,7 +127,7 @@ void addDuration(CLI::App& app, const std::string& name, const std::string& desc
 
 CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description) {
   app.add_flag("--force", options.force, "Replace a file that is there already");
-  return app.add_option("-o,--output", options.output, description)->type_name("FILE");
+  return app.add_option("-o,--output", options.output, description)->check(namesAFile())->type_name("FILE");
 }
 
 void addInterval(CLI::App& app, Options& options) {

@@ -42,7 +42,7 @@ class ExportProgress {
 
 ExitStatus exportSession(const Invocation& invocation) {
   const Options& options = invocation.options;
-  const auto store = openStore(options);
+  const auto store = openRecordedStore(options);
   const auto session = findSession(*store, options.word);
   const Instant now = systemWallClock().now();
   ExportProgress progress{invocation};

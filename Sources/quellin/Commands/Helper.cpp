@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "QuellinCore/Services/HelperInstallation.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
@@ -37,6 +38,12 @@ ExitStatus install(const Invocation& invocation) {
   if (!std::filesystem::exists(source)) {
     throw Failure{ExitStatus::failed,
                   source + " is not there. Build it with ./dev build, or keep it beside quellin."};
+  }
+  const std::string prompt = AdministratorPrompt::native().executable;
+  if (!std::filesystem::exists(prompt)) {
+    throw Failure{ExitStatus::failed, prompt +
+                                          " is not there, which asks for an administrator's password. "
+                                          "Install the package that brings it, and try again."};
   }
   invocation.talk.say("installing " + source + "; the system asks for an administrator's password.");
   const HelperInstallResult result = ProTelemetryService{}.installBundledHelper(source);

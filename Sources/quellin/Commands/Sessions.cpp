@@ -14,7 +14,7 @@ namespace {
 using Ending = void (PowerSessionStore::*)(const std::shared_ptr<PowerSession>&, Instant);
 
 ExitStatus endActive(const Invocation& invocation, Ending ending, const std::string& word) {
-  const auto store = openStore(invocation.options);
+  const auto store = openRecordedStore(invocation.options);
   const auto session = store->activeSession();
   if (!session) {
     invocation.talk.say("nothing is being recorded. 'quellin record' begins a session.");
@@ -28,7 +28,7 @@ ExitStatus endActive(const Invocation& invocation, Ending ending, const std::str
 }  // namespace
 
 ExitStatus listSessions(const Invocation& invocation) {
-  const auto store = openStore(invocation.options);
+  const auto store = openRecordedStore(invocation.options);
   const auto sessions = store->sessions();
   if (invocation.options.json) {
     std::vector<PowerSessionMetadataDTO> records;
@@ -37,7 +37,7 @@ ExitStatus listSessions(const Invocation& invocation) {
     return ExitStatus::ok;
   }
   if (sessions.empty()) {
-    invocation.talk.say("there are no sessions in " + store->container().path().string() +
+    invocation.talk.say("there are no sessions in " + storePath(invocation.options).string() +
                         " yet. 'quellin record' makes one.");
     return ExitStatus::ok;
   }
@@ -61,7 +61,7 @@ ExitStatus interruptSession(const Invocation& invocation) {
 }
 
 ExitStatus deleteSession(const Invocation& invocation) {
-  const auto store = openStore(invocation.options);
+  const auto store = openRecordedStore(invocation.options);
   const auto session = findSession(*store, invocation.options.word);
   if (session->status() == PowerSessionStatus::active && !invocation.options.force) {
     throw Failure{

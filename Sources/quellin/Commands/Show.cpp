@@ -6,7 +6,7 @@
 namespace quellin::cli {
 
 ExitStatus showSession(const Invocation& invocation) {
-  const auto store = openStore(invocation.options);
+  const auto store = openRecordedStore(invocation.options);
   const SessionReport report = sessionReport(*store, findSession(*store, invocation.options.word));
   if (invocation.options.json) {
     writeJSON(invocation.out, report);

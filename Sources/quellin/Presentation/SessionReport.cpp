@@ -19,7 +19,7 @@ std::string coverageText(const SessionCoverage& coverage) {
 }
 
 std::string change(const std::optional<std::int64_t>& from, const std::optional<std::int64_t>& to) {
-  return from && to ? whole(from) + " % to " + whole(to) + " %" : std::string{unknown};
+  return from && to ? whole(from) + " to " + whole(to) + " %" : std::string{unknown};
 }
 
 std::string withUnit(const std::string& text, const std::string& unit) {
@@ -56,24 +56,25 @@ void showFigures(const SessionReport& report, const Lines& lines) {
   lines.add("Coverage", coverageText(report.coverage));
 }
 
+// What a segment comes to stands first and fits into 80 columns.
 std::string segmentTable(const std::vector<PowerSessionPowerSegment>& segments,
                          std::optional<std::size_t> width) {
   Table table{{{"#", Alignment::right},
                {"Source"},
-               {"Started"},
                {"Duration", Alignment::right},
-               {"Samples", Alignment::right},
                {"Avg W", Alignment::right},
                {"Min W", Alignment::right},
                {"Max W", Alignment::right},
                {"Wh", Alignment::right},
-               {"Battery"}}};
+               {"Battery"},
+               {"Samples", Alignment::right},
+               {"Started"}}};
   for (const PowerSessionPowerSegment& segment : segments) {
-    table.add({whole(segment.index), segment.sourceLabel, formatISO8601(segment.startedAt),
-               durationText(Seconds{segment.durationSeconds}), whole(segment.sampleCount),
+    table.add({whole(segment.index), segment.sourceLabel, durationText(Seconds{segment.durationSeconds}),
                decimal(segment.averageWatts, 2), decimal(segment.minWatts, 2), decimal(segment.maxWatts, 2),
                decimal(segment.totalWattHours, 3),
-               change(segment.batteryPercentStart, segment.batteryPercentEnd)});
+               change(segment.batteryPercentStart, segment.batteryPercentEnd), whole(segment.sampleCount),
+               formatISO8601(segment.startedAt)});
   }
   return table.text(width);
 }

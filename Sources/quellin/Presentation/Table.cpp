@@ -75,6 +75,7 @@ void Table::add(std::vector<std::string> row) {
 
 std::string Table::text(std::optional<std::size_t> width) const {
   std::vector<std::string> titles;
+  titles.reserve(columns_.size());
   for (const Column& column : columns_) titles.emplace_back(column.title);
   std::vector<std::size_t> widths;
   for (std::size_t column = 0; column < columns_.size(); ++column) {
@@ -82,6 +83,7 @@ std::string Table::text(std::optional<std::size_t> width) const {
     for (const auto& row : rows_) widest = std::max(widest, columnsOf(row[column]));
     widths.push_back(widest);
   }
+  if (width) widths.resize(columnsWithin(*width, widths));
   std::string result;
   const auto append = [&](const std::vector<std::string>& row) {
     const std::string line = lineOf(row, widths);
@@ -93,9 +95,19 @@ std::string Table::text(std::optional<std::size_t> width) const {
   return result;
 }
 
+// A text that is cut can be read; a number that is cut is another number.
+std::size_t Table::columnsWithin(std::size_t width, const std::vector<std::size_t>& widths) const {
+  std::size_t end = 0;
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    end += (column > 0 ? 2 : 0) + widths[column];
+    if (columns_[column].alignment == Alignment::right && end > width) return column;
+  }
+  return widths.size();
+}
+
 std::string Table::lineOf(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const {
   std::string line;
-  for (std::size_t column = 0; column < row.size(); ++column) {
+  for (std::size_t column = 0; column < widths.size(); ++column) {
     if (column > 0) line += "  ";
     const std::string padding(widths[column] - columnsOf(row[column]), ' ');
     line += columns_[column].alignment == Alignment::right ? padding + row[column] : row[column] + padding;

@@ -36,10 +36,13 @@ class Table {
   /// Adds a row: one text for each column.
   void add(std::vector<std::string> row);
 
-  /// All rows below their titles, lines cut to `width` columns.
+  /// All rows below their titles, lines cut to `width` columns. Columns of numbers, which stand on the right,
+  /// are never cut: the first that does not fit is left out, with all behind it.
   [[nodiscard]] std::string text(std::optional<std::size_t> width) const;
 
  private:
+  // How many columns are shown in `width` columns of the terminal.
+  [[nodiscard]] std::size_t columnsWithin(std::size_t width, const std::vector<std::size_t>& widths) const;
   [[nodiscard]] std::string lineOf(const std::vector<std::string>& row,
                                    const std::vector<std::size_t>& widths) const;
 

@@ -15,4 +15,8 @@ namespace quellin::cli {
 [[nodiscard]] std::shared_ptr<PowerSessionStore> openStore(const Options& options,
                                                            PowerSessionStoreSurroundings surroundings = {});
 
+/// Opens the store that `options` name to look for what was recorded: where there is no store, an empty one
+/// in memory, so that looking makes no file. Throws `StoreError`.
+[[nodiscard]] std::shared_ptr<PowerSessionStore> openRecordedStore(const Options& options);
+
 }  // namespace quellin::cli

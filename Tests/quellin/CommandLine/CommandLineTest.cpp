@@ -136,6 +136,10 @@ INSTANTIATE_TEST_SUITE_P(
     CommandLineTest, MisuseTest,
     testing::Values(
         Misuse{{}, "A subcommand is required"}, Misuse{{"snapshoot"}, "there is no command 'snapshoot'"},
+        Misuse{{"--jsn"}, "there is no option '--jsn'"},
+        Misuse{{"snapshot", "--source", ""}, "--source: the name is empty"},
+        Misuse{{"sessions", "--store", ""}, "--store: the name is empty"},
+        Misuse{{"export", "last", "-o", ""}, "--output: the name is empty"},
         Misuse{{"snapshot", "--jsn"}, "--jsn"}, Misuse{{"snapshot", "surplus"}, "surplus"},
         Misuse{{"record", "--interval", "fast"}, "'fast' is no length of time such as 500ms, 90, 5m or 1.5h"},
         Misuse{{"record", "--for", "0"}, "'0' is no length of time"}, Misuse{{"record", "--for"}, "--for"},

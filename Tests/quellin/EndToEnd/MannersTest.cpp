@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <string>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -64,6 +66,20 @@ TEST_F(MannersTest, AnOutputThatCannotBeWrittenIsAFailure) {
   }
 }
 
+TEST_F(MannersTest, AnOutputThatCameClosedIsAFailureAndNoOtherFileGetsItsText) {
+  for (const FrontEnd::Words& arguments : std::vector<FrontEnd::Words>{
+           {"--help"}, {"budget", "--source", macbook, "--system", "1"}, {"record", "--source", macbook}}) {
+    ProgramStart start = frontEnd.start(arguments);
+    start.prepare = [before = start.prepare] {
+      before();
+      testing_support::require(close(STDOUT_FILENO) == 0, "standard output");
+    };
+    const ProgramResult result = runProgram(start);
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_THAT(result.error, HasSubstr("quellin: standard output cannot be written: Bad file descriptor. "));
+  }
+}
+
 TEST_F(MannersTest, NumbersAreTheSameInEveryLocale) {
   const FrontEnd::Words german{"LC_ALL=de_DE.UTF-8", "LANG=de_DE.UTF-8"};
   record();
@@ -93,6 +109,24 @@ TEST_F(MannersTest, TheStoreLiesInTheHomeFolderUnlessNamed) {
   EXPECT_TRUE(std::filesystem::exists(frontEnd.pathOf(usual)));
   EXPECT_EQ(frontEnd.run({"show", "last", "--store", frontEnd.pathOf("other.store")}).exitStatus, 4);
   EXPECT_EQ(frontEnd.run({"show", "last", "--store", frontEnd.pathOf(usual)}).exitStatus, 0);
+}
+
+TEST_F(MannersTest, LookingForSessionsMakesNoStore) {
+  const std::string missing = frontEnd.pathOf("missing.store");
+  for (const auto& [arguments, exitStatus] :
+       std::vector<std::pair<FrontEnd::Words, int>>{{{"sessions"}, 0},
+                                                    {{"stop"}, 3},
+                                                    {{"interrupt"}, 3},
+                                                    {{"show", "last"}, 4},
+                                                    {{"export", "last"}, 4},
+                                                    {{"delete", "last"}, 4}}) {
+    FrontEnd::Words words = arguments;
+    words.insert(words.end(), {"--store", missing});
+    EXPECT_EQ(frontEnd.run(words).exitStatus, exitStatus) << arguments.front();
+    EXPECT_FALSE(std::filesystem::exists(missing)) << arguments.front();
+  }
+  EXPECT_THAT(frontEnd.run({"sessions", "--store", missing}).error,
+              HasSubstr("there are no sessions in " + missing + " yet."));
 }
 
 TEST_F(MannersTest, DoctorTellsAWholeStoreFromADamagedOne) {

@@ -74,7 +74,7 @@ TEST_P(EndingSignalTest, EndsTheSessionProperlyWithItsSummary) {
   const ProgramResult result = recorder.finish();
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_THAT(result.output, AllOf(StartsWith("Slow\n"), HasSubstr("\nStatus            completed\n"),
-                                   HasSubstr("\n#  Source        Started")))
+                                   HasSubstr("\n#  Source        Duration")))
       << result;
   EXPECT_THAT(frontEnd.run({"sessions"}).output, AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
 }
@@ -205,7 +205,7 @@ TEST_F(RecordingOnATerminalTest, OneLineChangesAndTheSummaryFollows) {
 TEST_F(RecordingOnATerminalTest, TheLineFitsIntoCOLUMNS) {
   const ProgramResult result = recordUntilCtrlC({"TERM=xterm", "COLUMNS=17"});
   EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, B\x1b[K"));
-  EXPECT_THAT(result.output, HasSubstr("#  Source        \r\n"));
+  EXPECT_THAT(result.output, HasSubstr("\r\n#  Source\r\n0  Battery draw\r\n"));
 }
 
 TEST_F(RecordingOnATerminalTest, NOCOLORTakesTheColoursAndNothingElse) {

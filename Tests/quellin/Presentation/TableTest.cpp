@@ -37,6 +37,16 @@ TEST(TableTest, LinesAreCutToTheWidthBetweenCharacters) {
   EXPECT_EQ(table.text(3), "Ä  \nÖÖÖ\n");
 }
 
+TEST(TableTest, NumbersAreLeftOutBeforeTheyAreCut) {
+  Table table{{{"Name"}, {"W", Alignment::right}, {"Note"}, {"Wh", Alignment::right}}};
+  table.add({"CPU", "12.50", "model", "0.4"});
+  EXPECT_EQ(table.text(23), "Name      W  Note    Wh\nCPU   12.50  model  0.4\n");
+  EXPECT_EQ(table.text(22), "Name      W  Note\nCPU   12.50  model\n");
+  EXPECT_EQ(table.text(15), "Name      W  No\nCPU   12.50  mo\n");
+  EXPECT_EQ(table.text(11), "Name      W\nCPU   12.50\n");
+  EXPECT_EQ(table.text(10), "Name\nCPU\n");
+}
+
 TEST(TableTest, NothingInACellReachesTheTerminalAsACommand) {
   Table table{{{"Process"}, {"W"}}};
   table.add({"evil\x1b[2J\r\n", "1"});
