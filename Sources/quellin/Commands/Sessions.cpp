@@ -32,6 +32,7 @@ ExitStatus listSessions(const Invocation& invocation) {
   const auto sessions = store->sessions();
   if (invocation.options.json) {
     std::vector<PowerSessionMetadataDTO> records;
+    records.reserve(sessions.size());
     for (const auto& session : sessions) records.emplace_back(*session);
     writeJSON(invocation.out, records);
     return ExitStatus::ok;
