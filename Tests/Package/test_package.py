@@ -62,7 +62,7 @@ class PackageTest(unittest.TestCase):
 
     def test_a_cmake_project_builds_against_it(self):
         build = self.folder / "consumer"
-        run("cmake", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
+        run("cmake", "-G", "Ninja", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
             f"-DCMAKE_CXX_COMPILER={COMPILER}")
         run("cmake", "--build", build)
         self.assert_exports_a_session(run(build / "consumer"))
