@@ -9,6 +9,8 @@
 
 #include "AllocationCount.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Platform/Recorded/RecordedSources.h"
+#include "QuellinCore/Platform/Recorded/TracePlayer.h"
 #include "QuellinCore/Services/MetricsEngine.h"
 #include "QuellinCore/Services/SystemReader.h"
 #include "Support/FakeHost.h"
@@ -66,23 +68,39 @@ void countAllocations(benchmark::State& state, std::size_t before) {
       benchmark::Counter(static_cast<double>(allocationCount() - before), benchmark::Counter::kAvgIterations);
 }
 
-void enginePoll(benchmark::State& state) {
-  InstantMachine machine;
+// Polls again and again; `before` is called ahead of each.
+template <class Reader, class Before>
+void poll(benchmark::State& state, Reader read, Before before) {
   const auto executor = std::make_shared<ThreadExecutor>();
   const auto controls = std::make_shared<ManualBackground::Controls>();
-  MetricsEngine engine{executor, Seconds{1}, 60, [&] { return machine.reader.readAll(); },
-                       std::make_unique<ManualBackground>(controls)};
+  MetricsEngine engine{executor, Seconds{1}, 60, read, std::make_unique<ManualBackground>(controls)};
   engine.start();
-  const std::size_t before = allocationCount();
+  const std::size_t allocations = allocationCount();
   for (auto _ : state) {
-    machine.clock.sleeps.clear();
+    before();
     controls->advance(Seconds{1});
     while (!controls->runOne()) executor->runPosted();
     while (controls->pendingAlarms().empty()) executor->runPosted();
   }
-  countAllocations(state, before);
+  countAllocations(state, allocations);
+}
+
+void enginePoll(benchmark::State& state) {
+  InstantMachine machine;
+  poll(state, [&] { return machine.reader.readAll(); }, [&] { machine.clock.sleeps.clear(); });
 }
 BENCHMARK(enginePoll);
+
+// The same over the first tick of the example: 40 temperatures, 2 fans, battery, energy.
+void enginePollOfTrace(benchmark::State& state) {
+  const auto player = TracePlayer::open(QUELLIN_EXAMPLES "/macbook.trace.jsonl");
+  if (!player) return state.SkipWithError(player.error().message().c_str());
+  const SystemReader reader =
+      SystemReader::over(recordedSources(*player), PrivilegedSMCHelperService{"/nonexistent"},
+                         (*player)->monotonicClock(), (*player)->wallClock());
+  poll(state, [&] { return reader.readAll(); }, [] {});
+}
+BENCHMARK(enginePollOfTrace);
 
 void stateCopy(benchmark::State& state) {
   const SystemPowerState snapshot = InstantMachine{}.reader.readAll();
