@@ -10,8 +10,8 @@
 #include "QuellinCore/Models/HelperStatus.h"
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinCore/Support/JSONEncoder.h"
-#include "QuellinHelper/OutputStream.h"
 
 namespace quellin {
 

@@ -11,7 +11,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include "QuellinHelper/OutputStream.h"
+#include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinHelper/ProcessHardening.h"
 
 #if defined(__linux__)

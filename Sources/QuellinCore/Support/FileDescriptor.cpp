@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace quellin {
@@ -31,6 +33,12 @@ std::expected<Pipe, SystemError> openRawPipe() {
   }
   return result;
 #endif
+}
+
+// Whoever shares a terminal, socket or pipe may have made it non-blocking for all.
+bool awaitSpace(int descriptor) {
+  pollfd stream{.fd = descriptor, .events = POLLOUT, .revents = 0};
+  return poll(&stream, 1, -1) > 0 || errno == EINTR;
 }
 
 }  // namespace
@@ -72,6 +80,20 @@ std::string readToEnd(int descriptor, std::size_t limit) {
   while (readOnce(descriptor, bytes, limit) == ReadStep::bytes) {
   }
   return bytes;
+}
+
+std::expected<void, SystemError> writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(count));
+    } else if (errno == EAGAIN) {
+      if (!awaitSpace(descriptor)) return std::unexpected(SystemError::last());
+    } else if (errno != EINTR) {
+      return std::unexpected(SystemError::last());
+    }
+  }
+  return {};
 }
 
 }  // namespace quellin

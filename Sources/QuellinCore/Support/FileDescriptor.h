@@ -4,6 +4,7 @@
 #include <expected>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "QuellinCore/Support/SystemError.h"
@@ -65,5 +66,10 @@ enum class ReadStep {
 /// that a writer is never stalled. An interrupted read is resumed; any other read error ends the reading.
 [[nodiscard]] std::string readToEnd(int descriptor,
                                     std::size_t limit = std::numeric_limits<std::size_t>::max());
+
+/// Writes all of `bytes`, continuing after interruptions and partial writes, and waits where a non-blocking
+/// descriptor has no room. Returns the error that stopped it. The process must ignore SIGPIPE, or a pipe
+/// without a reader ends it.
+[[nodiscard]] std::expected<void, SystemError> writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace quellin

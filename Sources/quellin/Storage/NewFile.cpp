@@ -29,12 +29,7 @@ NewFile::NewFile(std::string path) : path_(std::move(path)), temporaryPath_(path
 NewFile::~NewFile() { static_cast<void>(::unlink(temporaryPath_.c_str())); }
 
 void NewFile::write(std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(file_.get(), text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) fail(errno);
-    text.remove_prefix(static_cast<std::size_t>(written));
-  }
+  if (const auto written = writeAll(file_.get(), text); !written) fail(written.error().code);
 }
 
 void NewFile::publish(bool replaces) {

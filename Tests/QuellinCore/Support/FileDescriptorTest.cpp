@@ -1,4 +1,6 @@
 #include <array>
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <thread>
 #include <unistd.h>
@@ -61,6 +63,47 @@ TEST(FileDescriptorTest, ReadsBeyondThePipesCapacityAndKeepsTheFirstBytesUpToThe
     }};
     EXPECT_EQ(readToEnd(ends->readEnd.get(), limit), sent.substr(0, limit));
   }
+}
+
+class WriteAllTest : public testing::Test {
+ protected:
+  void SetUp() override { previous = std::signal(SIGPIPE, SIG_IGN); }
+  void TearDown() override { std::signal(SIGPIPE, previous); }
+
+  void (*previous)(int) = SIG_DFL;
+  Pipe ends = std::move(*Pipe::open());
+  const std::string large = std::string(300'000, 'a') + std::string(300'000, 'b');
+};
+
+TEST_F(WriteAllTest, TextLargerThanThePipeArrivesWhole) {
+  std::string received;
+  {
+    const std::jthread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
+    EXPECT_TRUE(writeAll(ends.writeEnd.get(), large));
+    ends.writeEnd.reset();
+  }
+  EXPECT_EQ(received, large);
+}
+
+TEST_F(WriteAllTest, NonBlockingPipeIsWaitedFor) {
+  fcntl(ends.writeEnd.get(), F_SETFL, O_NONBLOCK);
+  std::string received;
+  {
+    const std::jthread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
+    EXPECT_TRUE(writeAll(ends.writeEnd.get(), large));
+    ends.writeEnd.reset();
+  }
+  EXPECT_EQ(received, large);
+}
+
+TEST_F(WriteAllTest, PipeWithoutReaderIsAFailure) {
+  ends.readEnd.reset();
+  EXPECT_EQ(writeAll(ends.writeEnd.get(), "x").error().code, EPIPE);
+}
+
+TEST_F(WriteAllTest, ClosedDescriptorIsAFailureUnlessThereIsNothingToWrite) {
+  EXPECT_EQ(writeAll(-1, "x").error().code, EBADF);
+  EXPECT_TRUE(writeAll(-1, ""));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <string>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -39,6 +40,21 @@ TEST_F(OutputTest, MuchIsWrittenWithoutAFlush) {
   Output out{file.get()};
   out.write(std::string(100'000, 'x'));
   EXPECT_EQ(contentOf(path).size(), 100'000U);
+}
+
+TEST_F(OutputTest, AReaderThatIsSlowIsWaitedForWhereTheOtherEndMadeThePipeNonBlocking) {
+  auto pipe = Pipe::open();
+  ASSERT_TRUE(pipe);
+  fcntl(pipe->writeEnd.get(), F_SETFL, O_NONBLOCK);
+  const std::string text(300'000, 'x');
+  std::string received;
+  {
+    const std::jthread reader{[&] { received = readToEnd(pipe->readEnd.get()); }};
+    Output out{pipe->writeEnd.get()};
+    EXPECT_NO_THROW(out.write(text));
+    pipe->writeEnd.reset();
+  }
+  EXPECT_TRUE(received == text) << received.size() << " bytes arrived";
 }
 
 TEST_F(OutputTest, AReaderThatWentIsNoFailure) {

@@ -36,15 +36,6 @@ std::expected<FileDescriptor, SystemError> createFile(const std::string& path, E
   return file;
 }
 
-std::expected<void, SystemError> writeAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno != EINTR) return std::unexpected(SystemError::last());
-    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return {};
-}
-
 }  // namespace
 
 TraceHeader traceHeader(const PlatformSources& sources, const WallClock& clock, SerialNumbers serialNumbers) {
