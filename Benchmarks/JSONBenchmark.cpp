@@ -12,8 +12,8 @@
 #include "QuellinCore/Models/HelperStatus.h"
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

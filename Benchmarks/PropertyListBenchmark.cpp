@@ -2,7 +2,7 @@
 
 #include "PowermetricsStream.h"
 #include "QuellinHelper/PowermetricsSnapshot.h"
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 namespace quellin {
 namespace {

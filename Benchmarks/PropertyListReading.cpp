@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "PowermetricsStream.h"
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 namespace {
 

@@ -12,8 +12,8 @@ install(TARGETS QuellinCore QuellinSessions EXPORT QuellinCoreTargets
 # The contracts and all above them; not how one host fills them, and not what the store is made of.
 install(DIRECTORY Sources/QuellinCore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h"
-  PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE
-  REGEX "/Sessions/(Database|Query|ReadSnapshot|RecorderState|SampleRows|SealedRow|SessionBlobs|SessionRows|StoreFile|StoreSchema|Transaction)\\.h$" EXCLUDE)
+  PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE PATTERN Storage EXCLUDE
+  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE)
 
 install(EXPORT QuellinCoreTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT development)
 configure_package_config_file(cmake/QuellinCoreConfig.cmake.in QuellinCoreConfig.cmake

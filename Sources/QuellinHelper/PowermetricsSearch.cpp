@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <functional>
 
-#include "QuellinHelper/DecimalNumber.h"
-#include "QuellinHelper/KeyNormalization.h"
 #include "QuellinHelper/ProcessRow.h"
+#include "QuellinHelper/PropertyLists/DecimalNumber.h"
+#include "QuellinHelper/PropertyLists/KeyNormalization.h"
 
 namespace quellin {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
-#include "QuellinHelper/PropertyList.h"
+#include "QuellinHelper/PropertyLists/PropertyList.h"
 
 namespace quellin {
 

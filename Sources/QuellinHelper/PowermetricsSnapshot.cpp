@@ -8,7 +8,7 @@
 
 #include "QuellinCore/Support/Text.h"
 #include "QuellinHelper/PowermetricsSearch.h"
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 namespace quellin {
 namespace {

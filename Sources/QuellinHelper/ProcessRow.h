@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
-#include "QuellinHelper/PropertyList.h"
+#include "QuellinHelper/PropertyLists/PropertyList.h"
 
 namespace quellin {
 

@@ -11,7 +11,7 @@
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
 #include "QuellinCore/Support/FileDescriptor.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "Differential/HexLines.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Differential/HexLines.h"
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "Fuzz/Require.h"
 #include "QuellinCore/Models/BatteryRules.h"
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 using namespace quellin;
 using fuzzing::ByteFeed;

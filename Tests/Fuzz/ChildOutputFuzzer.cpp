@@ -12,7 +12,7 @@
 #include "Fuzz/Require.h"
 #include "QuellinCore/Services/PrivilegedSMCHelperService.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "Support/ManualClock.h"
 #include "Support/TemporaryFolder.h"
 

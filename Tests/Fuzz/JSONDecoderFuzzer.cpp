@@ -15,8 +15,8 @@
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Sessions/SessionCoverage.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 using namespace quellin;
 using fuzzing::require;

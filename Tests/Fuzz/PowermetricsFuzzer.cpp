@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "QuellinHelper/PowermetricsSnapshot.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static_cast<void>(quellin::parsePropertyList({reinterpret_cast<const char*>(data), size}));

@@ -8,7 +8,7 @@
 
 #include "QuellinCore/Services/PrivilegedSMCHelperService.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "QuellinCore/Models/HelperStatus.h"
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 #include "QuellinHelper/PowermetricsStandIn.h"
 #include "Support/ProgramRun.h"
 #include "Support/TemporaryFolder.h"

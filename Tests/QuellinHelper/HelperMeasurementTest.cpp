@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 #include "QuellinHelper/PowermetricsStandIn.h"
 #include "Support/ProgramRun.h"
 

@@ -4,9 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "PropertyListText.h"
+#include "PropertyLists/PropertyListText.h"
 #include "QuellinHelper/PowermetricsSearch.h"
-#include "QuellinHelper/PropertyListStream.h"
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
 
 namespace quellin {
 namespace {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <tuple>
 
+#include "QuellinCore/Support/JSON/Record.h"
 #include "QuellinCore/Support/RawValue.h"
-#include "QuellinCore/Support/Record.h"
 
 namespace quellin {
 

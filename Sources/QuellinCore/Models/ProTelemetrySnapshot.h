@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "QuellinCore/Support/Clock.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <tuple>
 
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

@@ -6,8 +6,8 @@
 #include <tuple>
 
 #include "QuellinCore/Models/ThermalSignals.h"
+#include "QuellinCore/Support/JSON/Record.h"
 #include "QuellinCore/Support/RawValue.h"
-#include "QuellinCore/Support/Record.h"
 
 namespace quellin {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <tuple>
 
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

@@ -5,7 +5,7 @@
 
 #include "QuellinCore/Services/ProcessRunner.h"
 #include "QuellinCore/Support/ChildProcess.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 namespace quellin {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "QuellinCore/Services/ProcessRunner.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {

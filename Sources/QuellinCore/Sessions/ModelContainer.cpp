@@ -1,8 +1,8 @@
 #include "QuellinCore/Sessions/ModelContainer.h"
 
-#include "QuellinCore/Sessions/Database.h"
-#include "QuellinCore/Sessions/Query.h"
-#include "QuellinCore/Sessions/StoreFile.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "QuellinCore/Sessions/Storage/Query.h"
+#include "QuellinCore/Sessions/Storage/StoreFile.h"
 
 namespace quellin {
 

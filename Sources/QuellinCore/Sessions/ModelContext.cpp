@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
-#include "QuellinCore/Sessions/SampleRows.h"
-#include "QuellinCore/Sessions/SessionBlobs.h"
-#include "QuellinCore/Sessions/SessionRows.h"
-#include "QuellinCore/Sessions/Transaction.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "QuellinCore/Sessions/Storage/SampleRows.h"
+#include "QuellinCore/Sessions/Storage/SessionBlobs.h"
+#include "QuellinCore/Sessions/Storage/SessionRows.h"
+#include "QuellinCore/Sessions/Storage/Transaction.h"
 
 namespace quellin {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 /// The JSON coders of stored blobs and exports. They hold no state, so all threads may share them.
 namespace quellin::PowerSessionCoders {

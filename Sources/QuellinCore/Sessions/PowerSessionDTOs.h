@@ -11,7 +11,7 @@
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
 #include "QuellinCore/Support/Clock.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

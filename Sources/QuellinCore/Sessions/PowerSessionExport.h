@@ -11,7 +11,7 @@
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
 #include "QuellinCore/Sessions/PowerSessionSummary.h"
 #include "QuellinCore/Support/Clock.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 #include "QuellinCore/Support/UUID.h"
 
 namespace quellin {

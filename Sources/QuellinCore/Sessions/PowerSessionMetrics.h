@@ -12,7 +12,7 @@
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
 #include "QuellinCore/Sessions/PowerSessionSample.h"
 #include "QuellinCore/Sessions/PowerSessionSummary.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 /// The power facts that sessions record and summarise. Nothing here fails. What takes
 /// values alone may be called from any thread, what takes stored objects on the store's main executor.

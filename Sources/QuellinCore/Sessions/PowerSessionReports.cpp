@@ -1,8 +1,8 @@
 // The operations of the store that look at a whole session.
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "QuellinCore/Sessions/ReadSnapshot.h"
 #include "QuellinCore/Sessions/SessionExporter.h"
+#include "QuellinCore/Sessions/Storage/ReadSnapshot.h"
 #include "QuellinCore/Sessions/StoredSummary.h"
 
 namespace quellin {

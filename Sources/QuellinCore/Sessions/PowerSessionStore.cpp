@@ -8,7 +8,7 @@
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/SampleMaxima.h"
-#include "QuellinCore/Sessions/SessionBlobs.h"
+#include "QuellinCore/Sessions/Storage/SessionBlobs.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "QuellinCore/Sessions/PowerSessionPowerSegment.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
-#include "QuellinCore/Sessions/Query.h"
-#include "QuellinCore/Sessions/SampleRows.h"
-#include "QuellinCore/Sessions/SessionBlobs.h"
+#include "QuellinCore/Sessions/Storage/Query.h"
+#include "QuellinCore/Sessions/Storage/SampleRows.h"
+#include "QuellinCore/Sessions/Storage/SessionBlobs.h"
 
 namespace quellin {
 namespace {

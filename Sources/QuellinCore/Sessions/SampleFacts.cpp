@@ -8,8 +8,8 @@
 #include <iterator>
 #include <utility>
 
-#include "QuellinCore/Sessions/ByteStream.h"
 #include "QuellinCore/Sessions/PowerSource.h"
+#include "QuellinCore/Sessions/Storage/ByteStream.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {

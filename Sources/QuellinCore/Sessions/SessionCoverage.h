@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "QuellinCore/Support/Clock.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

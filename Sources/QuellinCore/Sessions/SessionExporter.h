@@ -6,8 +6,8 @@
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Sessions/StoredSample.h"
 #include "QuellinCore/Sessions/TextSink.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 

@@ -8,7 +8,7 @@
 #include "QuellinCore/Sessions/PowerSamplePoint.h"
 #include "QuellinCore/Sessions/SampleColumns.h"
 #include "QuellinCore/Sessions/SampleFacts.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 namespace quellin {
 

@@ -2,7 +2,7 @@
 #include <tuple>
 
 #include "QuellinCore/Support/ISO8601.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"

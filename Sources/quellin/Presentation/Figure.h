@@ -7,7 +7,7 @@
 
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Platform/PlatformSources.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin::cli {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Terminal/Output.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <tuple>
 
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 #include "quellin/CommandLine/Options.h"
 
 namespace quellin::cli {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryInfo.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/HelperStatus.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/ProcessActivity.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

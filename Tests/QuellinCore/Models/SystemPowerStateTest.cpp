@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/SystemPowerState.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/TemperatureInsights.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "QuellinCore/Support/LetterCase.h"
 
 namespace quellin {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/TemperatureSensor.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/ThermalInfo.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

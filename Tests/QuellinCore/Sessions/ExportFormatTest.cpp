@@ -5,7 +5,7 @@
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionExport.h"
-#include "QuellinCore/Support/RecordOrder.h"
+#include "QuellinCore/Support/JSON/RecordOrder.h"
 #include "Support/DocumentedExample.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"

@@ -6,10 +6,10 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/ModelContext.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "QuellinCore/Sessions/Transaction.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "QuellinCore/Sessions/Storage/Transaction.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
 #include "Support/TemporaryFolder.h"

@@ -8,8 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"

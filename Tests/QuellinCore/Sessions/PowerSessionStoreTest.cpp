@@ -8,10 +8,10 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/BracketDateText.h"
 #include "Support/ManualClock.h"
 #include "Support/SampleStates.h"

@@ -4,9 +4,9 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
 

@@ -15,9 +15,9 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "QuellinCore/Sessions/Query.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "QuellinCore/Sessions/Storage/Query.h"
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "Support/TemporaryFolder.h"
 

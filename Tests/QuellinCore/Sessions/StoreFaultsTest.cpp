@@ -5,9 +5,9 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "QuellinCore/Sessions/Query.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "QuellinCore/Sessions/Storage/Query.h"
 #include "Support/FaultyFileSystem.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"

@@ -9,10 +9,10 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Sessions/Query.h"
-#include "QuellinCore/Sessions/SampleRows.h"
-#include "QuellinCore/Sessions/SessionBlobs.h"
-#include "QuellinCore/Sessions/StoreFile.h"
+#include "QuellinCore/Sessions/Storage/Query.h"
+#include "QuellinCore/Sessions/Storage/SampleRows.h"
+#include "QuellinCore/Sessions/Storage/SessionBlobs.h"
+#include "QuellinCore/Sessions/Storage/StoreFile.h"
 #include "Support/DocumentedExample.h"
 
 namespace quellin {

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "QuellinCore/Sessions/StoredSample.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"

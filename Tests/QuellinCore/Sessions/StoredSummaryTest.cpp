@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "QuellinCore/Sessions/Database.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"

@@ -5,7 +5,7 @@
 
 #include "QuellinCore/Platform/Recorded/TraceLimits.h"
 #include "QuellinCore/Platform/Recorded/TraceTick.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

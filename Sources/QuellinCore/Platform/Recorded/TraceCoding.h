@@ -7,7 +7,7 @@
 #include "QuellinCore/Platform/Recorded/HostAnswers.h"
 #include "QuellinCore/Platform/Recorded/TraceHeader.h"
 #include "QuellinCore/Platform/Recorded/TraceProperty.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 // The lines of a trace and what they mean. Errors are texts that say what is wrong with the line.
 namespace quellin {

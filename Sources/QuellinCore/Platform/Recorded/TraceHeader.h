@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "QuellinCore/Models/SourceDiagnosis.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

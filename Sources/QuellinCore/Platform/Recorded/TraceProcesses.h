@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "QuellinCore/Platform/Recorded/HostAnswers.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

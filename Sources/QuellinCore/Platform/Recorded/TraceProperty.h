@@ -9,7 +9,7 @@
 
 #include "QuellinCore/Models/PropertyTable.h"
 #include "QuellinCore/Platform/Recorded/TraceText.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

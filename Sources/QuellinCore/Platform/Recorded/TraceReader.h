@@ -10,7 +10,7 @@
 #include "QuellinCore/Platform/Recorded/TraceError.h"
 #include "QuellinCore/Platform/Recorded/TraceHeader.h"
 #include "QuellinCore/Platform/Recorded/TraceLines.h"
-#include "QuellinCore/Support/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 namespace quellin {
 

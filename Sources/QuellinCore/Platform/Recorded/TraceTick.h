@@ -11,7 +11,7 @@
 #include "QuellinCore/Platform/Recorded/TraceProcesses.h"
 #include "QuellinCore/Platform/Recorded/TraceProperty.h"
 #include "QuellinCore/Platform/Recorded/TraceText.h"
-#include "QuellinCore/Support/Record.h"
+#include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
 

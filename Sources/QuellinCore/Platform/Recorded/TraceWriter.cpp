@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

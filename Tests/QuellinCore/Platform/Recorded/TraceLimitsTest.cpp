@@ -6,7 +6,7 @@
 
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceLimits.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "Support/Replay.h"
 
 namespace quellin {

@@ -6,7 +6,7 @@
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "Support/ManualClock.h"
 
 namespace quellin {

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Recorded/TraceProcesses.h"
-#include "QuellinCore/Support/JSONDecoder.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 
 namespace quellin {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
-#include "QuellinCore/Support/JSONEncoder.h"
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "Support/TemporaryFolder.h"
 
 namespace quellin {

@@ -1,0 +1,33 @@
+#include "QuellinHelper/PropertyLists/PropertyListStream.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "QuellinHelper/PropertyLists/BinaryPropertyList.h"
+#include "QuellinHelper/PropertyLists/XMLPropertyList.h"
+
+namespace quellin {
+
+std::vector<std::string_view> splitAtNUL(std::string_view bytes) {
+  std::vector<std::string_view> pieces;
+  while (!bytes.empty()) {
+    const auto length = std::min(bytes.find('\0'), bytes.size());
+    if (length > 0) pieces.push_back(bytes.substr(0, length));
+    bytes.remove_prefix(std::min(length + 1, bytes.size()));
+  }
+  return pieces;
+}
+
+std::expected<PropertyList, PropertyListError> parsePropertyList(std::string_view bytes) {
+  return bytes.starts_with("bplist") ? parseBinaryPropertyList(bytes) : parseXMLPropertyList(bytes);
+}
+
+std::vector<PropertyList> parsePropertyListStream(std::string_view bytes) {
+  std::vector<PropertyList> lists;
+  for (const std::string_view piece : splitAtNUL(bytes)) {
+    if (auto list = parsePropertyList(piece)) lists.push_back(std::move(*list));
+  }
+  return lists;
+}
+
+}  // namespace quellin
