@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-#include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Support/CPUClock.h"
 
 namespace quellin::testing_support {
 
@@ -39,6 +39,16 @@ class ManualWallClock final : public WallClock {
 
  private:
   Instant now_;
+};
+
+/// A clock of CPU time that shows what it was set to.
+class ManualCPUClock final : public CPUClock {
+ public:
+  [[nodiscard]] Seconds now() const override { return now_; }
+  void use(Seconds time) { now_ += time; }
+
+ private:
+  Seconds now_{7};
 };
 
 }  // namespace quellin::testing_support

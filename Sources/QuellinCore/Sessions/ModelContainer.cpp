@@ -7,14 +7,16 @@
 namespace quellin {
 
 ModelContainer::ModelContainer(const std::filesystem::path& path, const StoreFileOptions& options)
-    : database_(openStoreFile(path, {.busyTimeout = options.busyTimeout, .fileSystem = options.fileSystem})) {
-}
+    : database_(openStoreFile(path, {.busyTimeout = options.busyTimeout, .fileSystem = options.fileSystem})),
+      pageSize_(database_->integer("PRAGMA page_size")) {}
 
 ModelContainer::ModelContainer() : database_(openStoreInMemory()) {}
 
 ModelContainer::~ModelContainer() = default;
 
 const std::filesystem::path& ModelContainer::path() const { return database_->path(); }
+
+std::int64_t ModelContainer::bytesWritten() const { return database_->pagesWritten() * pageSize_; }
 
 void ModelContainer::settle() {
   if (database_->isInMemory()) return;

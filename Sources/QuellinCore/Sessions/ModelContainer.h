@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -37,11 +38,16 @@ class ModelContainer {
   /// power cut either way.
   void settle();
 
+  /// Bytes of the pages that saving has handed to the disk since the store was opened: those of the
+  /// write-ahead log, not those that move on from it into the file. 0 in memory.
+  [[nodiscard]] std::int64_t bytesWritten() const;
+
   /// The connection, for this room only.
   [[nodiscard]] Database& database() { return *database_; }
 
  private:
   std::unique_ptr<Database> database_;
+  std::int64_t pageSize_ = 0;
 };
 
 }  // namespace quellin

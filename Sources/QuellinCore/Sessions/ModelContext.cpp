@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "QuellinCore/Sessions/SampleCursor.h"
+#include "QuellinCore/Sessions/Storage/CostRows.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "QuellinCore/Sessions/Storage/SampleRows.h"
 #include "QuellinCore/Sessions/Storage/SessionBlobs.h"
@@ -39,10 +40,16 @@ void ModelContext::insert(const std::shared_ptr<PowerSessionSample>& sample,
   session->changed_.notify();
 }
 
+void ModelContext::addCost(const std::shared_ptr<PowerSession>& session, const RecorderCost& cost) {
+  requireCurrent(*executor_);
+  if (!session->isDeleted() && !isBeingDeleted(session)) newCosts_.emplace_back(session, cost);
+}
+
 void ModelContext::remove(const std::shared_ptr<PowerSession>& session) {
   requireCurrent(*executor_);
   std::erase_if(newSamples_, [&](const NewSample& entry) { return entry.sample->session_ == session; });
   std::erase_if(changedSamples_, [&](const auto& sample) { return sample->session_ == session; });
+  std::erase_if(newCosts_, [&](const auto& entry) { return entry.first == session; });
   std::erase(changedSessions_, session);
   if (std::erase(newSessions_, session) > 0) return markDeleted(session);
   if (!session->isDeleted() && !isBeingDeleted(session)) deletedSessions_.push_back(session);
@@ -54,7 +61,7 @@ bool ModelContext::isBeingDeleted(const std::shared_ptr<PowerSession>& session) 
 
 bool ModelContext::hasChanges() const {
   return !newSessions_.empty() || !changedSessions_.empty() || !deletedSessions_.empty() ||
-         !newSamples_.empty() || !changedSamples_.empty();
+         !newCosts_.empty() || !newSamples_.empty() || !changedSamples_.empty();
 }
 
 void ModelContext::modelChanged(const std::shared_ptr<PowerSession>& session) {
@@ -136,6 +143,7 @@ ModelContext::Written ModelContext::write() {
     written.sessions.emplace_back(session, insertSession(database(), session->columns_));
   }
   for (const auto& session : changedSessions_) updateSession(database(), {session->key_, session->columns_});
+  for (const auto& [session, cost] : newCosts_) quellin::addCost(database(), keyIn(written, session), cost);
   writeNewSamples(written);
   for (const auto& sample : changedSamples_) {
     if (sample->unsavedBlobs_)
@@ -145,12 +153,15 @@ ModelContext::Written ModelContext::write() {
   return written;
 }
 
+std::int64_t ModelContext::keyIn(const Written& written, const std::shared_ptr<PowerSession>& session) {
+  const auto isIt = [&](const auto& entry) { return entry.first == session; };
+  const auto justInserted = std::ranges::find_if(written.sessions, isIt);
+  return justInserted == written.sessions.end() ? session->key_ : justInserted->second;
+}
+
 void ModelContext::writeNewSamples(Written& written) {
   for (const auto& [sample, facts] : newSamples_) {
-    const auto isItsSession = [&](const auto& entry) { return entry.first == sample->session_; };
-    const auto justInserted = std::ranges::find_if(written.sessions, isItsSession);
-    const std::int64_t session =
-        justInserted == written.sessions.end() ? sample->session_->key_ : justInserted->second;
+    const std::int64_t session = keyIn(written, sample->session_);
     const auto key = nextSampleKey(database(), session);
     if (!key) {
       lostSessions_.push_back(sample->session_);
@@ -179,6 +190,7 @@ void ModelContext::settle(const Written& written) {
   }
   newSessions_.clear();
   changedSessions_.clear();
+  newCosts_.clear();
   newSamples_.clear();
   changedSamples_.clear();
   sweepIdentities();

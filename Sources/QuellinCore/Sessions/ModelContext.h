@@ -13,6 +13,7 @@
 #include "QuellinCore/Sessions/ModelOwner.h"
 #include "QuellinCore/Sessions/PowerSession.h"
 #include "QuellinCore/Sessions/PowerSessionSample.h"
+#include "QuellinCore/Sessions/RecorderCost.h"
 #include "QuellinCore/Sessions/SampleFacts.h"
 #include "QuellinCore/Sessions/StoreError.h"
 #include "QuellinCore/Support/MainExecutor.h"
@@ -41,6 +42,9 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   void insert(const std::shared_ptr<PowerSession>& session);
   void insert(const std::shared_ptr<PowerSessionSample>& sample,
               std::optional<SampleFacts> facts = std::nullopt);  ///< written at the next save
+
+  /// Adds to what recording a session of this context has cost; written at the next save.
+  void addCost(const std::shared_ptr<PowerSession>& session, const RecorderCost& cost);
 
   /// Deletes a session and its samples at the next save.
   void remove(const std::shared_ptr<PowerSession>& session);
@@ -88,6 +92,8 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   };
   [[nodiscard]] Database& database() { return container_->database(); }
   [[nodiscard]] Written write();
+  [[nodiscard]] static std::int64_t keyIn(const Written& written,
+                                          const std::shared_ptr<PowerSession>& session);
   void writeNewSamples(Written& written);
   void settle(const Written& written);
   void commit(Transaction& transaction);
@@ -112,6 +118,7 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   Sessions changedSessions_;
   Sessions deletedSessions_;
   Sessions lostSessions_;  // found to be deleted by another process
+  std::vector<std::pair<std::shared_ptr<PowerSession>, RecorderCost>> newCosts_;
   std::vector<NewSample> newSamples_;
   std::vector<std::shared_ptr<PowerSessionSample>> changedSamples_;
   std::vector<std::unique_ptr<SessionBlobs>> blobs_;  // of the sessions used last

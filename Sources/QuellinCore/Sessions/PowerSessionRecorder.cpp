@@ -10,9 +10,10 @@ namespace quellin {
 PowerSessionRecorder::PowerSessionRecorder(std::shared_ptr<MainExecutor> executor,
                                            std::shared_ptr<PowerSessionStore> store,
                                            Seconds processSampleInterval, ProcessSampler processSampler,
-                                           std::unique_ptr<Background> background, const WallClock& wallClock)
+                                           std::unique_ptr<Background> background, const WallClock& wallClock,
+                                           const CPUClock& cpuClock)
     : state_(std::make_shared<State>(std::move(executor), std::move(store), processSampleInterval,
-                                     std::move(processSampler), *background)),
+                                     std::move(processSampler), *background, cpuClock)),
       background_(std::move(background)),
       wallClock_(&wallClock) {
   state()->refreshActiveSession();

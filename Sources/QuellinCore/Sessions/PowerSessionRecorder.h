@@ -13,6 +13,7 @@
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/PowerSessionSummary.h"
 #include "QuellinCore/Support/Background.h"
+#include "QuellinCore/Support/CPUClock.h"
 #include "QuellinCore/Support/Clock.h"
 #include "QuellinCore/Support/MainExecutor.h"
 #include "QuellinCore/Support/Observation.h"
@@ -24,8 +25,10 @@ namespace quellin {
 ///
 /// Lives on the main executor: every operation must be called there and ends the process elsewhere, and
 /// observers are called there. Process activity is measured on a background thread. Nothing is thrown but by
-/// `exportJSONL`: failures are found in `lastError`. Destroying the recorder waits for a measurement in
-/// flight and drops its snapshot. An observer may unsubscribe, use or destroy the recorder inside its call.
+/// `exportJSONL`: failures are found in `lastError`. What recording costs is noted in the store with the
+/// first snapshot, about once a minute, when the session ends, and when the recorder goes. Destroying the
+/// recorder waits for a measurement in flight and drops its snapshot. An observer may unsubscribe, use or
+/// destroy the recorder inside its call.
 class PowerSessionRecorder {
  public:
   /// Measures the `limit` processes with the highest impact over `interval`. Called on a background thread,
@@ -38,7 +41,8 @@ class PowerSessionRecorder {
   PowerSessionRecorder(std::shared_ptr<MainExecutor> executor, std::shared_ptr<PowerSessionStore> store,
                        Seconds processSampleInterval, ProcessSampler processSampler = nativeProcessSampler(),
                        std::unique_ptr<Background> background = makeBackground(),
-                       const WallClock& wallClock = systemWallClock());
+                       const WallClock& wallClock = systemWallClock(),
+                       const CPUClock& cpuClock = systemCPUClock());
   PowerSessionRecorder(const PowerSessionRecorder&) = delete;
   PowerSessionRecorder& operator=(const PowerSessionRecorder&) = delete;
   PowerSessionRecorder(PowerSessionRecorder&&) = delete;

@@ -8,6 +8,7 @@
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/SampleMaxima.h"
+#include "QuellinCore/Sessions/Storage/CostRows.h"
 #include "QuellinCore/Sessions/Storage/SessionBlobs.h"
 #include "QuellinCore/Support/Text.h"
 
@@ -148,7 +149,17 @@ SessionCheck PowerSessionStore::check(const PowerSession& session) {
     }
   }
   result.lostSamples = cursor->skipped();
+  result.hasLostCost = readCost(container_->database(), ModelContext::keyOf(session)).isDamaged;
   return result;
+}
+
+void PowerSessionStore::addCost(const std::shared_ptr<PowerSession>& session, const RecorderCost& cost) {
+  context_->addCost(session, cost);
+}
+
+std::optional<RecorderCost> PowerSessionStore::cost(const PowerSession& session) {
+  requireCurrent(*surroundings_.executor);
+  return readCost(container_->database(), ModelContext::keyOf(session)).cost;
 }
 
 void PowerSessionStore::remove(const std::shared_ptr<PowerSession>& session) {

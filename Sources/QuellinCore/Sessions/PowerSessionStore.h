@@ -43,9 +43,10 @@ struct SessionCheck {
   std::int64_t lostSamples = 0;      ///< samples that are damaged or missing
   std::int64_t lostSnapshots = 0;    ///< of the readable samples, those whose snapshot is damaged
   std::int64_t lostProcessData = 0;  ///< process activities and pro telemetry that are damaged
+  bool hasLostCost = false;          ///< what recording has cost is damaged
 
   [[nodiscard]] bool isWhole() const {
-    return lostSamples == 0 && lostSnapshots == 0 && lostProcessData == 0;
+    return lostSamples == 0 && lostSnapshots == 0 && lostProcessData == 0 && !hasLostCost;
   }  ///< Whether nothing is damaged.
   bool operator==(const SessionCheck&) const = default;
 };
@@ -130,6 +131,15 @@ class PowerSessionStore {
 
   /// How much of a session's time has power readings. Damaged samples count as missing.
   [[nodiscard]] SessionCoverage coverage(const std::shared_ptr<PowerSession>& session);
+
+  /// Adds to what recording a session has cost; the next save that succeeds writes it. A session with samples
+  /// whose cost nobody noted gets none: a part would pass for the whole.
+  void addCost(const std::shared_ptr<PowerSession>& session, const RecorderCost& cost);
+  /// What recording a session has cost, as far as that is saved; absent when it was never noted, as in
+  /// sessions recorded by earlier software, or is damaged.
+  [[nodiscard]] std::optional<RecorderCost> cost(const PowerSession& session);
+  /// Bytes that saving has written through this store: see `RecorderCost`.
+  [[nodiscard]] std::int64_t bytesWritten() const { return container_->bytesWritten(); }
 
   /// Writes the session as a JSON Lines document to `sink`, in constant memory; the sink must not use the
   /// store. Samples whose snapshot cannot be decoded are left out. Throws notEncodable when the summary has

@@ -13,12 +13,28 @@ constexpr Seconds measurementInterval{0.35};
 
 PowerSessionRecorder::State::State(std::shared_ptr<MainExecutor> mainExecutor,
                                    std::shared_ptr<PowerSessionStore> sessionStore, Seconds interval,
-                                   ProcessSampler sampler, Background& sampleOn)
+                                   ProcessSampler sampler, Background& sampleOn, const CPUClock& cpuClock)
     : executor(std::move(mainExecutor)),
       store(std::move(sessionStore)),
       processSampleInterval(interval),
       processSampler_(std::make_shared<const ProcessSampler>(std::move(sampler))),
-      background_(&sampleOn) {}
+      background_(&sampleOn),
+      meter_(cpuClock, store) {}
+
+void PowerSessionRecorder::State::close() {
+  signals.reset();
+  if (!activeSession || !executor->isCurrent()) return;
+  try {
+    noteCost();
+    store->context().save();
+  } catch (const StoreError&) {
+    return;  // nobody is left to tell, and the samples are safe
+  }
+}
+
+void PowerSessionRecorder::State::noteCost(std::optional<Instant> moment) {
+  store->addCost(activeSession, meter_.take(moment));
+}
 
 std::shared_ptr<PowerSession> PowerSessionRecorder::State::start(const std::optional<std::string>& title,
                                                                  PowerSessionSource source,
@@ -35,6 +51,7 @@ std::shared_ptr<PowerSession> PowerSessionRecorder::State::start(const std::opti
 
 void PowerSessionRecorder::State::stop(Instant endedAt) {
   if (!activeSession) return;
+  noteCost();
   const auto hasStopped = attempt([&] {
     store->stop(activeSession, endedAt);
     return true;
@@ -83,6 +100,7 @@ void PowerSessionRecorder::State::measure(std::shared_ptr<Snapshot> snapshot) {
 
 void PowerSessionRecorder::State::append(const Snapshot& snapshot) {
   const auto telemetry = accepted(snapshot.proTelemetry);
+  if (meter_.isDue(snapshot.state.timestamp)) noteCost(snapshot.state.timestamp);
   const auto sample = attempt([&] {
     return store->appendSample(snapshot.session, snapshot.state, snapshot.processActivities, telemetry);
   });
@@ -145,6 +163,7 @@ void PowerSessionRecorder::State::remove(const std::shared_ptr<PowerSession>& se
 void PowerSessionRecorder::State::reloadActiveSession() {
   const auto found = attempt([&] { return store->activeSession(); });
   if (!found && !(activeSession && activeSession->isDeleted())) return;
+  if (found.value_or(nullptr) != activeSession) meter_.restart();
   activeSession = found.value_or(nullptr);
   changes_.activeSession = true;
   rebuild();
@@ -166,6 +185,7 @@ void PowerSessionRecorder::State::rebuild() {
 }
 
 void PowerSessionRecorder::State::reset(std::shared_ptr<PowerSession> session) {
+  if (session != activeSession) meter_.restart();
   activeSession = std::move(session);
   running = RunningSummary();
   changes_.activeSession = true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "QuellinCore/Sessions/RecorderMeter.h"
 #include "QuellinCore/Sessions/RunningSummary.h"
 
 namespace quellin {
@@ -18,7 +19,7 @@ namespace quellin {
 class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
  public:
   State(std::shared_ptr<MainExecutor> mainExecutor, std::shared_ptr<PowerSessionStore> sessionStore,
-        Seconds interval, ProcessSampler sampler, Background& sampleOn);
+        Seconds interval, ProcessSampler sampler, Background& sampleOn, const CPUClock& cpuClock);
 
   std::shared_ptr<PowerSession> start(const std::optional<std::string>& title, PowerSessionSource source,
                                       double sampleInterval, Instant startedAt);
@@ -31,8 +32,8 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
   void remove(const std::shared_ptr<PowerSession>& session);
 
-  /// Nobody hears of anything any more, and nothing is stored.
-  void close() { signals.reset(); }
+  /// Nobody hears of anything any more, and nothing is stored but what recording has cost so far.
+  void close();
 
   const std::shared_ptr<MainExecutor> executor;
   const std::shared_ptr<PowerSessionStore> store;
@@ -77,6 +78,7 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   [[nodiscard]] std::optional<ProTelemetrySnapshot> accepted(
       const std::optional<ProTelemetrySnapshot>& proTelemetry);
 
+  void noteCost(std::optional<Instant> moment = std::nullopt);
   void reset(std::shared_ptr<PowerSession> session);
   void reloadActiveSession();
   void rebuild();
@@ -99,6 +101,7 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
 
   std::shared_ptr<const ProcessSampler> processSampler_;
   Background* background_;
+  RecorderMeter meter_;
   Changes changes_;
 };
 

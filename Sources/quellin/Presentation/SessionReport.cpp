@@ -18,6 +18,12 @@ std::string coverageText(const SessionCoverage& coverage) {
   return text;
 }
 
+std::string recorderCostText(const std::optional<RecorderCost>& cost) {
+  if (!cost) return unknown;
+  return decimal(cost->cpuSeconds, 2) + " s of CPU time, " +
+         byteText(static_cast<double>(cost->bytesWritten)) + " written";
+}
+
 std::string change(const std::optional<std::int64_t>& from, const std::optional<std::int64_t>& to) {
   return from && to ? whole(from) + " to " + whole(to) + " %" : std::string{unknown};
 }
@@ -54,6 +60,7 @@ void showFigures(const SessionReport& report, const Lines& lines) {
   lines.add("Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"));
   lines.add("Thermal pressure", "at most " + whole(summary.maxThermalPressure) + " of 4");
   lines.add("Coverage", coverageText(report.coverage));
+  lines.add("Recorder", recorderCostText(report.recorderCost));
 }
 
 // What a segment comes to stands first and fits into 80 columns.
@@ -93,7 +100,8 @@ std::string contributorTable(const std::vector<PowerSessionContributor>& contrib
 SessionReport sessionReport(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
   return {.session = PowerSessionMetadataDTO{*session},
           .summary = store.summary(session),
-          .coverage = store.coverage(session)};
+          .coverage = store.coverage(session),
+          .recorderCost = store.cost(*session)};
 }
 
 void showReport(const SessionReport& report, const Invocation& invocation) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <tuple>
 
 #include "QuellinCore/Sessions/PowerSessionExport.h"
@@ -14,10 +15,12 @@ struct SessionReport {
   PowerSessionMetadataDTO session;
   PowerSessionSummary summary;
   SessionCoverage coverage;
+  std::optional<RecorderCost> recorderCost;  ///< absent when nobody noted it
 
   static constexpr auto fields() {
     return std::tuple{Field{"session", &SessionReport::session}, Field{"summary", &SessionReport::summary},
-                      Field{"coverage", &SessionReport::coverage}};
+                      Field{"coverage", &SessionReport::coverage},
+                      Field{"recorderCost", &SessionReport::recorderCost}};
   }
 };
 

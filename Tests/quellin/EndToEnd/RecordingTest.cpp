@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/Storage/Database.h"
+#include "Support/FirstVersion.h"
 #include "Support/Replay.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 #include "quellin/Support/PseudoTerminal.h"
@@ -15,6 +17,7 @@ namespace quellin::cli {
 namespace {
 
 using testing::AllOf;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -63,6 +66,20 @@ TEST_F(RecordingTest, IsVisibleToOthersWhileItRuns) {
   EXPECT_THAT(frontEnd.run({"sessions"}).output, HasSubstr("active"));
   EXPECT_THAT(frontEnd.run({"show", "last"}).output, HasSubstr("Ended             not yet"));
   EXPECT_THAT(frontEnd.run({"export", "last"}).output, HasSubstr("\"recordType\":\"sample\""));
+}
+
+TEST_F(RecordingTest, SaysWhatItCostUnlessEarlierSoftwareRecordedTheSession) {
+  const std::string store = frontEnd.pathOf("costs.store");
+  ASSERT_EQ(frontEnd.run({"record", "--source", macbook, "--store", store}).exitStatus, 0);
+  const FrontEnd::Words show{"show", "last", "--store", store};
+  const FrontEnd::Words showJSON{"show", "last", "--store", store, "--json"};
+  EXPECT_THAT(frontEnd.run(show).output,
+              ContainsRegex("\nRecorder          [0-9.]+ s of CPU time, [0-9.]+ .B written\n"));
+  EXPECT_GT(numberIn(frontEnd.run(showJSON).output, "bytesWritten"), 4096);
+  Database(store, Database::Access::readWrite, {}).execute(testing_support::backToVersion1);
+  EXPECT_THAT(frontEnd.run(show).output, HasSubstr("\nRecorder          unknown\n"));
+  EXPECT_THAT(frontEnd.run(showJSON).output, Not(HasSubstr("recorderCost")));
+  EXPECT_THAT(frontEnd.run({"sessions", "--store", store}).output, HasSubstr("completed"));
 }
 
 class EndingSignalTest : public RecordingTest, public testing::WithParamInterface<int> {};

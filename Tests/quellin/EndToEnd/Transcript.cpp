@@ -43,6 +43,16 @@ std::size_t maskedLength(std::string_view before, std::string_view text) {
   return isShortIdentifier(before, text) ? shortIdentifier.size() : 0;
 }
 
+// How long the number at the beginning of `text` is when it tells what recording has cost; in the text for
+// people, such numbers stand in a line of their own.
+std::size_t costLength(std::string_view before, std::string_view text) {
+  const std::string_view line = before.substr(before.rfind('\n') + 1);
+  const bool isOfCost = line.starts_with("Recorder  ") || line.ends_with("\"cpuSeconds\" : ") ||
+                        line.ends_with("\"bytesWritten\" : ");
+  if (!isOfCost || !fits(text, "9")) return 0;
+  return std::min(text.find_first_not_of("0123456789.e-"), text.size());
+}
+
 std::string withEscapedSlashes(const std::string& path) {
   std::string result;
   for (const char character : path) result += character == '/' ? std::string{"\\/"} : std::string{character};
@@ -73,6 +83,9 @@ std::string masked(const std::string& text, const std::string& home) {
     } else if (const std::size_t length = maskedLength(result, rest); length > 0) {
       result.append(length, 'X');
       at += length;
+    } else if (const std::size_t costs = costLength(result, rest); costs > 0) {
+      result += 'X';
+      at += costs;
     } else {
       result += text[at++];
     }

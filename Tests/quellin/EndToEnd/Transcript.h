@@ -17,8 +17,8 @@ class Transcript {
   void run(const FrontEnd::Words& arguments, const FrontEnd::Words& environment = {});
 
   /// Expects the transcript to be what the file `golden` in Goldens/ holds, byte for byte. What differs from
-  /// run to run stands as X in both: identifiers, the present time, the home folder. `./dev goldens` writes
-  /// the files anew; their diff is to be read.
+  /// run to run stands as X in both: identifiers, the present time, what recording has cost. `./dev goldens`
+  /// writes the files anew; their diff is to be read.
   void expectGolden(const std::string& golden) const;
 
  private:
@@ -27,7 +27,8 @@ class Transcript {
 };
 
 /// `text` with an X in the place of every character of an identifier and of a time that is not the example
-/// trace's, and with "HOME" in the place of `home`.
+/// trace's, with one X in the place of every number that tells what recording has cost, and with "HOME" in
+/// the place of `home`.
 [[nodiscard]] std::string masked(const std::string& text, const std::string& home);
 
 }  // namespace quellin::testing_support

@@ -117,6 +117,13 @@ std::int64_t Database::lastKey() const { return sqlite3_last_insert_rowid(connec
 
 bool Database::isInTransaction() const { return sqlite3_get_autocommit(connection_.get()) == 0; }
 
+std::int64_t Database::pagesWritten() const {
+  int pages = 0;
+  int unused = 0;
+  sqlite3_db_status(connection_.get(), SQLITE_DBSTATUS_CACHE_WRITE, &pages, &unused, 0);
+  return pages;
+}
+
 void Database::setCheckpointOnClose(bool isOn) {
   sqlite3_db_config(connection_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isOn ? 0 : 1, nullptr);
 }

@@ -56,6 +56,10 @@ class Database {
   /// True between the begin and the end of a transaction.
   [[nodiscard]] bool isInTransaction() const;
 
+  /// How many pages this connection has written, to the log or, while there is none, to the file, since it
+  /// was opened; 0 in memory.
+  [[nodiscard]] std::int64_t pagesWritten() const;
+
   /// Whether the last connection to close moves the log into the file, as is usual; off, it leaves both as
   /// they are.
   void setCheckpointOnClose(bool isOn);

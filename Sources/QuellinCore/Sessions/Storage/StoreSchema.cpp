@@ -1,5 +1,6 @@
 #include "QuellinCore/Sessions/Storage/StoreSchema.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
@@ -83,17 +84,37 @@ CREATE TRIGGER editedSession AFTER UPDATE ON PowerSession WHEN NEW.checksum IS O
 END;
 )sql";
 
+// What recording cost has a row of its own, which sessions recorded by earlier software have not.
+constexpr const char* version2 = R"sql(
+CREATE TABLE RecorderCost (
+  key INTEGER PRIMARY KEY,
+  cpuSeconds REAL NOT NULL,
+  bytesWritten INTEGER NOT NULL,
+  checksum
+);
+
+CREATE TRIGGER deletedSessionCost AFTER DELETE ON PowerSession BEGIN
+  DELETE FROM RecorderCost WHERE key = OLD.key;
+END;
+
+CREATE TRIGGER editedCost AFTER UPDATE ON RecorderCost WHEN NEW.checksum IS OLD.checksum BEGIN
+  UPDATE RecorderCost SET checksum = 'edited' WHERE key = NEW.key;
+END;
+)sql";
+
 // Element n leads from version n to version n + 1. Entries are only ever added.
-constexpr std::array<const char*, storeVersion> steps{version1};
+constexpr std::array<const char*, storeVersion> steps{version1, version2};
 
 // SQLite keeps every statement of the schema as it was written. A changed one would change what our own
 // statements do.
 void requireWholeSchema(Database& database) {
-  static constexpr std::string_view wanted = version1;
-  static constexpr std::int64_t objectCount = 9;
+  static constexpr std::int64_t objectCount = 12;
   std::int64_t found = 0;
   Query query(database, "SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL");
-  while (query.step()) found += wanted.contains(query.bytes(0)) ? 1 : 0;
+  while (query.step()) {
+    const auto holdsIt = [&](std::string_view step) { return step.contains(query.bytes(0)); };
+    found += std::ranges::any_of(steps, holdsIt) ? 1 : 0;
+  }
   if (found != objectCount)
     throw database.error(StoreError::Kind::damaged, "the tables are not those of a session store");
 }

@@ -10,7 +10,7 @@ namespace quellin {
 inline constexpr std::int64_t storeApplicationID = 0x5175656C;
 
 /// The version of the tables that this software reads and writes.
-inline constexpr std::int64_t storeVersion = 1;
+inline constexpr std::int64_t storeVersion = 2;
 
 /// What the header of a database says it is; all zeros for an empty one.
 struct StoreIdentity {

@@ -11,6 +11,7 @@
 #include "QuellinCore/Sessions/Storage/Query.h"
 #include "QuellinCore/Sessions/Storage/StoreFile.h"
 #include "QuellinCore/Sessions/Storage/StoreSchema.h"
+#include "Support/FirstVersion.h"
 #include "Support/StoreErrors.h"
 #include "Support/TemporaryFolder.h"
 
@@ -115,21 +116,21 @@ TEST_F(StoreFileTest, ADatabaseOfAnotherProgramIsLeftAsItWas) {
 }
 
 TEST_F(StoreFileTest, AStoreOfALaterVersionIsLeftAsItWas) {
-  open()->execute("PRAGMA user_version = 2");
+  open()->execute("PRAGMA user_version = 3");
   const std::string content = contentOf(path);
   try {
     open();
     FAIL() << "it opened";
   } catch (const StoreError& error) {
     EXPECT_EQ(error.kind(), Kind::tooNew);
-    EXPECT_THAT(error.what(), HasSubstr("format 2"));
+    EXPECT_THAT(error.what(), HasSubstr("format 3"));
   }
   EXPECT_EQ(contentOf(path), content);
 }
 
 TEST_F(StoreFileTest, ALaterVersionThatOnlyTheLogKnowsIsLeftAsItWas) {
   const auto keepsTheLog = open();
-  keepsTheLog->execute("PRAGMA user_version = 2");
+  keepsTheLog->execute("PRAGMA user_version = 3");
   const std::string content = contentOf(path);
   const std::string log = contentOf(path.string() + "-wal");
   EXPECT_EQ(kindThrownBy([&] { open(); }), Kind::tooNew);
@@ -139,12 +140,26 @@ TEST_F(StoreFileTest, ALaterVersionThatOnlyTheLogKnowsIsLeftAsItWas) {
 
 TEST_F(StoreFileTest, TablesThatAreMissingOrAlteredMeanADamagedStore) {
   for (const char* statements :
-       {"DROP TRIGGER deletedSession", "DROP TABLE SampleBlobs",
+       {"DROP TRIGGER deletedSession", "DROP TABLE SampleBlobs", "DROP TABLE RecorderCost",
         "DROP TABLE BlobReference; CREATE TABLE BlobReference (key INTEGER PRIMARY KEY)"}) {
     std::filesystem::remove(path);
     open()->execute(statements);
     EXPECT_EQ(kindThrownBy([&] { open(); }), Kind::damaged) << statements;
   }
+}
+
+TEST_F(StoreFileTest, AStoreOfTheFirstVersionIsBroughtForwardWithAllItHolds) {
+  open()->execute(std::string(someSession) + ";" + testing_support::backToVersion1);
+  const auto database = open();
+  EXPECT_EQ(storeIdentity(*database).version, storeVersion);
+  EXPECT_EQ(textOf(*database, "SELECT title FROM PowerSession"), "kept");
+  EXPECT_EQ(database->integer("SELECT count(*) FROM RecorderCost"), 0);
+}
+
+TEST_F(StoreFileTest, ADamagedStoreOfTheFirstVersionIsNotBroughtForward) {
+  open()->execute(std::string(testing_support::backToVersion1) + "; DROP TABLE PowerSession");
+  EXPECT_EQ(kindThrownBy([&] { open(); }), Kind::damaged);
+  EXPECT_EQ(Database(path, Database::Access::readWrite, impatient).integer("PRAGMA user_version"), 1);
 }
 
 TEST_F(StoreFileTest, AnIndexOfSomebodyElseDoesNoHarm) {

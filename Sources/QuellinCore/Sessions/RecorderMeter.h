@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "QuellinCore/Support/CPUClock.h"
+
+namespace quellin {
+
+/// Measures what recording costs this process, and hands it on piece by piece: each piece is counted once.
+class RecorderMeter {
+ public:
+  /// Measures from now on. `clock` must outlive the meter.
+  RecorderMeter(const CPUClock& clock, std::shared_ptr<const PowerSessionStore> store);
+
+  /// Measures from now on, and forgets what was not taken.
+  void restart();
+
+  /// Whether the cost should be noted with a snapshot of this moment: with the first one, and then once a
+  /// minute. A clock set back counts as a minute.
+  [[nodiscard]] bool isDue(Instant moment) const;
+
+  /// The cost since the last `take` or `restart`, which is to be noted at `moment`.
+  [[nodiscard]] RecorderCost take(std::optional<Instant> moment = std::nullopt);
+
+ private:
+  const CPUClock* clock_;
+  std::shared_ptr<const PowerSessionStore> store_;
+  Seconds cpu_{};
+  std::int64_t bytes_ = 0;
+  std::optional<Instant> takenAt_;
+};
+
+}  // namespace quellin
