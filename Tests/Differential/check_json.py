@@ -13,7 +13,7 @@ import sys
 from fractions import Fraction
 
 from json_documents import SEED, Documents
-from probe import Complaint, answers, check_all
+from probe import Complaint, answers, check_all, check_named, status_of
 
 COUNT = 12000
 DEEPEST = 512
@@ -204,26 +204,16 @@ def check_kinds(lines):
             raise Complaint(f"only {found} of {COUNT} documents were {kind}")
 
 
-def main():
-    program = sys.argv[1]
+def check(program):
     source = Documents(random.Random(SEED))
     documents = [source.document() for _ in range(COUNT)]
-    try:
-        lines = answers(program, documents)
-        check_kinds(lines)
-        check_all(documents, lines, complaint_about)
-        check_jq([line for line in lines if kind_of(line) == "read"])
-        for name, line in zip(LIBERTIES, answers(program, [document for document, _ in LIBERTIES.values()])):
-            if line != LIBERTIES[name][1]:
-                raise Complaint(f"{name}: here {line}")
-        for name, line in zip(REFUSED, answers(program, list(REFUSED.values()))):
-            if line != "invalid":
-                raise Complaint(f"{name}: here {line}")
-    except Complaint as complaint:
-        print(complaint, file=sys.stderr)
-        return 1
-    return 0
+    lines = answers(program, documents)
+    check_kinds(lines)
+    check_all(documents, lines, complaint_about)
+    check_jq([line for line in lines if kind_of(line) == "read"])
+    check_named(program, LIBERTIES)
+    check_named(program, {name: (document, "invalid") for name, document in REFUSED.items()})
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(status_of(check))

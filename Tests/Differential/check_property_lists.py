@@ -10,7 +10,7 @@ import struct
 import sys
 from datetime import datetime, timedelta, timezone
 
-from probe import Complaint, answers, check_all
+from probe import Complaint, answers, check_all, check_named, status_of
 
 SEED = 20250305
 COUNT = 1500  # in each encoding
@@ -96,21 +96,13 @@ def complaint_about(document, line):
     return None if line == wanted else f"Python: {wanted}\n  here:   {line}"
 
 
-def main():
-    program = sys.argv[1]
-    try:
-        for fmt in (plistlib.FMT_XML, plistlib.FMT_BINARY):
-            trees = Trees(random.Random(SEED), fmt)
-            documents = [trees.document() for _ in range(COUNT)]
-            check_all(documents, answers(program, documents), complaint_about)
-        for name, line in zip(LIBERTIES, answers(program, [document for document, _ in LIBERTIES.values()])):
-            if (line.split(":")[0] if line.startswith("refused") else line) != LIBERTIES[name][1]:
-                raise Complaint(f"{name}: here {line}")
-    except Complaint as complaint:
-        print(complaint, file=sys.stderr)
-        return 1
-    return 0
+def check(program):
+    for fmt in (plistlib.FMT_XML, plistlib.FMT_BINARY):
+        trees = Trees(random.Random(SEED), fmt)
+        documents = [trees.document() for _ in range(COUNT)]
+        check_all(documents, answers(program, documents), complaint_about)
+    check_named(program, LIBERTIES, lambda line: "refused" if line.startswith("refused:") else line)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(status_of(check))
