@@ -1,6 +1,9 @@
 // Encoding and decoding of what travels and what is stored: the payloads of the privileged tool, and a record
-// of the size and make-up of a stored sample. The rates are bytes of JSON.
+// of the size and make-up of a stored sample. The rates are bytes of JSON. Floors: copying the text, and
+// parsing it without making anything of it.
 #include <cstdint>
+#include <cstring>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -8,6 +11,7 @@
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#include <simdjson.h>
 
 #include "QuellinCore/Models/HelperStatus.h"
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
@@ -139,6 +143,39 @@ void decode(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
+std::string sampleText() { return encodeJSON(storedSample(), KeyOrder::sorted).value(); }
+
+void copySample(benchmark::State& state) {
+  const std::string text = sampleText();
+  std::string copy(text.size(), ' ');
+  for (auto _ : state) {
+    std::memcpy(copy.data(), text.data(), text.size());
+    benchmark::DoNotOptimize(copy.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void encodeSampleInstead(benchmark::State& state) {
+  const auto value = nlohmann::json::parse(sampleText());
+  for (auto _ : state) benchmark::DoNotOptimize(value.dump());
+}
+
+void parseSample(benchmark::State& state) {
+  const simdjson::padded_string text = sampleText();
+  simdjson::dom::parser parser;
+  for (auto _ : state) benchmark::DoNotOptimize(parser.parse(text).error());
+}
+
+// Into a tree of values; ours ends with the typed record.
+void decodeSampleInstead(benchmark::State& state) {
+  const std::string text = sampleText();
+  for (auto _ : state) benchmark::DoNotOptimize(nlohmann::json::parse(text));
+}
+
+BENCHMARK(copySample)->Name("JSON/encode/sample/floor");
+BENCHMARK(encodeSampleInstead)->Name("JSON/encode/sample/instead");
+BENCHMARK(parseSample)->Name("JSON/decode/sample/floor");
+BENCHMARK(decodeSampleInstead)->Name("JSON/decode/sample/instead");
 BENCHMARK(encode<helperStatus, KeyOrder::declaration>)->Name("JSON/encode/helperStatus");
 BENCHMARK(encode<temperatureList, KeyOrder::declaration>)->Name("JSON/encode/temperatures");
 BENCHMARK(encode<telemetrySnapshot, KeyOrder::declaration>)->Name("JSON/encode/proTelemetry");

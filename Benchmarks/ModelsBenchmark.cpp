@@ -1,3 +1,5 @@
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,17 +15,15 @@
 namespace quellin {
 namespace {
 
-constexpr int sensorCount = 60;
-
-std::vector<TemperatureSensor> sixtySensors() {
+std::vector<TemperatureSensor> sensorList(std::int64_t count) {
   std::vector<TemperatureSensor> sensors;
   const std::vector<std::string> names{
       "PMU tdie",     "PMU tdev",       "gas gauge battery", "NAND CH0 temp", "CPU Efficiency Core ",
       "Memory Bank ", "Palm Rest Left", "Airflow Right ",    "WiFi Module",   "SOC MTR Temp Sensor "};
-  for (int index = 0; index < sensorCount; ++index) {
+  for (std::int64_t index = 0; index < count; ++index) {
     const auto number = std::to_string(index);
-    sensors.push_back(
-        {"Tx" + number, names[static_cast<std::size_t>(index) % names.size()] + number, 30.0 + index});
+    sensors.push_back({"Tx" + number, names[static_cast<std::size_t>(index) % names.size()] + number,
+                       30.0 + static_cast<double>(index % 60)});
   }
   return sensors;
 }
@@ -50,36 +50,57 @@ void derivedReadings(benchmark::State& run) {
     benchmark::DoNotOptimize(state.primaryPowerReading());
   }
 }
-BENCHMARK(derivedReadings);
+BENCHMARK(derivedReadings)->Name("Readings/derived");
 
 void dashboardReadings(benchmark::State& run) {
-  const auto sensors = sixtySensors();
+  const auto sensors = sensorList(run.range(0));
   for (auto _ : run) benchmark::DoNotOptimize(TemperatureInsights::dashboardReadings(sensors, std::nullopt));
 }
-BENCHMARK(dashboardReadings);
+BENCHMARK(dashboardReadings)->Name("Readings/dashboard")->Arg(15)->Arg(60)->Arg(240);
 
 void representativeReading(benchmark::State& run) {
-  const auto sensors = sixtySensors();
+  const auto sensors = sensorList(run.range(0));
   for (auto _ : run)
     benchmark::DoNotOptimize(TemperatureInsights::representativeReading(sensors, std::nullopt));
 }
-BENCHMARK(representativeReading);
+BENCHMARK(representativeReading)->Name("Readings/representative")->Arg(60);
 
 void hidTemperatures(benchmark::State& run) {
   std::vector<HIDTemperatureService> services;
-  for (const auto& sensor : sixtySensors()) services.push_back({sensor.name, sensor.temperature});
+  for (const auto& sensor : sensorList(run.range(0))) services.push_back({sensor.name, sensor.temperature});
   for (auto _ : run) benchmark::DoNotOptimize(plausibleTemperatures(services));
 }
-BENCHMARK(hidTemperatures);
+BENCHMARK(hidTemperatures)->Name("Readings/temperatures")->Arg(15)->Arg(60)->Arg(240);
 
-void energyDelta(benchmark::State& run) {
+std::vector<EnergyChannel> energyChannels(std::int64_t count) {
   std::vector<EnergyChannel> channels{{"GPU Energy", 40'000'000}, {"DRAM0", 30'000'000}};
-  while (channels.size() < static_cast<std::size_t>(run.range(0))) {
+  while (channels.size() < static_cast<std::size_t>(count)) {
     channels.push_back({"EACC_CPU" + std::to_string(channels.size()) + "_SRAM", 1'000'000});
   }
+  return channels;
+}
+
+void energyDelta(benchmark::State& run) {
+  const auto channels = energyChannels(run.range(0));
   for (auto _ : run) benchmark::DoNotOptimize(parseEnergyDelta(channels, Seconds{0.1}));
 }
-BENCHMARK(energyDelta)->Arg(136)->Arg(565);
+BENCHMARK(energyDelta)->Name("Readings/energy")->Arg(136)->Arg(565)->Arg(2260);
+
+// Every name looked at once, every amount added.
+void energyDeltaFloor(benchmark::State& run) {
+  const auto channels = energyChannels(run.range(0));
+  for (auto _ : run) {
+    std::size_t letters = 0;
+    std::int64_t sum = 0;
+    for (const auto& channel : channels) {
+      letters += std::hash<std::string>{}(channel.name);
+      sum += channel.nanojoules;
+    }
+    benchmark::DoNotOptimize(letters);
+    benchmark::DoNotOptimize(sum);
+  }
+}
+BENCHMARK(energyDeltaFloor)->Name("Readings/energy/floor")->Arg(565);
 
 void batteryMerge(benchmark::State& run) {
   BatteryTables tables{.registry = PropertyTable{}, .powerSource = PropertyTable{}};
@@ -91,7 +112,7 @@ void batteryMerge(benchmark::State& run) {
   tables.registry->set("Amperage", std::int64_t{-1500});
   for (auto _ : run) benchmark::DoNotOptimize(batteryInfo(tables));
 }
-BENCHMARK(batteryMerge);
+BENCHMARK(batteryMerge)->Name("Readings/battery");
 
 void rankedProcesses(benchmark::State& run) {
   ProcessSamples before;
@@ -106,7 +127,12 @@ void rankedProcesses(benchmark::State& run) {
   }
   for (auto _ : run) benchmark::DoNotOptimize(processActivity(before, after, Seconds{0.35}));
 }
-BENCHMARK(rankedProcesses)->Arg(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(rankedProcesses)
+    ->Name("Processes/rank")
+    ->Arg(500)
+    ->Arg(2000)
+    ->Arg(8000)
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace quellin

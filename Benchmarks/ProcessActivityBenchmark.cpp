@@ -91,7 +91,12 @@ void readAllFilesBare(benchmark::State& state) {
     }
   }
 }
-BENCHMARK(readAllFilesBare)->ArgName("snapshots")->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(readAllFilesBare)
+    ->Name("Processes/measure/floor")
+    ->ArgName("snapshots")
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond);
 
 void measureProcessActivity(benchmark::State& state) {
   const SleepingProcesses processes;
@@ -99,7 +104,7 @@ void measureProcessActivity(benchmark::State& state) {
   const ProcessActivityService service{nativeProcessSource(), clock};
   for (auto _ : state) benchmark::DoNotOptimize(service.sampleTopProcesses(5, Seconds{0.35}));
 }
-BENCHMARK(measureProcessActivity)->Unit(benchmark::kMillisecond);
+BENCHMARK(measureProcessActivity)->Name("Processes/measure")->Unit(benchmark::kMillisecond);
 
 std::string contentOf(const std::string& path) {
   std::ifstream file{path};
@@ -184,7 +189,10 @@ void cpuTimeErrorUnderLoad(benchmark::State& state) {
   state.counters["stat_worst_%"] = worst.ticks;
   state.counters["schedstat_worst_%"] = worst.mainThread;
 }
-BENCHMARK(cpuTimeErrorUnderLoad)->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(cpuTimeErrorUnderLoad)
+    ->Name("Processes/cpuTimeErrorUnderLoad")
+    ->Iterations(20)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace quellin

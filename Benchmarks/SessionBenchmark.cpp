@@ -1,101 +1,132 @@
-// Recording, summarising and exporting sessions, over a made-up day of 86,400 samples. The store lies in a
-// file of its own in the system's temporary folder.
+// Recording, summarising and exporting sessions of different lengths, one sample a second. Floors: what
+// SQLite alone takes to read the same rows; and copying the document, for the export.
+#include <algorithm>
+#include <array>
 #include <cstdint>
-#include <filesystem>
+#include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "BareDatabase.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
-#include "QuellinCore/Sessions/PowerSessionStore.h"
-#include "Support/GeneratedDay.h"
-#include "Support/TemporaryFolder.h"
+#include "RecordedSession.h"
 
 namespace quellin {
 namespace {
 
+using benchmarks::BareDatabase;
+using benchmarks::RecordedSession;
 using testing_support::GeneratedDay;
 
-struct RecordedDay {
-  testing_support::TemporaryFolder folder;
-  PowerSessionStore store{"0.9.4", folder.path() / "day.store"};
+constexpr std::int64_t hour = 3600;
+constexpr std::int64_t day = GeneratedDay::length;
+
+// An opened store and its session.
+struct OpenSession {
+  explicit OpenSession(std::int64_t samples)
+      : store("0.9.4", RecordedSession::ofLength(samples).path()), session(store.sessions().at(0)) {}
+
+  [[nodiscard]] std::string document() {
+    std::string text;
+    store.exportJSONL(session, instantAt(0), [&](std::string_view piece) { text += piece; });
+    return text;
+  }
+
+  PowerSessionStore store;
   std::shared_ptr<PowerSession> session;
 };
 
-// One day for all benchmarks: making it takes longer than measuring what is done with it.
-RecordedDay& recordedDay() {
-  static const auto day = [] {
-    auto made = std::make_unique<RecordedDay>();
-    GeneratedDay generated;
-    auto moment = generated.next();
-    made->session = made->store.start("Day", PowerSessionSource::cli, 1, moment.state.timestamp);
-    for (std::int64_t second = 0; second < GeneratedDay::length; ++second) {
-      made->store.appendSample(made->session, moment.state, moment.activities, moment.telemetry);
-      moment = generated.next();
-    }
-    return made;
-  }();
-  return *day;
+void summarise(benchmark::State& state) {
+  OpenSession opened{state.range(0)};
+  for (auto _ : state) {
+    const auto summary = opened.store.summary(opened.session);
+    if (summary.sampleCount != state.range(0)) throw std::runtime_error("samples are missing");
+  }
+  state.counters["file bytes a sample"] =
+      static_cast<double>(std::filesystem::file_size(RecordedSession::ofLength(state.range(0)).path())) /
+      static_cast<double>(state.range(0));
 }
 
-// The floor of a summary: the scalar columns alone, each row checked.
-void scanColumns(benchmark::State& state) {
-  RecordedDay& day = recordedDay();
+// Every number of every row, added.
+void summariseFloor(benchmark::State& state) {
+  const BareDatabase database(RecordedSession::ofLength(state.range(0)).path());
+  const auto query = database.prepare(
+      "SELECT key, id, timestamp, elapsedSeconds, totalWatts, batteryPercent, acConnected, thermalPressure, "
+      "maxFanRPM, maxTemperature, createdAt FROM PowerSessionSample ORDER BY key");
   for (auto _ : state) {
     double sum = 0;
-    auto cursor = day.store.scan(*day.session);
-    while (cursor && cursor->next()) sum += cursor->columns().totalWatts.value_or(0);
+    while (sqlite3_step(query.get()) == SQLITE_ROW) {
+      for (int column = 2; column < sqlite3_column_count(query.get()); ++column) {
+        if (sqlite3_column_type(query.get(), column) != SQLITE_NULL)
+          sum += sqlite3_column_double(query.get(), column);
+      }
+      benchmark::DoNotOptimize(sqlite3_column_blob(query.get(), 1));
+    }
+    sqlite3_reset(query.get());
     benchmark::DoNotOptimize(sum);
   }
 }
 
-void summarise(benchmark::State& state) {
-  RecordedDay& day = recordedDay();
-  for (auto _ : state) {
-    const auto summary = day.store.summary(day.session);
-    if (summary.sampleCount != GeneratedDay::length) throw std::runtime_error("samples are missing");
-  }
-}
-
-void exportDay(benchmark::State& state) {
-  RecordedDay& day = recordedDay();
+void exportSession(benchmark::State& state) {
+  OpenSession opened{state.range(0)};
   std::size_t bytes = 0;
   for (auto _ : state) {
     bytes = 0;
-    day.store.exportJSONL(day.session, instantAt(0), [&](std::string_view piece) { bytes += piece.size(); });
+    opened.store.exportJSONL(opened.session, instantAt(0),
+                             [&](std::string_view piece) { bytes += piece.size(); });
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
   state.counters["documentMB"] = static_cast<double>(bytes) / 1e6;
 }
 
-// The floor of an export: the blobs alone, read back.
-void readBlobs(benchmark::State& state) {
-  RecordedDay& day = recordedDay();
-  std::size_t bytes = 0;
+void exportFloor(benchmark::State& state) {
+  const std::string document = OpenSession{state.range(0)}.document();
+  const BareDatabase database(RecordedSession::ofLength(state.range(0)).path());
+  const auto query = database.prepare("SELECT * FROM SampleBlobs ORDER BY key");
+  std::array<char, 65536> buffer;
   for (auto _ : state) {
-    bytes = 0;
-    auto cursor = day.store.scan(*day.session);
-    while (cursor && cursor->next()) {
-      const SampleBlobs blobs = cursor->blobs();
-      bytes += blobs.snapshotData.size() + blobs.processActivityData.value_or("").size() +
-               blobs.proTelemetryData.value_or("").size();
+    while (sqlite3_step(query.get()) == SQLITE_ROW) {
+      for (int column = 1; column < sqlite3_column_count(query.get()); ++column) {
+        benchmark::DoNotOptimize(sqlite3_column_blob(query.get(), column));
+      }
+    }
+    sqlite3_reset(query.get());
+    for (std::size_t done = 0; done < document.size(); done += buffer.size()) {
+      std::memcpy(buffer.data(), document.data() + done, std::min(buffer.size(), document.size() - done));
+      benchmark::DoNotOptimize(buffer);
     }
   }
-  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(document.size()));
 }
 
-// A recorder that finds a whole day recorded before.
+// The samples as lines of JSON in memory, each read and written by a common library.
+void exportInstead(benchmark::State& state) {
+  const std::string document = OpenSession{state.range(0)}.document();
+  for (auto _ : state) {
+    for (std::size_t start = 0, end = 0; (end = document.find('\n', start)) != std::string::npos;
+         start = end + 1) {
+      const auto line = nlohmann::json::parse(std::string_view{document}.substr(start, end - start));
+      benchmark::DoNotOptimize(line.dump());
+    }
+  }
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(document.size()));
+}
+
+// A recorder that finds a whole session recorded before.
 void resume(benchmark::State& state) {
-  RecordedDay& day = recordedDay();
+  OpenSession opened{state.range(0)};
   const auto executor = std::make_shared<ThreadExecutor>();
-  const std::shared_ptr<PowerSessionStore> store(std::shared_ptr<void>(), &day.store);
+  const std::shared_ptr<PowerSessionStore> store(std::shared_ptr<void>(), &opened.store);
   for (auto _ : state) {
     PowerSessionRecorder recorder(executor, store, Seconds{10});
-    if (recorder.activeSummary().sampleCount != GeneratedDay::length) {
+    if (recorder.activeSummary().sampleCount != state.range(0)) {
       throw std::runtime_error("samples are missing");
     }
   }
@@ -114,21 +145,9 @@ ProTelemetrySnapshot availableTelemetry() {
   return snapshot;
 }
 
-constexpr std::size_t recordedStates = 4000;
-
-void appendOnly(benchmark::State& state) {
-  const auto states = firstStates(recordedStates);
-  PowerSessionStore store("0.9.4", std::nullopt, true);
-  const auto session = store.start("Test", PowerSessionSource::cli, 1, states.front().timestamp);
-  std::size_t next = 0;
-  for (auto _ : state) {
-    store.appendSample(session, states.at(next % recordedStates), {}, std::nullopt);
-    ++next;
-  }
-}
-
+// One reading through the recorder into a store in memory.
 void record(benchmark::State& state) {
-  const auto states = firstStates(recordedStates);
+  const auto states = firstStates(hour);
   const auto executor = std::make_shared<ThreadExecutor>();
   PowerSessionRecorder recorder(executor, std::make_shared<PowerSessionStore>("0.9.4", std::nullopt, true),
                                 Seconds{10});
@@ -137,18 +156,32 @@ void record(benchmark::State& state) {
   const std::optional<ProTelemetrySnapshot> telemetry = availableTelemetry();
   std::size_t next = 0;
   for (auto _ : state) {
-    recorder.record(states.at(next % recordedStates), telemetry);
+    recorder.record(states[next % states.size()], telemetry);
     ++next;
   }
 }
 
-BENCHMARK(scanColumns)->Name("Session/scanColumns")->Unit(benchmark::kMillisecond);
-BENCHMARK(summarise)->Name("Session/summary")->Unit(benchmark::kMillisecond);
-BENCHMARK(resume)->Name("Session/resume")->Unit(benchmark::kMillisecond);
-BENCHMARK(readBlobs)->Name("Session/readBlobs")->Unit(benchmark::kMillisecond);
-BENCHMARK(exportDay)->Name("Session/export")->Unit(benchmark::kMillisecond);
-BENCHMARK(appendOnly)->Name("Session/append");
+// The same readings handed to a store in memory without a recorder.
+void recordFloor(benchmark::State& state) {
+  const auto states = firstStates(hour);
+  PowerSessionStore store("0.9.4", std::nullopt, true);
+  const auto session = store.start("Test", PowerSessionSource::cli, 1, states.front().timestamp);
+  std::size_t next = 0;
+  for (auto _ : state) {
+    store.appendSample(session, states[next % states.size()], {}, std::nullopt);
+    ++next;
+  }
+}
+
+constexpr auto unit = benchmark::kMillisecond;
+BENCHMARK(summarise)->Name("Session/summary")->Arg(hour)->Arg(6 * hour)->Arg(day)->Unit(unit);
+BENCHMARK(summariseFloor)->Name("Session/summary/floor")->Arg(hour)->Arg(day)->Unit(unit);
+BENCHMARK(resume)->Name("Session/resume")->Arg(hour)->Arg(6 * hour)->Arg(day)->Unit(unit);
+BENCHMARK(exportSession)->Name("Session/export")->Arg(hour)->Arg(6 * hour)->Arg(day)->Unit(unit);
+BENCHMARK(exportFloor)->Name("Session/export/floor")->Arg(hour)->Unit(unit);
+BENCHMARK(exportInstead)->Name("Session/export/instead")->Arg(hour)->Unit(unit);
 BENCHMARK(record)->Name("Session/record");
+BENCHMARK(recordFloor)->Name("Session/record/floor");
 
 }  // namespace
 }  // namespace quellin

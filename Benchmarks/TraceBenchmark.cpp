@@ -1,7 +1,10 @@
 #include <cstdint>
+#include <fstream>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include <benchmark/benchmark.h>
+#include <simdjson.h>
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
@@ -21,7 +24,27 @@ void readTrace(benchmark::State& state) {
   }
   state.SetItemsProcessed(ticks);
 }
-BENCHMARK(readTrace)->Unit(benchmark::kMillisecond);
+BENCHMARK(readTrace)->Name("Trace/read")->Unit(benchmark::kMillisecond);
+
+// Its lines, parsed and thrown away.
+template <class Parse>
+void readLines(benchmark::State& state, Parse parse) {
+  for (auto _ : state) {
+    std::ifstream file{example};
+    for (std::string line; std::getline(file, line);) parse(line);
+  }
+}
+
+void readTraceFloor(benchmark::State& state) {
+  simdjson::dom::parser parser;
+  readLines(state, [&](const std::string& line) { benchmark::DoNotOptimize(parser.parse(line).error()); });
+}
+BENCHMARK(readTraceFloor)->Name("Trace/read/floor")->Unit(benchmark::kMillisecond);
+
+void readTraceInstead(benchmark::State& state) {
+  readLines(state, [](const std::string& line) { benchmark::DoNotOptimize(nlohmann::json::parse(line)); });
+}
+BENCHMARK(readTraceInstead)->Name("Trace/read/instead")->Unit(benchmark::kMillisecond);
 
 // Plays the example at full speed and asks every source once at each tick.
 void playTrace(benchmark::State& state) {
@@ -42,7 +65,7 @@ void playTrace(benchmark::State& state) {
   }
   state.SetItemsProcessed(ticks);
 }
-BENCHMARK(playTrace)->Unit(benchmark::kMillisecond);
+BENCHMARK(playTrace)->Name("Trace/play")->Unit(benchmark::kMillisecond);
 
 // Writes one tick of the example as a line.
 void writeTick(benchmark::State& state) {
@@ -51,7 +74,7 @@ void writeTick(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(tickLine(answers, SerialNumbers::redacted));
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(writeTick)->Unit(benchmark::kMicrosecond);
+BENCHMARK(writeTick)->Name("Trace/write")->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace quellin
