@@ -30,15 +30,19 @@ std::string appleScriptEscaped(std::string_view text) {
   return replacing(replacing(text, '\\', R"(\\)"), '"', R"(\")");
 }
 
-std::string installCommand(std::string_view source, std::string_view destination) {
+std::string installCommand(std::string_view source, std::string_view destination, std::string_view group) {
   return "/usr/bin/install -d -m 755 " + shellQuoted(folderOf(destination)) +
-         " && /usr/bin/install -o root -g wheel -m 4755 " + shellQuoted(source) + " " +
+         " && /usr/bin/install -o root -g " + std::string{group} + " -m 4755 " + shellQuoted(source) + " " +
          shellQuoted(destination);
 }
 
 std::vector<std::string> AdministratorPrompt::arguments(std::string_view command) const {
   if (kind == Kind::policyKit) return {"/bin/sh", "-c", std::string{command}};
   return {"-e", "do shell script \"" + appleScriptEscaped(command) + "\" with administrator privileges"};
+}
+
+std::string_view AdministratorPrompt::rootGroup() const {
+  return kind == Kind::appleScript ? "wheel" : "root";
 }
 
 AdministratorPrompt AdministratorPrompt::native() {

@@ -73,9 +73,9 @@ HelperStatus ProTelemetryService::helperStatus() const {
 }
 
 HelperInstallResult ProTelemetryService::installBundledHelper(const std::string& source) const {
-  ProcessRunResult run =
-      runProcess(prompt_.executable, prompt_.arguments(installCommand(source, helperPath_)),
-                 installationTimeLimit, *clock_);
+  ProcessRunResult run = runProcess(
+      prompt_.executable, prompt_.arguments(installCommand(source, helperPath_, prompt_.rootGroup())),
+      installationTimeLimit, *clock_);
   if (run.terminationStatus != 0) {
     return {
         .succeeded = false,

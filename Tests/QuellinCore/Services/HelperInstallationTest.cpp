@@ -65,14 +65,20 @@ TEST(AppleScriptEscapedTest, DoublesTheBackslashOfAQuotedQuote) {
 }
 
 TEST(InstallCommandTest, MakesTheFolderThenCopiesWithOwnerGroupAndMode) {
-  EXPECT_EQ(installCommand("/Apps/Q.app/QuellinHelper", "/Library/PrivilegedHelperTools/org.example.tool"),
-            "/usr/bin/install -d -m 755 '/Library/PrivilegedHelperTools' && "
-            "/usr/bin/install -o root -g wheel -m 4755 '/Apps/Q.app/QuellinHelper' "
-            "'/Library/PrivilegedHelperTools/org.example.tool'");
+  EXPECT_EQ(
+      installCommand("/Apps/Q.app/QuellinHelper", "/Library/PrivilegedHelperTools/org.example.tool", "wheel"),
+      "/usr/bin/install -d -m 755 '/Library/PrivilegedHelperTools' && "
+      "/usr/bin/install -o root -g wheel -m 4755 '/Apps/Q.app/QuellinHelper' "
+      "'/Library/PrivilegedHelperTools/org.example.tool'");
 }
 
 TEST(InstallCommandTest, AFileInTheRootFolderHasTheRootFolder) {
-  EXPECT_TRUE(installCommand("/a", "/tool").starts_with("/usr/bin/install -d -m 755 '/' && "));
+  EXPECT_TRUE(installCommand("/a", "/tool", "wheel").starts_with("/usr/bin/install -d -m 755 '/' && "));
+}
+
+TEST(AdministratorPromptTest, RootsProgramsBelongToAGroupThatTheSystemHas) {
+  EXPECT_EQ((AdministratorPrompt{AdministratorPrompt::Kind::appleScript, ""}.rootGroup()), "wheel");
+  EXPECT_EQ((AdministratorPrompt{AdministratorPrompt::Kind::policyKit, ""}.rootGroup()), "root");
 }
 
 TEST(AdministratorPromptTest, AppleScriptWrapsTheCommandInALiteral) {

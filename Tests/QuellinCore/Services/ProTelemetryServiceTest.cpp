@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -190,7 +191,7 @@ TEST_F(HelperInstallTest, HandsTheCommandsToTheShellOfThePolicyKitPrompt) {
   const auto installer = serviceWithPrompt("exit 1", AdministratorPrompt::Kind::policyKit);
   static_cast<void>(installer.installBundledHelper("/opt/QuellinHelper"));
   EXPECT_EQ(contentOf(folder.pathOf("arguments")),
-            "/bin/sh\n-c\n" + installCommand("/opt/QuellinHelper", toolPath) + "\n");
+            "/bin/sh\n-c\n" + installCommand("/opt/QuellinHelper", toolPath, "root") + "\n");
 }
 
 TEST_F(HelperInstallTest, ARefusedPromptGivesItsOwnText) {
@@ -249,6 +250,16 @@ TEST_F(HelperInstallNeedsRootTest, AUsableCopyIsASuccess) {
                         AdministratorPrompt::Kind::appleScript);
   EXPECT_EQ(installer.installBundledHelper("/x"),
             (HelperInstallResult{true, "Pro Telemetry helper installed"}));
+}
+
+TEST_F(HelperInstallNeedsRootTest, TheCommandsInstallTheToolOnThisSystem) {
+  const std::string built = folder.writeScript("built", "echo '" + std::string{usableStatus} + "'");
+  const std::string installed = folder.pathOf("tools/helper");
+  const std::string command = installCommand(built, installed, AdministratorPrompt::native().rootGroup());
+  EXPECT_EQ(std::system(command.c_str()), 0);  // NOLINT(concurrency-mt-unsafe): no other thread runs
+  const HelperStatus status = ProTelemetryService{installed}.helperStatus();
+  EXPECT_TRUE(status.isUsable());
+  EXPECT_EQ(status.groupID, 0);
 }
 
 class ReadSnapshotTest : public ProTelemetryServiceTest {
