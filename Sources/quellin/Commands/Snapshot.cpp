@@ -5,7 +5,7 @@
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Measuring/MeasuredHost.h"
 #include "quellin/Presentation/Figure.h"
-#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/FigureTable.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/ProcessTable.h"
 #include "quellin/Presentation/Table.h"
@@ -29,20 +29,11 @@ struct SnapshotReport {
   }
 };
 
-std::string shown(const Figure& figure) {
-  return figure.text ? *figure.text : figureText(figure.value, figure.unit);
-}
-
 void show(const SnapshotReport& report, const Invocation& invocation) {
   const auto width = invocation.outTerminal.width;
   invocation.out.line("Snapshot of " + printable(report.source) + " at " + formatISO8601(report.timestamp));
   invocation.out.line("");
-  Table table{{{"Group"}, {"Figure"}, {"Value", Alignment::right}, {"Unit"}, {"Source"}, {"Kind"}, {"Note"}}};
-  for (const Figure& figure : report.figures) {
-    table.add({figure.group, figure.name, shown(figure), figure.unit, figure.source, figure.kind,
-               figure.note.value_or("")});
-  }
-  invocation.out.write(table.text(width));
+  invocation.out.write(figureTable(report.figures, width));
   if (!report.processes) return;
   invocation.out.line("");
   invocation.out.write(processTable(*report.processes, width));

@@ -8,7 +8,7 @@ namespace quellin::cli {
 std::string processTable(const std::vector<ProcessActivityInfo>& processes,
                          std::optional<std::size_t> width) {
   Table table{{{"PID", Alignment::right},
-               {"Process"},
+               {"Process", Alignment::left, true},
                {"CPU %", Alignment::right},
                {"Wake-ups/s", Alignment::right},
                {"Disk", Alignment::right},

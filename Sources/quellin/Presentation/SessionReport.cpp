@@ -88,7 +88,7 @@ std::string segmentTable(const std::vector<PowerSessionPowerSegment>& segments,
 
 std::string contributorTable(const std::vector<PowerSessionContributor>& contributors,
                              std::optional<std::size_t> width) {
-  Table table{{{"Process"}, {"Score", Alignment::right}, {"Source"}, {"Confidence"}}};
+  Table table{{{"Process", Alignment::left, true}, {"Score", Alignment::right}, {"Source"}, {"Confidence"}}};
   for (const PowerSessionContributor& contributor : contributors) {
     table.add({contributor.name, decimal(contributor.score, 1), contributor.source, contributor.confidence});
   }

@@ -6,14 +6,13 @@
 #include <string_view>
 #include <vector>
 
+#include "quellin/Terminal/TextColumns.h"
+
 namespace quellin::cli {
 
 /// `text` without anything that a terminal would obey: control characters become "?", broken UTF-8 is
 /// repaired.
 [[nodiscard]] std::string printable(std::string_view text);
-
-/// What of `text` fits into so many columns.
-[[nodiscard]] std::string firstColumns(const std::string& text, std::size_t columns);
 
 /// `text` broken between words into lines of at most `width` columns, each behind `indent`; in one line
 /// without a width.
@@ -29,6 +28,7 @@ class Table {
   struct Column {
     std::string_view title;
     Alignment alignment = Alignment::left;
+    bool givesWay = false;  ///< its texts are cut, if need be to twelve columns, so that others fit
   };
 
   explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
@@ -36,13 +36,25 @@ class Table {
   /// Adds a row: one text for each column.
   void add(std::vector<std::string> row);
 
+  /// Adds a line of one text that goes across all columns; for tables of more than one.
+  void addHeading(std::string_view text);
+
+  /// How wide the rows are when nothing is cut.
+  [[nodiscard]] std::size_t width() const;
+
   /// All rows below their titles, lines cut to `width` columns. Columns of numbers, which stand on the right,
   /// are never cut: the first that does not fit is left out, with all behind it.
   [[nodiscard]] std::string text(std::optional<std::size_t> width) const;
 
  private:
-  // How many columns are shown in `width` columns of the terminal.
-  [[nodiscard]] std::size_t columnsWithin(std::size_t width, const std::vector<std::size_t>& widths) const;
+  static constexpr std::size_t gap = 2;
+  static constexpr std::size_t shortestName = 12;
+
+  [[nodiscard]] std::vector<std::string> titles() const;
+  [[nodiscard]] std::vector<std::size_t> columnWidths() const;
+  [[nodiscard]] bool isHeading(const std::vector<std::string>& row) const;
+  // Narrows the columns, and leaves out those that still do not fit.
+  void fit(std::vector<std::size_t>& widths, std::size_t width) const;
   [[nodiscard]] std::string lineOf(const std::vector<std::string>& row,
                                    const std::vector<std::size_t>& widths) const;
 

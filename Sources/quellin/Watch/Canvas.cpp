@@ -1,7 +1,6 @@
 #include "quellin/Watch/Canvas.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -14,37 +13,12 @@ namespace {
 
 constexpr char32_t degreeSign = U'°';
 constexpr char32_t substitute = U'?';
-
-// Characters that take no column or two would push all that follows out of place. Blocks of Unicode, by their
-// first and last code point.
-constexpr std::array<std::pair<char32_t, char32_t>, 16> notOneColumn{{{0x300, 0x36F},
-                                                                      {0x1100, 0x115F},
-                                                                      {0x200B, 0x200F},
-                                                                      {0x20D0, 0x20FF},
-                                                                      {0x231A, 0x231B},
-                                                                      {0x2E80, 0xA4CF},
-                                                                      {0xA960, 0xA97F},
-                                                                      {0xAC00, 0xD7FF},
-                                                                      {0xF900, 0xFAFF},
-                                                                      {0xFE00, 0xFE0F},
-                                                                      {0xFE20, 0xFE6F},
-                                                                      {0xFEFF, 0xFEFF},
-                                                                      {0xFF00, 0xFF60},
-                                                                      {0xFFE0, 0xFFE6},
-                                                                      {0x1F000, 0x1FAFF},
-                                                                      {0x20000, 0x10FFFF}}};
-
-bool takesOneColumn(char32_t character) {
-  return std::ranges::none_of(notOneColumn, [character](const auto& block) {
-    return block.first <= character && character <= block.second;
-  });
-}
+constexpr char32_t secondHalf = 0;  // of a wide character
 
 // What stands for `character`; nothing for one that is better left out.
 std::optional<char32_t> shown(char32_t character, CharacterSet characters) {
-  if (!takesOneColumn(character)) return substitute;
   if (characters == CharacterSet::unicode || character < 0x80) return character;
-  return character == degreeSign ? std::nullopt : std::optional{substitute};
+  return character == degreeSign || columnsOf(character) == 0 ? std::nullopt : std::optional{substitute};
 }
 
 std::u32string decoded(CharacterSet characters, std::string_view text) {
@@ -65,16 +39,41 @@ Canvas::Canvas(ViewSize size, CharacterSet characters)
       characters_(characters),
       cells_(static_cast<std::size_t>(size_.rows) * static_cast<std::size_t>(size_.columns)) {}
 
+bool Canvas::holds(int row, int column) const {
+  return row >= 0 && row < size_.rows && column >= 0 && column < size_.columns;
+}
+
 void Canvas::put(int row, int column, Cell cell) {
-  if (row < 0 || row >= size_.rows || column < 0 || column >= size_.columns) return;
-  cells_.at(static_cast<std::size_t>(row) * static_cast<std::size_t>(size_.columns) +
-            static_cast<std::size_t>(column)) = cell;
+  if (!holds(row, column)) return;
+  if (at(row, column).character == secondHalf) at(row, column - 1).character = U' ';
+  if (holds(row, column + 1) && at(row, column + 1).character == secondHalf) {
+    at(row, column + 1).character = U' ';
+  }
+  at(row, column) = std::move(cell);
+}
+
+// A wide character that the edge would cut is not drawn.
+void Canvas::putWide(int row, int column, const Cell& cell) {
+  if (!holds(row, column) || !holds(row, column + 1)) return;
+  put(row, column, cell);
+  put(row, column + 1, {.character = U' ', .style = cell.style});
+  at(row, column + 1).character = secondHalf;
 }
 
 int Canvas::write(int row, int column, std::string_view text, Style style, int width) {
+  int last = -1;  // the column of the character that marks join
   for (const char32_t character : decoded(characters_, text)) {
-    if (width-- <= 0) break;
-    put(row, column++, {.character = character, .style = style});
+    const int taken = static_cast<int>(columnsOf(character));
+    if (taken == 0) {
+      if (holds(row, last)) at(row, last).marks += character;
+      continue;
+    }
+    if (taken > width) break;
+    const Cell cell{.character = character, .style = style};
+    taken == 1 ? put(row, column, cell) : putWide(row, column, cell);
+    last = column;
+    column += taken;
+    width -= taken;
   }
   return column;
 }
@@ -94,7 +93,9 @@ std::vector<Canvas::Run> Canvas::runs(int row) const {
     if (result.empty() || result.back().style != cell.style) {
       result.push_back({.column = column, .text = "", .style = cell.style});
     }
+    if (cell.character == secondHalf) continue;
     appendUTF8(result.back().text, cell.character);
+    for (const char32_t mark : cell.marks) appendUTF8(result.back().text, mark);
   }
   return result;
 }
@@ -110,13 +111,20 @@ std::string Canvas::text() const {
   return result;
 }
 
+Cell& Canvas::at(int row, int column) {
+  return cells_.at(static_cast<std::size_t>(row) * static_cast<std::size_t>(size_.columns) +
+                   static_cast<std::size_t>(column));
+}
+
 const Cell& Canvas::at(int row, int column) const {
   return cells_.at(static_cast<std::size_t>(row) * static_cast<std::size_t>(size_.columns) +
                    static_cast<std::size_t>(column));
 }
 
 int columnsOn(CharacterSet characters, std::string_view text) {
-  return static_cast<int>(decoded(characters, text).size());
+  std::size_t columns = 0;
+  for (const char32_t character : decoded(characters, text)) columns += columnsOf(character);
+  return static_cast<int>(columns);
 }
 
 }  // namespace quellin::cli

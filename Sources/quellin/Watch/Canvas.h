@@ -20,16 +20,17 @@ struct ViewSize {
   bool operator==(const ViewSize&) const = default;
 };
 
-/// One character of the view.
+/// One column of the view in one row.
 struct Cell {
-  char32_t character = U' ';
+  char32_t character = U' ';  ///< 0 in the second column of a wide character
   Style style = Style::plain;
+  std::u32string marks = {};  ///< what joins the character
 
   bool operator==(const Cell&) const = default;
 };
 
 /// A sheet of styled characters on which a view is drawn. What lies outside is not drawn; what the character
-/// set, or one column, cannot hold is replaced.
+/// set cannot hold is replaced.
 class Canvas {
  public:
   /// A blank sheet. A size below 0 counts as 0.
@@ -38,7 +39,7 @@ class Canvas {
   [[nodiscard]] ViewSize size() const { return size_; }
   [[nodiscard]] CharacterSet characters() const { return characters_; }
 
-  /// Puts one character.
+  /// Puts one character of one column. The rest of a wide character that it covers in part is blank then.
   void put(int row, int column, Cell cell);
 
   /// Writes `text` from `column` on, cut to `width` columns. Returns the column after the last one written.
@@ -65,7 +66,10 @@ class Canvas {
   [[nodiscard]] std::string text() const;
 
  private:
+  [[nodiscard]] bool holds(int row, int column) const;
+  [[nodiscard]] Cell& at(int row, int column);
   [[nodiscard]] const Cell& at(int row, int column) const;
+  void putWide(int row, int column, const Cell& cell);
 
   ViewSize size_;
   CharacterSet characters_;

@@ -191,17 +191,12 @@ class View {
              plot.points, plot.scale);
   }
 
-  // The table of the processes, line by line; names are cut so that the figures fit.
+  // The table of the processes, line by line.
   [[nodiscard]] std::vector<std::string> processLines() const {
-    static constexpr int figureColumns = 59;
-    static constexpr int shortestName = 12;
     if (!model_.showsProcesses) return {};
     if (!model_.processes) return {"Processes", "being measured"};
     if (model_.processes->empty()) return {"Processes", unknown};
-    auto processes = *model_.processes;
-    const auto name = static_cast<std::size_t>(std::max(columns_ - figureColumns, shortestName));
-    for (auto& process : processes) process.name = firstColumns(printable(process.name), name);
-    return linesOf(processTable(processes, std::nullopt));
+    return linesOf(processTable(*model_.processes, static_cast<std::size_t>(std::max(columns_, 0))));
   }
 
   void drawFoot() {

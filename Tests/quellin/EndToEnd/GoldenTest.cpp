@@ -54,6 +54,7 @@ TEST_F(GoldenTest, ATrace) {
     transcript.run({command, "--source", macbook, "--json"});
   }
   transcript.run({"doctor", "--brief", "--source", macbook});
+  transcript.run({"snapshot", "--processes", "--source", macbook}, {"COLUMNS=80"});
   transcript.run({"snapshot", "--processes", "--source", macbook}, {"COLUMNS=60"});
   transcript.run({"snapshot", "--processes", "--json", "--source", macbook});
   transcript.expectGolden("trace.txt");

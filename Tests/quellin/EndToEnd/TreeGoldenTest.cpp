@@ -22,6 +22,7 @@ TEST_P(TreeGoldenTest, DoctorAndSnapshot) {
   transcript.run({"doctor", "--source", "."});
   transcript.run({"doctor", "--source", ".", "--json"});
   transcript.run({"snapshot", "--source", "."});
+  transcript.run({"snapshot", "--source", ".", "--processes"}, {"COLUMNS=80"});
   transcript.run({"snapshot", "--source", ".", "--json", "--processes"});
   transcript.run({"budget", "--source", ".", "--for", "1ms", "--system", "20"});
   transcript.expectGolden("tree-" + GetParam() + ".txt");

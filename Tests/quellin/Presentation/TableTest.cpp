@@ -31,6 +31,41 @@ TEST(TableTest, CharactersCountNotBytes) {
             "CPU         9.5\n");
 }
 
+TEST(TableTest, ColumnsOfTheTerminalCountNotCharacters) {
+  Table table{{{"Process"}, {"W", Alignment::right}}};
+  table.add({"日本語エディタ", "1.00"});
+  table.add({"Cafe\u0301", "12.00"});
+  EXPECT_EQ(table.text(std::nullopt),
+            "Process             W\n"
+            "日本語エディタ   1.00\n"
+            "Cafe\u0301            12.00\n");
+}
+
+TEST(TableTest, AColumnThatGivesWayIsCutSoThatTheNumbersFit) {
+  Table table{{{"Process", Alignment::left, true}, {"CPU %", Alignment::right}, {"W", Alignment::right}}};
+  table.add({"com.example.Renderer", "12.5", "1.00"});
+  table.add({"init", "0.0", "0.00"});
+  EXPECT_EQ(table.text(27),
+            "Process         CPU %     W\n"
+            "com.example.Re   12.5  1.00\n"
+            "init              0.0  0.00\n");
+  EXPECT_EQ(table.text(24),
+            "Process       CPU %\n"
+            "com.example.   12.5\n"
+            "init            0.0\n")
+      << "not below twelve";
+  EXPECT_EQ(table.text(100), table.text(std::nullopt));
+}
+
+TEST(TableTest, HeadingsGoAcrossTheColumns) {
+  Table table{{{"A"}, {"B", Alignment::right}}};
+  table.addHeading("A heading\x1b of its own");
+  table.add({"one", "2"});
+  EXPECT_EQ(table.text(std::nullopt), "A    B\nA heading? of its own\none  2\n");
+  EXPECT_EQ(table.text(9), "A    B\nA heading\none  2\n");
+  EXPECT_EQ(table.width(), 6U);
+}
+
 TEST(TableTest, LinesAreCutToTheWidthBetweenCharacters) {
   Table table{{{"Ä"}, {"Second"}}};
   table.add({"ÖÖÖÖ", "x"});
@@ -63,13 +98,6 @@ TEST(PrintableTest, LeavesOrdinaryTextAndReplacesControls) {
   EXPECT_EQ(printable("a\xE2\x81\xA6\x62"), "a?b");  // left-to-right isolate
   EXPECT_EQ(printable("a\xFFz"), "a\xEF\xBF\xBDz");  // no UTF-8
   EXPECT_EQ(printable("\xE2\x80\xA8"), "?");         // line separator
-}
-
-TEST(FirstColumnsTest, CountsCharacters) {
-  EXPECT_EQ(firstColumns("äöü", 2), "äö");
-  EXPECT_EQ(firstColumns("ab", 5), "ab");
-  EXPECT_EQ(firstColumns("ab", 0), "");
-  EXPECT_EQ(firstColumns("", 3), "");
 }
 
 TEST(WrappedTest, BreaksBetweenWordsAndIndents) {

@@ -52,11 +52,36 @@ TEST(CanvasTest, ReplacesWhatTheCharacterSetLacks) {
   EXPECT_EQ(columnsOn(CharacterSet::ascii, "45 °C"), 4);
 }
 
-TEST(CanvasTest, ReplacesWhatATerminalWouldObeyOrShowInTwoColumns) {
+TEST(CanvasTest, ReplacesWhatATerminalWouldObey) {
   Canvas canvas{small, CharacterSet::unicode};
   canvas.write(0, 0, "a\x1b[2Jb");
-  canvas.write(1, 0, "日本e\u0301 \xFF.");
-  EXPECT_EQ(canvas.text(), "a?[2Jb\n??e? \uFFFD.\n");
+  canvas.write(1, 0, "\xFF.");
+  EXPECT_EQ(canvas.text(), "a?[2Jb\n\uFFFD.\n");
+}
+
+TEST(CanvasTest, WideCharactersTakeTwoColumnsAndMarksNone) {
+  Canvas canvas{small, CharacterSet::unicode};
+  EXPECT_EQ(canvas.write(0, 0, "日e\u0301x"), 4);
+  canvas.writeEndingAt(1, 10, "日本");
+  EXPECT_EQ(canvas.text(), "日e\u0301x\n      日本\n");
+  EXPECT_EQ(columnsOn(CharacterSet::unicode, "日e\u0301x"), 4);
+  EXPECT_EQ(columnsOn(CharacterSet::ascii, "日e\u0301x"), 3);
+}
+
+TEST(CanvasTest, AWideCharacterIsNeverCutInHalf) {
+  Canvas canvas{small, CharacterSet::unicode};
+  EXPECT_EQ(canvas.write(0, 0, "a日", Style::plain, 2), 1);
+  canvas.write(0, 9, "日");
+  canvas.write(1, 0, "日本語");
+  canvas.write(1, 1, "x");
+  canvas.write(1, 4, "yz");
+  EXPECT_EQ(canvas.text(), "a\n x本yz\n");
+}
+
+TEST(CanvasTest, AMarkWithNothingToJoinIsLeftOut) {
+  Canvas canvas{small, CharacterSet::unicode};
+  canvas.write(0, 0, "\u0301a");
+  EXPECT_EQ(canvas.text(), "a\n\n");
 }
 
 TEST(CanvasTest, TakesASizeBelowZeroForNone) {
