@@ -53,10 +53,14 @@ PowerSessionStore::PowerSessionStore(std::string appVersion,
 PowerSessionStore::~PowerSessionStore() = default;
 
 std::filesystem::path PowerSessionStore::defaultStoreURL(const HomeFolderLookup& homeFolder) {
-  const std::filesystem::path folder = homeFolder() / "Library" / "Application Support" / "Quellin";
+  std::filesystem::path path = defaultStorePath(homeFolder);
   std::error_code reportedWhenOpening;
-  std::filesystem::create_directories(folder, reportedWhenOpening);
-  return folder / "QuellinSessions.store";
+  std::filesystem::create_directories(path.parent_path(), reportedWhenOpening);
+  return path;
+}
+
+std::filesystem::path PowerSessionStore::defaultStorePath(const HomeFolderLookup& homeFolder) {
+  return homeFolder() / "Library" / "Application Support" / "Quellin" / "QuellinSessions.store";
 }
 
 std::string PowerSessionStore::normalizedTitle(const std::optional<std::string>& title, Instant startedAt,

@@ -73,6 +73,10 @@ class PowerSessionStore {
   [[nodiscard]] static std::filesystem::path defaultStoreURL(
       const HomeFolderLookup& homeFolder = quellin::homeFolder);
 
+  /// The same place, only named: nothing is made.
+  [[nodiscard]] static std::filesystem::path defaultStorePath(
+      const HomeFolderLookup& homeFolder = quellin::homeFolder);
+
   /// `title` without the white space around it; without a title, or with nothing but white space, "Power
   /// Session " and the start in the user's locale.
   [[nodiscard]] static std::string normalizedTitle(const std::optional<std::string>& title, Instant startedAt,

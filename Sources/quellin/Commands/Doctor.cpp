@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 #include <tuple>
 
 #include "QuellinCore/Services/ProTelemetryService.h"
@@ -9,7 +10,7 @@
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/Table.h"
 #include "quellin/Storage/StoreHealth.h"
-#include "quellin/Terminal/LiveLine.h"
+#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 namespace {
@@ -38,6 +39,31 @@ Style styleOf(SourceAvailability availability) {
       return Style::bad;
   }
   return Style::plain;
+}
+
+Style styleOf(StoreState state) {
+  if (state == StoreState::missing) return Style::plain;
+  return state == StoreState::whole ? Style::good : Style::bad;
+}
+
+std::string_view verdictOn(StoreState state) {
+  switch (state) {
+    case StoreState::missing:
+      return "not made yet";
+    case StoreState::whole:
+      return "whole";
+    case StoreState::damaged:
+      return "damaged";
+    case StoreState::notAStore:
+      return "something else";
+    case StoreState::tooNew:
+      return "of a later version";
+    case StoreState::locked:
+      return "in use";
+    case StoreState::unusable:
+      return "not usable";
+  }
+  return "";
 }
 
 class Presentation {
@@ -81,13 +107,15 @@ class Presentation {
   }
 
   void showStore(const StoreHealth& store) const {
-    if (!store.exists) {
-      heading("Session store", Style::plain, "not made yet");
+    heading("Session store", styleOf(store.state), verdictOn(store.state));
+    if (store.state == StoreState::missing) {
       return detail(store.path + " is made by the first 'quellin record'.");
     }
-    heading("Session store", store.isWhole ? Style::good : Style::bad, store.isWhole ? "whole" : "damaged");
-    detail(store.path + ": " + byteText(static_cast<double>(store.bytes)) +
-           ", sessions: " + whole(store.sessions) + (brief_ ? "" : ", samples: " + whole(store.samples)));
+    const bool isCounted = store.isWhole || store.sessions > 0;
+    if (isCounted) {
+      detail(store.path + ": " + byteText(static_cast<double>(store.bytes)) +
+             ", sessions: " + whole(store.sessions) + (brief_ ? "" : ", samples: " + whole(store.samples)));
+    }
     if (store.problem) detail(*store.problem);
   }
 
@@ -98,14 +126,11 @@ class Presentation {
 };
 
 StoreHealth examine(const Invocation& invocation) {
-  LiveLine live{invocation, systemMonotonicClock(), LiveLine::untilSlow};
-  auto health =
-      examineStore(invocation.options, invocation.options.brief ? Examination::brief : Examination::full,
-                   [&](std::int64_t read, std::int64_t all) {
-                     live.show("reading the store: " + whole(read) + " of " + counted(all, "session"));
-                   });
-  live.end();
-  return health;
+  SlowWork work{invocation, "opening the store"};
+  return examineStore(invocation.options, invocation.options.brief ? Examination::brief : Examination::full,
+                      [&](std::int64_t read, std::int64_t all) {
+                        work.now("reading the store: " + whole(read) + " of " + counted(all, "session"));
+                      });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
@@ -7,45 +8,41 @@
 #include "quellin/Storage/NewFile.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
-#include "quellin/Terminal/LiveLine.h"
+#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 
 namespace {
 
-// Tells how much of a long export is written.
+// Tells how far a long export has come.
 class ExportProgress {
  public:
-  explicit ExportProgress(const Invocation& invocation)
-      : live_(invocation, systemMonotonicClock(), LiveLine::untilSlow),
-        // A terminal that shows the export itself has no line to spare.
-        isWanted_(invocation.options.output || !invocation.outTerminal.isTerminal) {}
+  explicit ExportProgress(const Invocation& invocation) {
+    // A terminal that shows the export itself has no line to spare.
+    if (invocation.options.output || !invocation.outTerminal.isTerminal) {
+      work_.emplace(invocation, "summing up the session");
+    }
+  }
 
   void add(std::size_t bytes) {
     bytes_ += bytes;
-    if (!isWanted_ || bytes_ - shownBytes_ < step) return;
-    shownBytes_ = bytes_;
-    live_.show(byteText(static_cast<double>(bytes_)) + " exported");
+    if (work_) work_->now(byteText(static_cast<double>(bytes_)) + " exported");
   }
-  void end() { live_.end(); }
+  void end() { work_.reset(); }
 
  private:
-  static constexpr std::size_t step = 1'000'000;
-
-  LiveLine live_;
-  bool isWanted_;
+  std::optional<SlowWork> work_;
   std::size_t bytes_ = 0;
-  std::size_t shownBytes_ = 0;
 };
 
 }  // namespace
 
 ExitStatus exportSession(const Invocation& invocation) {
   const Options& options = invocation.options;
+  ExportProgress progress{invocation};
   const auto store = openRecordedStore(options);
   const auto session = findSession(*store, options.word);
   const Instant now = systemWallClock().now();
-  ExportProgress progress{invocation};
   if (!options.output) {
     store->exportJSONL(session, now, [&](std::string_view text) {
       invocation.out.write(text);

@@ -1,3 +1,9 @@
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "QuellinCore/Services/HelperInstallation.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
@@ -8,12 +14,19 @@
 #include "quellin/Presentation/SessionProgress.h"
 #include "quellin/Presentation/SessionReport.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
 #include "quellin/Terminal/LiveLine.h"
+#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 namespace {
+
+bool isToolInstalled() {
+  std::error_code unknown;
+  return std::filesystem::exists(installedHelperPath, unknown);
+}
 
 // One recording, from the first sample to the summary.
 class Recording {
@@ -23,7 +36,8 @@ class Recording {
         host_(host),
         recorder_(
             loop_.executor(),
-            openStore(invocation.options, {.executor = loop_.executor(), .clock = *host.wallClock}),
+            openStore(invocation.options,
+                      {.executor = loop_.executor(), .clock = *host.wallClock, .dateText = frugalDateText()}),
             invocation.options.processInterval,
             [&host](int limit, Seconds interval) { return host.topProcesses(limit, interval); },
             makeBackground(), *host.wallClock),
@@ -48,7 +62,9 @@ class Recording {
                     "the session was deleted from elsewhere; nothing is left of it. 'quellin record' begins "
                     "another."};
     }
+    SlowWork work{invocation_, "summing up the session"};
     const SessionReport report = sessionReport(*recorder_.store(), session_);
+    work.end();
     if (invocation_.options.json) {
       writeJSON(invocation_.out, report);
     } else {
@@ -70,7 +86,9 @@ class Recording {
 
   // The live line goes on from where the session stood.
   void goOn() {
+    SlowWork work{invocation_, "summing up what is recorded"};
     recorder_.refreshSummary();
+    work.end();
     if (invocation_.options.title) {
       invocation_.talk.say("the active session keeps its title; --title is for a new one.");
     }
@@ -113,7 +131,7 @@ class Recording {
   // Telemetry that was asked for and does not come is told of once.
   void tellOfTelemetry() {
     if (!invocation_.options.telemetry || hasToldOfTelemetry_) return;
-    const auto remark = missingTelemetryText(host_.isNative, telemetry_.latest());
+    const auto remark = missingTelemetryText(host_.isNative, isToolInstalled(), telemetry_.latest());
     if (!remark) return;
     live_.end();
     invocation_.talk.say(*remark);
@@ -142,7 +160,9 @@ ExitStatus record(const Invocation& invocation) {
     throw Failure{ExitStatus::nothingMeasurable,
                   "nothing can be measured here. 'quellin doctor' says why and what would help."};
   }
+  std::optional<SlowWork> opening{std::in_place, invocation, "opening the store"};
   Recording recording{invocation, host};
+  opening.reset();
   recording.run();
   recording.showSummary();
   return ExitStatus::ok;

@@ -7,6 +7,7 @@
 #include "quellin/Presentation/Table.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
+#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 namespace {
@@ -14,13 +15,16 @@ namespace {
 using Ending = void (PowerSessionStore::*)(const std::shared_ptr<PowerSession>&, Instant);
 
 ExitStatus endActive(const Invocation& invocation, Ending ending, const std::string& word) {
+  SlowWork work{invocation, "ending the session"};
   const auto store = openRecordedStore(invocation.options);
   const auto session = store->activeSession();
   if (!session) {
+    work.end();
     invocation.talk.say("nothing is being recorded. 'quellin record' begins a session.");
     return ExitStatus::negative;
   }
   ((*store).*ending)(session, systemWallClock().now());
+  work.end();
   invocation.talk.say(word + " session " + shortID(*session) + ", " + printable(session->title()) + ".");
   return ExitStatus::ok;
 }
@@ -28,8 +32,10 @@ ExitStatus endActive(const Invocation& invocation, Ending ending, const std::str
 }  // namespace
 
 ExitStatus listSessions(const Invocation& invocation) {
+  SlowWork work{invocation, "reading the store"};
   const auto store = openRecordedStore(invocation.options);
   const auto sessions = store->sessions();
+  work.end();
   if (invocation.options.json) {
     std::vector<PowerSessionMetadataDTO> records;
     records.reserve(sessions.size());
@@ -62,6 +68,7 @@ ExitStatus interruptSession(const Invocation& invocation) {
 }
 
 ExitStatus deleteSession(const Invocation& invocation) {
+  SlowWork work{invocation, "deleting the session"};
   const auto store = openRecordedStore(invocation.options);
   const auto session = findSession(*store, invocation.options.word);
   if (session->status() == PowerSessionStatus::active && !invocation.options.force) {
@@ -72,6 +79,7 @@ ExitStatus deleteSession(const Invocation& invocation) {
   }
   const std::string name = shortID(*session) + ", " + printable(session->title());
   store->remove(session);
+  work.end();
   invocation.talk.say("deleted session " + name + ".");
   return ExitStatus::ok;
 }

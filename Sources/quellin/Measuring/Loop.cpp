@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <list>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -47,6 +48,9 @@ struct Loop::State {
   boost::asio::signal_set signals{signalContext, SIGINT, SIGTERM};
   int interruptions = 0;      // seen by the signals' thread
   std::atomic<int> heard{0};  // by the loop's
+  std::atomic<bool> isStopped{false};
+  std::mutex suddenEndMutex;
+  std::function<void()> suddenEnd;
   std::thread signalThread;
 
   State() {
@@ -62,12 +66,18 @@ struct Loop::State {
   State(State&&) = delete;
   State& operator=(State&&) = delete;
 
+  [[noreturn]] void endSuddenly() {
+    const std::lock_guard lock{suddenEndMutex};
+    if (suddenEnd) suddenEnd();
+    std::_Exit(static_cast<int>(ExitStatus::failed));
+  }
+
   void waitForSignal() {
     signals.async_wait([this](const boost::system::error_code& error, int) {
       if (error) return;
       waitForSignal();
       const int time = ++interruptions;
-      if (time > heard + 1) std::_Exit(static_cast<int>(ExitStatus::failed));
+      if (time > 1 && (time > heard + 1 || isStopped)) endSuddenly();
       boost::asio::post(context, [this, time] {
         heard = time;
         if (interrupted) interrupted(time);
@@ -83,6 +93,11 @@ Loop::~Loop() = default;
 std::shared_ptr<MainExecutor> Loop::executor() const { return state_->executor; }
 
 void Loop::onInterrupt(std::function<void(int)> action) { state_->interrupted = std::move(action); }
+
+void Loop::onSuddenEnd(std::function<void()> action) {
+  const std::lock_guard lock{state_->suddenEndMutex};
+  state_->suddenEnd = std::move(action);
+}
 
 void Loop::onSignal(int signal, std::function<void()> action) {
   auto& set = state_->others.emplace_back(state_->context, signal);
@@ -100,6 +115,9 @@ void Loop::after(Seconds delay, std::function<void()> action) {
 
 void Loop::run() { state_->context.run(); }
 
-void Loop::stop() { state_->context.stop(); }
+void Loop::stop() {
+  state_->isStopped = true;
+  state_->context.stop();
+}
 
 }  // namespace quellin::cli

@@ -22,8 +22,13 @@ class Loop {
   [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
 
   /// Calls `action` when the user or the system asks the program to end, with 1 the first time, then 2, and
-  /// so on. Asked again before the loop came to hear the last time, the process ends at once as failed.
+  /// so on. Asked again before the loop came to hear the last time, or after it was stopped, the process ends
+  /// at once as failed.
   void onInterrupt(std::function<void(int time)> action);
+
+  /// Calls `action` right before the process ends at once, on another thread than the loop's, which may be
+  /// anywhere then.
+  void onSuddenEnd(std::function<void()> action);
 
   /// Calls `action` whenever the process gets the signal, which then has no other effect.
   void onSignal(int signal, std::function<void()> action);

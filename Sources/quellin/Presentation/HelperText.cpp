@@ -1,6 +1,17 @@
 #include "quellin/Presentation/HelperText.h"
 
+#include "QuellinCore/Services/HelperInstallation.h"
+
 namespace quellin::cli {
+namespace {
+
+// A tool that fails silently gives an empty reason.
+std::string reasonIn(const ProTelemetrySnapshot& snapshot) {
+  const std::string given = snapshot.error.value_or("");
+  return given.empty() ? "the tool gave none" : given;
+}
+
+}  // namespace
 
 std::string helperText(const HelperStatus& status) {
   std::string text = status.path + ": ";
@@ -22,11 +33,15 @@ std::string helperText(const HelperStatus& status) {
   return text;
 }
 
-std::optional<std::string> missingTelemetryText(bool isNative,
+std::optional<std::string> missingTelemetryText(bool isNative, bool isInstalled,
                                                 const std::optional<ProTelemetrySnapshot>& latest) {
   if (!isNative) return "--telemetry has no effect: the installed tool measures this machine only.";
   if (!latest || latest->isAvailable) return std::nullopt;
-  return "no telemetry: " + latest->error.value_or("the tool gave none") +
+  if (!isInstalled) {
+    return "no telemetry: there is no tool at " + std::string{installedHelperPath} +
+           ". 'quellin helper install' installs it; the recording goes on without.";
+  }
+  return "no telemetry: " + reasonIn(*latest) +
          ". 'quellin helper status' says more; the recording goes on without.";
 }
 

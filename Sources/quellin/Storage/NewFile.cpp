@@ -24,6 +24,7 @@ NewFile::NewFile(std::string path) : path_(std::move(path)), temporaryPath_(path
   }
   file_ = FileDescriptor{mkstemp(temporaryPath_.data())};
   if (!file_) fail(errno);
+  removal_.watch(temporaryPath_);
 }
 
 NewFile::~NewFile() { static_cast<void>(::unlink(temporaryPath_.c_str())); }

@@ -5,13 +5,15 @@
 
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "quellin/CommandLine/Failure.h"
+#include "quellin/Storage/RemovalOnSignal.h"
 
 namespace quellin::cli {
 
 /// The failure to write a file because there is one of that name.
 [[nodiscard]] Failure alreadyThere(const std::string& path);
 
-/// A file that appears under its name only when it is whole. Unless it is published, nothing is left of it.
+/// A file that appears under its name only when it is whole. Unless it is published, nothing is left of it,
+/// also when the user or the system ends the process meanwhile. One at a time.
 class NewFile {
  public:
   /// Begins a file beside `path`, which only its owner may read. Throws `Failure`, also where the name
@@ -35,6 +37,7 @@ class NewFile {
 
   std::string path_;
   std::string temporaryPath_;
+  RemovalOnSignal removal_;
   FileDescriptor file_;
 };
 

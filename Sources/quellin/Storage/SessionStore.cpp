@@ -7,12 +7,12 @@
 namespace quellin::cli {
 
 std::filesystem::path storePath(const Options& options) {
-  return options.store ? *options.store : PowerSessionStore::defaultStoreURL();
+  return options.store ? *options.store : PowerSessionStore::defaultStorePath();
 }
 
 std::shared_ptr<PowerSessionStore> openStore(const Options& options,
                                              PowerSessionStoreSurroundings surroundings) {
-  return std::make_shared<PowerSessionStore>(version, storePath(options), false, std::move(surroundings));
+  return std::make_shared<PowerSessionStore>(version, options.store, false, std::move(surroundings));
 }
 
 std::shared_ptr<PowerSessionStore> openRecordedStore(const Options& options) {

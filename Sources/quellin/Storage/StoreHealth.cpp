@@ -13,9 +13,25 @@ std::int64_t sizeOf(const std::filesystem::path& path) {
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
+StoreState stateAfter(StoreError::Kind kind) {
+  switch (kind) {
+    case StoreError::Kind::damaged:
+      return StoreState::damaged;
+    case StoreError::Kind::notAStore:
+      return StoreState::notAStore;
+    case StoreError::Kind::tooNew:
+      return StoreState::tooNew;
+    case StoreError::Kind::locked:
+      return StoreState::locked;
+    default:
+      return StoreState::unusable;
+  }
+}
+
 void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination examination,
                      const std::function<void(std::int64_t, std::int64_t)>& progress) {
   const auto sessions = store.sessions();
+  health.state = StoreState::whole;
   health.sessions = static_cast<std::int64_t>(sessions.size());
   if (examination == Examination::brief) return;
   std::int64_t read = 0;
@@ -27,6 +43,7 @@ void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination 
     if (!check.isWhole()) ++damaged;
   }
   if (damaged == 0) return;
+  health.state = StoreState::damaged;
   health.isWhole = false;
   health.problem = std::to_string(damaged) +
                    " of the sessions are damaged in part. Export what can be read with 'quellin export'.";
@@ -44,6 +61,7 @@ StoreHealth examineStore(const Options& options, Examination examination,
   try {
     examineSessions(health, *openStore(options), examination, progress);
   } catch (const StoreError& failure) {
+    health.state = stateAfter(failure.kind());
     health.isWhole = false;
     health.problem = failure.what();
   }

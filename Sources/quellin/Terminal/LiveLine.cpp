@@ -5,13 +5,12 @@
 namespace quellin::cli {
 
 void LiveLine::show(const std::string& text) {
-  const Seconds now = clock_.now();
-  if (now < silentUntil_) return;
   if (terminal_.isTerminal && !terminal_.isDumb) {
-    talk_.raw("\r" + firstColumns(printable(text), terminal_.width.value_or(80) - 1) + "\x1b[K");
+    talk_.raw("\r" + firstColumns(printable(text), terminal_.presentWidth().value_or(80) - 1) + "\x1b[K");
     isShowing_ = true;
     return;
   }
+  const Seconds now = clock_.now();
   if (lastAt_ && now - *lastAt_ < pause) return;
   lastAt_ = now;
   talk_.say(text);

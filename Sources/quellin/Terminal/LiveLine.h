@@ -12,16 +12,9 @@ namespace quellin::cli {
 /// that can do that, else a line of its own every ten seconds.
 class LiveLine {
  public:
-  /// What may be over in a moment is silent for this long.
-  static constexpr Seconds untilSlow{1};
-
-  /// Nothing is shown before `silence` has passed.
-  explicit LiveLine(const Invocation& invocation, const MonotonicClock& clock = systemMonotonicClock(),
-                    Seconds silence = Seconds{0})
-      : talk_(invocation.talk),
-        terminal_(invocation.talkTerminal),
-        clock_(clock),
-        silentUntil_(clock.now() + silence) {}
+  /// All must outlive it.
+  explicit LiveLine(const Invocation& invocation, const MonotonicClock& clock = systemMonotonicClock())
+      : talk_(invocation.talk), terminal_(invocation.talkTerminal), clock_(clock) {}
 
   /// Shows `text` instead of what was shown before.
   void show(const std::string& text);
@@ -35,7 +28,6 @@ class LiveLine {
   const Talk& talk_;
   const Terminal& terminal_;
   const MonotonicClock& clock_;
-  Seconds silentUntil_;
   bool isShowing_ = false;
   std::optional<Seconds> lastAt_;
 };

@@ -45,10 +45,14 @@ Terminal Terminal::at(int descriptor, const Environment& environment) {
   terminal.width = positiveNumber(environment("COLUMNS"));
   terminal.height = positiveNumber(environment("LINES"));
   if (!terminal.isTerminal) return terminal;
-  const winsize own = ownSize(descriptor);
-  if (!terminal.width) terminal.width = orUsual(own.ws_col, 80);
-  if (!terminal.height) terminal.height = orUsual(own.ws_row, 24);
+  if (!terminal.width) terminal.sizedBy = descriptor;
+  terminal.width = terminal.presentWidth();
+  if (!terminal.height) terminal.height = orUsual(ownSize(descriptor).ws_row, 24);
   return terminal;
+}
+
+std::optional<std::size_t> Terminal::presentWidth() const {
+  return sizedBy ? orUsual(ownSize(*sizedBy).ws_col, 80) : width;
 }
 
 std::string Terminal::styled(Style style, std::string_view text) const {

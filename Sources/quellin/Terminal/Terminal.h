@@ -27,6 +27,12 @@ struct Terminal {
   std::optional<std::size_t> height =
       {};  ///< rows: LINES, else the terminal's own; absent in a pipe or a file
 
+  /// Whose size counts; absent where COLUMNS says it, and in a pipe or a file.
+  std::optional<int> sizedBy = {};
+
+  /// The columns right now: a window may have been pulled since.
+  [[nodiscard]] std::optional<std::size_t> presentWidth() const;
+
   /// The terminal, or what takes its place, behind `descriptor`.
   [[nodiscard]] static Terminal at(int descriptor, const Environment& environment);
 

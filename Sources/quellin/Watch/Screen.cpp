@@ -11,6 +11,7 @@
 #include <curses.h>
 
 #include "quellin/CommandLine/Failure.h"
+#include "quellin/Watch/ScreenRescue.h"
 
 namespace quellin::cli {
 namespace {
@@ -63,15 +64,18 @@ struct Screen::Handle {
   std::unique_ptr<SCREEN, ScreenDeleter> screen;
   WINDOW* window = nullptr;  // all of the screen, which owns it
   bool hasColours = false;
+  std::function<void()> rescue;
 };
 
 Screen::Screen(bool hasColours) : handle_(std::make_unique<Handle>()) {
+  const auto settings = terminalSettings();
   handle_->screen.reset(newterm(nullptr, stdout, stdin));
   if (!handle_->screen) {
     throw Failure{ExitStatus::failed,
                   "watch: this kind of terminal is not known here. Set TERM to one that is, such as xterm."};
   }
   handle_->window = stdscr;
+  handle_->rescue = screenRescue(settings);
   cbreak();
   noecho();
   nodelay(handle_->window, TRUE);
@@ -107,6 +111,8 @@ void Screen::show(const Canvas& canvas) {
   }
   wrefresh(handle_->window);
 }
+
+const std::function<void()>& Screen::rescue() const { return handle_->rescue; }
 
 std::optional<int> Screen::key() {
   const int key = wgetch(handle_->window);

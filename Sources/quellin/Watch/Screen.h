@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -28,6 +29,9 @@ class Screen {
 
   /// Shows the canvas; only what has changed is sent.
   void show(const Canvas& canvas);
+
+  /// What gives the terminal back without this object, from any thread: for a process that ends at once.
+  [[nodiscard]] const std::function<void()>& rescue() const;
 
   /// The next key that was pressed; no value when there is none.
   [[nodiscard]] std::optional<int> key();

@@ -44,6 +44,7 @@ Watch::Watch(const Invocation& invocation, const MeasuredHost& host)
 void Watch::run() {
   listen();
   screen_.emplace(invocation_.outTerminal.hasColours);
+  loop_.onSuddenEnd(screen_->rescue());
   input_.emplace(STDIN_FILENO, loop_.executor(),
                  [this](InputState state) { state == InputState::gone ? quit() : readKeys(); });
   states_ = engine_.observeCurrentState([this](const SystemPowerState& state) { onState(state); });
@@ -52,6 +53,7 @@ void Watch::run() {
   loop_.run();
   input_.reset();
   screen_.reset();
+  loop_.onSuddenEnd({});
   session_.end();
   if (damage_) throw Failure{ExitStatus::failed, *damage_};
   const auto failure = session_.failure();

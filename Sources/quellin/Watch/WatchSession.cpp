@@ -5,6 +5,7 @@
 
 #include "quellin/Presentation/SessionProgress.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
 
@@ -62,7 +63,8 @@ std::optional<std::string> WatchSession::failure() const {
 }
 
 void WatchSession::open() {
-  auto store = openStore(options_, {.executor = loop_.executor(), .clock = *host_.wallClock});
+  auto store = openStore(
+      options_, {.executor = loop_.executor(), .clock = *host_.wallClock, .dateText = frugalDateText()});
   recorder_ = std::make_unique<PowerSessionRecorder>(
       loop_.executor(), std::move(store), options_.processInterval,
       [this](int limit, Seconds interval) { return host_.topProcesses(limit, interval); }, makeBackground(),

@@ -369,7 +369,10 @@ TEST_F(PowerSessionStoreTest, InMemoryNothingIsWrittenAndThePathIsIgnored) {
 
 TEST_F(PowerSessionStoreTest, WithoutAPathTheStoreLiesInTheHomeFolder) {
   const auto expected = folder.path() / "Library/Application Support/Quellin/QuellinSessions.store";
-  EXPECT_EQ(PowerSessionStore::defaultStoreURL([this] { return folder.path(); }), expected);
+  const auto home = [this] { return folder.path(); };
+  EXPECT_EQ(PowerSessionStore::defaultStorePath(home), expected);
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "Library")) << "naming the place makes nothing";
+  EXPECT_EQ(PowerSessionStore::defaultStoreURL(home), expected);
   EXPECT_TRUE(std::filesystem::is_directory(expected.parent_path()));
   PowerSessionStore atDefault("0.9.4", std::nullopt, false, surroundings());
   EXPECT_EQ(atDefault.container().path(), expected);

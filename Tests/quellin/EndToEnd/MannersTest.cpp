@@ -17,7 +17,9 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
+using testing_support::contentOf;
 using testing_support::FrontEnd;
 using testing_support::macbook;
 using testing_support::ProgramResult;
@@ -125,6 +127,9 @@ TEST_F(MannersTest, LookingForSessionsMakesNoStore) {
     EXPECT_EQ(frontEnd.run(words).exitStatus, exitStatus) << arguments.front();
     EXPECT_FALSE(std::filesystem::exists(missing)) << arguments.front();
   }
+  EXPECT_EQ(frontEnd.run({"sessions"}).exitStatus, 0);
+  EXPECT_EQ(frontEnd.run({"doctor", "--source", macbook}).exitStatus, 0);
+  EXPECT_TRUE(std::filesystem::is_empty(frontEnd.home().path())) << "not even the folder of the store";
   EXPECT_THAT(frontEnd.run({"sessions", "--store", missing}).error,
               HasSubstr("there are no sessions in " + missing + " yet."));
 }
@@ -141,9 +146,28 @@ TEST_F(MannersTest, DoctorTellsAWholeStoreFromADamagedOne) {
   EXPECT_EQ(whole.exitStatus, 0);
   EXPECT_THAT(whole.output,
               AllOf(HasSubstr("Session store         whole\n"), HasSubstr(", sessions: 1, samples: 216\n")));
-  const ProgramResult damaged = with(frontEnd.home().write("damaged.store", std::string(8192, 'x')));
+  const std::string store =
+      contentOf(frontEnd.pathOf("Library/Application Support/Quellin/QuellinSessions.store"));
+  const ProgramResult damaged =
+      with(frontEnd.home().write("damaged.store", store.substr(0, store.size() - 8192)));
   EXPECT_THAT(damaged.output, HasSubstr("Session store         damaged\n"));
   EXPECT_EQ(damaged.exitStatus, 3);
+}
+
+TEST_F(MannersTest, DoctorSaysWhatStandsInThePlaceOfAStore) {
+  const std::string foreign = frontEnd.home().write("notes.txt", std::string(8192, 'x'));
+  const std::string folder = frontEnd.home().path().string();
+  for (const auto& [path, cause] : std::vector<std::pair<std::string, std::string>>{
+           {foreign, ": file is not a database. "}, {folder, ": this is a folder. "}}) {
+    const ProgramResult result = frontEnd.run({"doctor", "--source", macbook, "--store", path});
+    EXPECT_EQ(result.exitStatus, 3);
+    EXPECT_THAT(
+        result.output,
+        AllOf(HasSubstr("Session store         something else\n    The session store " + path + cause),
+              Not(HasSubstr("samples"))));
+    EXPECT_THAT(frontEnd.run({"doctor", "--source", macbook, "--json", "--store", path}).output,
+                HasSubstr("\"state\" : \"notAStore\""));
+  }
 }
 
 TEST_F(MannersTest, AStoreThatCannotBeOpenedIsNamedWithAWayOut) {

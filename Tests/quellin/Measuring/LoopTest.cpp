@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdio>
 #include <limits>
 #include <stdexcept>
 #include <thread>
@@ -62,6 +63,36 @@ TEST(LoopTest, RequestsToEndAreCounted) {
   loop.after(Seconds{0}, [] { std::raise(SIGINT); });
   loop.run();
   EXPECT_THAT(times, ElementsAre(1, 2));
+}
+
+TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsOver) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Loop loop;
+        loop.onInterrupt([&](int) { loop.stop(); });
+        loop.after(Seconds{0}, [] { std::raise(SIGINT); });
+        loop.run();
+        std::raise(SIGINT);
+        for (;;) std::this_thread::yield();  // a summary that takes its time
+      },
+      testing::ExitedWithCode(1), "");
+}
+
+TEST(LoopTest, TheLastThingBeforeASuddenEndIsWhatWasAskedFor) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Loop loop;
+        loop.onSuddenEnd([] { std::fputs("rescued", stderr); });
+        loop.after(Seconds{0}, [] {
+          std::raise(SIGINT);
+          std::raise(SIGINT);
+          for (;;) std::this_thread::yield();
+        });
+        loop.run();
+      },
+      testing::ExitedWithCode(1), "rescued");
 }
 
 TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsHeldUp) {

@@ -43,22 +43,38 @@ TEST(HelperTextTest, AToolWithoutItsRightsIsToldApart) {
 }
 
 TEST(MissingTelemetryTextTest, AnotherMachineHasNone) {
-  EXPECT_THAT(missingTelemetryText(false, std::nullopt)->c_str(), HasSubstr("measures this machine only"));
+  EXPECT_THAT(missingTelemetryText(false, true, std::nullopt)->c_str(),
+              HasSubstr("measures this machine only"));
 }
 
 TEST(MissingTelemetryTextTest, NothingIsSaidWhileItMayStillComeOrOnceItIsThere) {
-  EXPECT_EQ(missingTelemetryText(true, std::nullopt), std::nullopt);
+  EXPECT_EQ(missingTelemetryText(true, false, std::nullopt), std::nullopt);
   ProTelemetrySnapshot there;
   there.isAvailable = true;
-  EXPECT_EQ(missingTelemetryText(true, there), std::nullopt);
+  EXPECT_EQ(missingTelemetryText(true, true, there), std::nullopt);
 }
 
 TEST(MissingTelemetryTextTest, TheToolsOwnReasonIsGiven) {
   ProTelemetrySnapshot failed;
   failed.error = "powermetrics exited with status 1";
   EXPECT_THAT(
-      *missingTelemetryText(true, failed),
+      *missingTelemetryText(true, true, failed),
       AllOf(StartsWith("no telemetry: powermetrics exited with status 1. "), EndsWith("goes on without.")));
+}
+
+TEST(MissingTelemetryTextTest, AToolThatFailsSilentlyIsSaidToGiveNone) {
+  ProTelemetrySnapshot failed;
+  failed.error = "";
+  EXPECT_THAT(*missingTelemetryText(true, true, failed),
+              StartsWith("no telemetry: the tool gave none. 'quellin helper status'"));
+}
+
+TEST(MissingTelemetryTextTest, AToolThatIsNotInstalledIsNamedWithItsPlaceAndTheWayToGetIt) {
+  ProTelemetrySnapshot failed;
+  failed.error = "No such file or directory";
+  EXPECT_EQ(*missingTelemetryText(true, false, failed),
+            "no telemetry: there is no tool at /Library/PrivilegedHelperTools/org.quellin.helper. 'quellin "
+            "helper install' installs it; the recording goes on without.");
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -31,6 +35,18 @@ struct NewFileTest : testing::Test {
     return names;
   }
 };
+
+// How a copy of this process ended that did something and then, if it still was there, exited.
+int statusOfCopy(const std::function<void()>& body) {
+  const pid_t copy = fork();
+  if (copy == 0) {
+    body();
+    _exit(0);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(copy, &status, 0), copy);
+  return status;
+}
 
 TEST_F(NewFileTest, AppearsWholeUnderItsNameAndLeavesNothingElse) {
   {
@@ -83,6 +99,41 @@ TEST_F(NewFileTest, ReplacesAFileWhenToldTo) {
     file.publish(true);
   }
   EXPECT_EQ(contentOf(path), "new");
+  EXPECT_THAT(files(), ElementsAre("export.jsonl"));
+}
+
+TEST_F(NewFileTest, ASignalThatEndsTheProcessLeavesNothing) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const int status = statusOfCopy([&] {
+      NewFile file{path};
+      file.write("half");
+      if (files().size() != 1) return;
+      std::raise(signal);
+      for (;;) pause();
+    });
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+    EXPECT_THAT(files(), IsEmpty());
+  }
+}
+
+TEST_F(NewFileTest, ASignalThatIsIgnoredStaysIgnored) {
+  const int status = statusOfCopy([&] {
+    std::signal(SIGHUP, SIG_IGN);
+    NewFile file{path};
+    std::raise(SIGHUP);
+    file.write("whole");
+    file.publish(false);
+  });
+  EXPECT_TRUE(WIFEXITED(status)) << status;
+  EXPECT_EQ(contentOf(path), "whole");
+}
+
+TEST_F(NewFileTest, SignalsHaveTheirOwnEffectAgainAfterwards) {
+  const int status = statusOfCopy([&] {
+    NewFile{path}.publish(false);
+    std::raise(SIGTERM);
+  });
+  EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
   EXPECT_THAT(files(), ElementsAre("export.jsonl"));
 }
 

@@ -2,67 +2,69 @@
 
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Support/FileDescriptor.h"
 #include "Support/ManualClock.h"
+#include "quellin/Support/PseudoTerminal.h"
+#include "quellin/Support/TalkPipe.h"
 #include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
 namespace {
 
 using testing_support::ManualMonotonicClock;
+using testing_support::PseudoTerminal;
+using testing_support::TalkPipe;
 
-// A live line on a terminal that is described, with its text going into a pipe.
 struct LiveLineTest : testing::Test {
-  Pipe pipe = std::move(*Pipe::open());
-  Options options;
-  Output out{pipe.writeEnd.get()};
-  Talk talk{pipe.writeEnd.get()};
+  TalkPipe pipe;
   ManualMonotonicClock clock;
-
-  [[nodiscard]] Invocation on(const Terminal& terminal) {
-    return {.options = options,
-            .out = out,
-            .talk = talk,
-            .outTerminal = terminal,
-            .talkTerminal = terminal,
-            .program = ""};
-  }
-
-  std::string said() {
-    pipe.writeEnd.reset();
-    return readToEnd(pipe.readEnd.get());
-  }
 };
 
 TEST_F(LiveLineTest, ATerminalShowsOneLineThatChanges) {
-  const Invocation invocation =
-      on({.isTerminal = true, .isDumb = false, .hasColours = false, .width = std::size_t{20}});
+  const Invocation invocation = pipe.onTerminal(20);
   LiveLine line{invocation, clock};
   line.show("1 sample");
   line.show("2 samples");
   line.end();
   line.end();
-  EXPECT_EQ(said(), "\r1 sample\x1b[K\r2 samples\x1b[K\n");
+  EXPECT_EQ(pipe.said(), "\r1 sample\x1b[K\r2 samples\x1b[K\n");
 }
 
 TEST_F(LiveLineTest, TheLineNeverRunsIntoTheNext) {
-  const Invocation invocation =
-      on({.isTerminal = true, .isDumb = false, .hasColours = false, .width = std::size_t{6}});
+  const Invocation invocation = pipe.onTerminal(6);
   LiveLine line{invocation, clock};
   line.show("12 °C, much more");
-  EXPECT_EQ(said(), "\r12 °C\x1b[K");
+  EXPECT_EQ(pipe.said(), "\r12 °C\x1b[K");
+}
+
+TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
+  const PseudoTerminal window{20, 24};
+  const Invocation invocation =
+      pipe.on(Terminal::at(window.slave(), [](const std::string& name) -> std::optional<std::string> {
+        return name == "TERM" ? std::optional<std::string>{"xterm"} : std::nullopt;
+      }));
+  LiveLine line{invocation, clock};
+  line.show("0 s, 1 sample, 12 W");
+  window.resize(8, 24);
+  line.show("0 s, 2 samples, 12 W");
+  EXPECT_EQ(pipe.said(), "\r0 s, 1 sample, 12 W\x1b[K\r0 s, 2 \x1b[K");
+}
+
+TEST_F(LiveLineTest, WideCharactersTakeTheirColumns) {
+  const Invocation invocation = pipe.onTerminal(7);
+  LiveLine line{invocation, clock};
+  line.show("日本語テ");
+  EXPECT_EQ(pipe.said(), "\r日本語\x1b[K");
 }
 
 TEST_F(LiveLineTest, NamesCannotCommandTheTerminal) {
-  const Invocation invocation =
-      on({.isTerminal = true, .isDumb = false, .hasColours = false, .width = std::size_t{80}});
+  const Invocation invocation = pipe.onTerminal(80);
   LiveLine line{invocation, clock};
   line.show("a\x1b[2Jb");
-  EXPECT_EQ(said(), "\ra?[2Jb\x1b[K");
+  EXPECT_EQ(pipe.said(), "\ra?[2Jb\x1b[K");
 }
 
 TEST_F(LiveLineTest, APipeGetsALineEveryTenSeconds) {
-  const Invocation invocation = on({});
+  const Invocation invocation = pipe.on({});
   LiveLine line{invocation, clock};
   line.show("first");
   clock.advance(Seconds{9.5});
@@ -70,26 +72,16 @@ TEST_F(LiveLineTest, APipeGetsALineEveryTenSeconds) {
   clock.advance(Seconds{0.5});
   line.show("second");
   line.end();
-  EXPECT_EQ(said(), "quellin: first\nquellin: second\n");
-}
-
-TEST_F(LiveLineTest, WhatIsOverInAMomentIsNotShown) {
-  const Invocation invocation = on({});
-  LiveLine line{invocation, clock, LiveLine::untilSlow};
-  clock.advance(Seconds{0.9});
-  line.show("too early");
-  clock.advance(Seconds{0.1});
-  line.show("slow");
-  EXPECT_EQ(said(), "quellin: slow\n");
+  EXPECT_EQ(pipe.said(), "quellin: first\nquellin: second\n");
 }
 
 TEST_F(LiveLineTest, ADumbTerminalIsTreatedAsAPipe) {
   const Invocation invocation =
-      on({.isTerminal = true, .isDumb = true, .hasColours = false, .width = std::size_t{80}});
+      pipe.on({.isTerminal = true, .isDumb = true, .hasColours = false, .width = std::size_t{80}});
   LiveLine line{invocation, clock};
   line.show("first");
   line.end();
-  EXPECT_EQ(said(), "quellin: first\n");
+  EXPECT_EQ(pipe.said(), "quellin: first\n");
 }
 
 }  // namespace

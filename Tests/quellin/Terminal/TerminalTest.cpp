@@ -81,7 +81,18 @@ TEST_F(TerminalTest, APipeHasNeitherColoursNorAWidthUnlessCOLUMNSGivesOne) {
   EXPECT_FALSE(plain.hasColours);
   EXPECT_EQ(plain.width, std::nullopt);
   EXPECT_EQ(plain.height, std::nullopt);
+  EXPECT_EQ(plain.presentWidth(), std::nullopt);
   EXPECT_EQ(Terminal::at(pipe->writeEnd.get(), environmentOf({{"COLUMNS", "40"}})).width, 40U);
+}
+
+TEST_F(TerminalTest, ThePresentWidthIsThatOfTheWindowAsItWasPulled) {
+  const Terminal own = with({{"TERM", "xterm"}});
+  const Terminal told = with({{"TERM", "xterm"}, {"COLUMNS", "66"}});
+  terminal.resize(40, 30);
+  EXPECT_EQ(own.presentWidth(), 40U);
+  EXPECT_EQ(told.presentWidth(), 66U);
+  terminal.resize(0, 0);
+  EXPECT_EQ(own.presentWidth(), 80U);
 }
 
 TEST_F(TerminalTest, StylesShowOnlyWhereThereAreColours) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "QuellinCore/Sessions/Storage/Transaction.h"
 #include "QuellinCore/Support/MainExecutor.h"
 #include "Support/Replay.h"
 #include "Support/TemporaryFolder.h"
@@ -109,6 +110,32 @@ TEST_F(WatchProgramTest, GivesTheTerminalBackOnSignals) {
     EXPECT_FALSE(program.screen().isFullScreen());
     EXPECT_TRUE(program.screen().isCursorVisible());
   }
+}
+
+TEST_F(WatchProgramTest, ASecondSignalGivesTheTerminalBackThoughTheViewIsHeldUp) {
+  TerminalProgram program{start()};
+  EXPECT_TRUE(program.waitFor("Battery draw")) << program.screen().text();
+  program.type("s");
+  EXPECT_TRUE(program.waitFor(" samples,")) << program.screen().text();
+  // Somebody else writes to the store and does not come to an end: the next sample waits for him, and if the
+  // first signal comes before it, the end of the session does.
+  PowerSessionStore other{"test", store(), false, {.executor = std::make_shared<ThreadExecutor>()}};
+  const Transaction writing{other.container().database()};
+  program.sendSignal(SIGINT);
+  program.sendSignal(SIGTERM);
+  EXPECT_EQ(program.finish(), (TerminalEnd{.exitStatus = 1, .signal = 0, .isAsBefore = true}));
+  EXPECT_FALSE(program.screen().isFullScreen());
+  EXPECT_TRUE(program.screen().isCursorVisible());
+}
+
+TEST_F(WatchProgramTest, WatchingAloneMakesNoFolderForTheStore) {
+  TerminalStart usual = start();
+  usual.arguments = {"watch", "--source", exampleTrace(), "--interval", "50ms"};
+  TerminalProgram program{usual};
+  EXPECT_TRUE(program.waitFor("No session is being recorded"));
+  program.type("q");
+  EXPECT_EQ(program.finish(), ended);
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
 }
 
 TEST_F(WatchProgramTest, GivesTheTerminalBackBeforeItTellsWhatIsWrong) {

@@ -26,9 +26,10 @@ void makeMissingFile(const std::filesystem::path& path) {
     throw StoreError(StoreError::Kind::cannotOpen, path, "the file cannot be made: " + error.description());
   }
   std::error_code ignored;
-  if (!std::filesystem::is_regular_file(path, ignored)) {
-    throw StoreError(StoreError::Kind::cannotOpen, path, "there is something else than a file");
-  }
+  const auto status = std::filesystem::status(path, ignored);
+  if (std::filesystem::is_regular_file(status)) return;
+  throw StoreError(StoreError::Kind::notAStore, path,
+                   std::filesystem::is_directory(status) ? "this is a folder" : "this is no ordinary file");
 }
 
 std::filesystem::path besideFile(const std::filesystem::path& path, const char* suffix) {

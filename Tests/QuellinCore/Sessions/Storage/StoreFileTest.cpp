@@ -89,7 +89,20 @@ TEST_F(StoreFileTest, AMissingFolderCannotBeOpened) {
   EXPECT_EQ(
       kindThrownBy([&] { auto ignored = openStoreFile(folder.path() / "none" / "a.store", impatient); }),
       Kind::cannotOpen);
-  EXPECT_EQ(kindThrownBy([&] { auto ignored = openStoreFile(folder.path(), impatient); }), Kind::cannotOpen);
+}
+
+TEST_F(StoreFileTest, WhatIsNoOrdinaryFileIsNamedForWhatItIs) {
+  for (const auto& [place, cause] :
+       {std::pair{folder.path(), "this is a folder"},
+        std::pair{std::filesystem::path{"/dev/null"}, "this is no ordinary file"}}) {
+    try {
+      auto ignored = openStoreFile(place, impatient);
+      FAIL() << place << " opened";
+    } catch (const StoreError& error) {
+      EXPECT_EQ(error.kind(), Kind::notAStore);
+      EXPECT_EQ(error.cause(), cause);
+    }
+  }
 }
 
 TEST_F(StoreFileTest, AFileOfAnotherKindIsLeftAsItWas) {
