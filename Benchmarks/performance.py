@@ -57,6 +57,8 @@ ROWS = [
         "SELECT of the numbers", "process/jq", "`jq`, average of the export"),
     Row("summary of a day, 86,400 samples", "Session/summary/86400", "Session/summary/floor/86400",
         "SELECT of the numbers"),
+    Row("data of a report of a day, 86,400 samples", "Session/report/86400", "Session/summary/86400",
+        "the summary alone"),
     Row("export of an hour, 16.7 MB", "Session/export/3600", "Session/export/floor/3600",
         "SELECT of the blobs, copying the text", "Session/export/instead/3600", "nlohmann::json, line by line"),
     Row("start and end of `quellin --version`", "process/version", "process/true", "`true`",

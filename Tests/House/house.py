@@ -22,6 +22,7 @@ ALLOWED = {
     "QuellinCore/Services": CONTRACTS,
     "QuellinCore/Sessions": ["QuellinCore/Sessions/Storage", *MODELS],
     "QuellinCore/Sessions/Storage": SUPPORT,
+    "QuellinCore/Sessions/Analysis": ["QuellinCore/Sessions", *MODELS],
     "QuellinHelper": ["QuellinHelper/PropertyLists", "QuellinCore/Services", *CONTRACTS],
     "QuellinHelper/PropertyLists": ["QuellinCore/Support"],
     "quellin": ["QuellinCore"],

@@ -20,9 +20,16 @@ CoverageBuilder::CoverageBuilder(Instant startedAt, double sampleInterval)
       longestCoveredSeconds_(quellin::longestCoveredSeconds(sampleInterval)),
       coveredTo_(startedAt) {}
 
-void CoverageBuilder::advance(Instant instant) {
+std::optional<ReadingGap> CoverageBuilder::gapBefore(Instant instant) const {
+  if (!(elapsedSeconds(coveredTo_, instant) > longestCoveredSeconds_)) return std::nullopt;
+  return ReadingGap{.startSeconds = elapsedSeconds(startedAt_, coveredTo_),
+                    .endSeconds = elapsedSeconds(startedAt_, instant)};
+}
+
+std::optional<ReadingGap> CoverageBuilder::advance(Instant instant) {
   const double seconds = elapsedSeconds(coveredTo_, instant);
-  if (seconds > longestCoveredSeconds_) {
+  const std::optional<ReadingGap> gap = gapBefore(instant);
+  if (gap) {
     coverage_.gapCount = checkedAdd(coverage_.gapCount, 1);
     coverage_.longestGapSeconds = std::max(coverage_.longestGapSeconds.value_or(0), seconds);
   } else {
@@ -30,11 +37,18 @@ void CoverageBuilder::advance(Instant instant) {
   }
   // Time that passes again after the clock was set back is covered already.
   if (instant > coveredTo_) coveredTo_ = instant;
+  return gap;
 }
 
-void CoverageBuilder::ingestReading(Instant timestamp) {
+std::optional<ReadingGap> CoverageBuilder::ingestReading(Instant timestamp) {
   hasReadings_ = true;
-  advance(timestamp);
+  return advance(timestamp);
+}
+
+std::optional<ReadingGap> CoverageBuilder::lastGap(Instant endedAt) const {
+  if (hasReadings_) return gapBefore(endedAt);
+  const double seconds = elapsedSeconds(startedAt_, endedAt);
+  return seconds > 0 ? std::optional(ReadingGap{.startSeconds = 0, .endSeconds = seconds}) : std::nullopt;
 }
 
 SessionCoverage CoverageBuilder::materialize(Instant endedAt) const {
@@ -43,9 +57,10 @@ SessionCoverage CoverageBuilder::materialize(Instant endedAt) const {
   SessionCoverage result = whole.coverage_;
   result.durationSeconds = elapsedSeconds(startedAt_, endedAt);
   if (hasReadings_) return result;
+  const auto gap = lastGap(endedAt);
   result.coveredSeconds = 0;
-  result.gapCount = result.durationSeconds > 0 ? 1 : 0;
-  if (result.gapCount > 0) result.longestGapSeconds = result.durationSeconds;
+  result.gapCount = gap ? 1 : 0;
+  if (gap) result.longestGapSeconds = result.durationSeconds;
   return result;
 }
 

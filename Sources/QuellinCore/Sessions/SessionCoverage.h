@@ -27,6 +27,19 @@ struct SessionCoverage {
   bool operator==(const SessionCoverage&) const = default;
 };
 
+/// A stretch of a session that is too long to be spoken for by the readings at its ends.
+struct ReadingGap {
+  double startSeconds = 0;  ///< since the session started; the reading before, or that start
+  double endSeconds = 0;    ///< since the session started; the reading after, or its end
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"startSeconds", &ReadingGap::startSeconds},
+                      Field{"endSeconds", &ReadingGap::endSeconds}};
+  }
+
+  bool operator==(const ReadingGap&) const = default;
+};
+
 /// The longest time between two readings in a row, in seconds, that is no gap in a session with this sample
 /// interval: three intervals, and never less than five seconds, because reading every source takes time of
 /// its own. Without a positive interval nothing is too long.
@@ -39,15 +52,19 @@ class CoverageBuilder {
   /// For a session from `startedAt` with a sample every `sampleInterval` seconds.
   CoverageBuilder(Instant startedAt, double sampleInterval);
 
-  /// Takes the time of the next sample with watts; they come by time.
-  void ingestReading(Instant timestamp);
+  /// Takes the time of the next sample with watts; they come by time. Returns the gap that it ends.
+  std::optional<ReadingGap> ingestReading(Instant timestamp);
+
+  /// The gap between the last reading and `endedAt`; without a reading all of the session is one.
+  [[nodiscard]] std::optional<ReadingGap> lastGap(Instant endedAt) const;
 
   /// The coverage of the session up to `endedAt`, which no reading is later than. The time before the first
   /// reading and after the last counts like that between two; without a reading all of it is one gap.
   [[nodiscard]] SessionCoverage materialize(Instant endedAt) const;
 
  private:
-  void advance(Instant instant);
+  [[nodiscard]] std::optional<ReadingGap> gapBefore(Instant instant) const;
+  std::optional<ReadingGap> advance(Instant instant);
 
   Instant startedAt_;
   double longestCoveredSeconds_;

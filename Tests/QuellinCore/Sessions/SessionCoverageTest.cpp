@@ -28,6 +28,20 @@ TEST_P(SessionCoverageTableTest, IsAsTheTableSays) {
   EXPECT_EQ(builder.materialize(instantAt(1000 + GetParam().end)), GetParam().expected);
 }
 
+TEST_P(SessionCoverageTableTest, ItsGapsAreAsManyAndAsLongAsItSays) {
+  CoverageBuilder builder(instantAt(1000), 10);
+  std::vector<std::optional<ReadingGap>> gaps;
+  for (const double reading : GetParam().readings) {
+    gaps.push_back(builder.ingestReading(instantAt(1000 + reading)));
+  }
+  gaps.push_back(builder.lastGap(instantAt(1000 + GetParam().end)));
+  std::erase(gaps, std::nullopt);
+  std::optional<double> longest;
+  for (const auto& gap : gaps) longest = std::max(longest.value_or(0), gap->endSeconds - gap->startSeconds);
+  EXPECT_EQ(std::ssize(gaps), GetParam().expected.gapCount);
+  EXPECT_EQ(longest, GetParam().expected.longestGapSeconds);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Coverages, SessionCoverageTableTest,
     testing::Values(Case{"ARegularSessionIsWhole", {0, 10, 20, 30}, 30, {30, 30, 0, {}}},
