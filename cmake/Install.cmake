@@ -26,7 +26,7 @@ file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/quellincore.pc.in quellincore.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quellincore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-install(FILES LICENSE README.md docs/formats.md docs/security.md docs/linux.md
+install(FILES LICENSE THIRD_PARTY.md README.md docs/formats.md docs/security.md docs/linux.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 
 # The manual page and the completions, as the program itself prints them.

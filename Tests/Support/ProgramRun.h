@@ -37,7 +37,7 @@ std::ostream& operator<<(std::ostream& stream, const ProgramResult& result);
 /// runs.
 class RunningProgram {
  public:
-  explicit RunningProgram(const ProgramStart& program);
+  explicit RunningProgram(const ProgramStart& start);
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;
@@ -45,6 +45,8 @@ class RunningProgram {
   RunningProgram& operator=(RunningProgram&&) = delete;
 
   [[nodiscard]] pid_t processID() const { return processID_; }
+  /// Reads `descriptor`, a terminal that the program writes to, as output, too; it must outlive the program.
+  void alsoRead(int descriptor) { sources_.push_back({descriptor, &result_.output}); }
   void send(int signal) const;
   /// Waits until the program has written `text` to one of its outputs. False when it ended without, or took
   /// longer than a minute.
@@ -60,7 +62,7 @@ class RunningProgram {
     std::string* text;
   };
 
-  RunningProgram(const ProgramStart& program, Pipe output, Pipe error);
+  RunningProgram(const ProgramStart& start, Pipe output, Pipe error);
 
   [[nodiscard]] bool readMore(Deadline deadline);
   void reap();
@@ -74,7 +76,7 @@ class RunningProgram {
 };
 
 /// Starts the program and waits for its end.
-[[nodiscard]] ProgramResult runProgram(const ProgramStart& program);
+[[nodiscard]] ProgramResult runProgram(const ProgramStart& start);
 
 /// The numeric id of an ordinary user and of an ordinary group.
 inline constexpr unsigned ordinaryUser = 65534;

@@ -46,6 +46,7 @@ ExitStatus capture(const Invocation& invocation);
 ExitStatus record(const Invocation& invocation);
 ExitStatus listSessions(const Invocation& invocation);
 ExitStatus showSession(const Invocation& invocation);
+ExitStatus reportSession(const Invocation& invocation);
 ExitStatus exportSession(const Invocation& invocation);
 ExitStatus stopSession(const Invocation& invocation);
 ExitStatus interruptSession(const Invocation& invocation);

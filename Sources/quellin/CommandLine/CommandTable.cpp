@@ -73,6 +73,15 @@ const std::vector<Command>& commands() {
          addJSON(app, options);
        },
        showSession},
+      {"report",
+       "Write a page about a session, to look at in any browser, offline",
+       {"quellin report last", "quellin report 3F2A -o session.html"},
+       [](CLI::App& app, Options& options) {
+         addSession(app, options);
+         addStore(app, options);
+         addOutput(app, options, "The file to write, instead of quellin-ID.html in this folder");
+       },
+       reportSession},
       {"export",
        "Write a session as JSON Lines",
        {"quellin export last | head -n 2", "quellin export 3F2A -o session.jsonl"},

@@ -1,0 +1,53 @@
+#include <filesystem>
+
+#include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Presentation/ReportDocument.h"
+#include "quellin/Presentation/ReportPage.h"
+#include "quellin/Storage/NewFile.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+#include "quellin/Version.h"
+
+namespace quellin::cli {
+namespace {
+
+std::string_view requirePage() {
+  const auto page = builtReportPage();
+  if (page) return *page;
+  throw Failure{ExitStatus::failed,
+                "this quellin was built without the page for reports: " + std::string(page.error()) +
+                    ". 'quellin export' writes the same samples as text."};
+}
+
+std::string reportData(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
+  ReportDocument document;
+  document.appVersion = version;
+  document.createdAt = systemWallClock().now();
+  document.analysis = analyseSession(store, session);
+  auto data = encodeJSON(document);
+  if (data) return *std::move(data);
+  throw Failure{ExitStatus::failed, "the session has no JSON form: " + data.error().path + " " +
+                                        data.error().reason + ". 'quellin show' shows it."};
+}
+
+}  // namespace
+
+ExitStatus reportSession(const Invocation& invocation) {
+  const Options& options = invocation.options;
+  const std::string_view page = requirePage();
+  const auto store = openRecordedStore(options);
+  const auto session = findSession(*store, options.word);
+  const std::string path = options.output.value_or("quellin-" + shortID(*session) + ".html");
+  if (!options.force && std::filesystem::is_regular_file(path)) throw alreadyThere(path);
+  NewFile file{path};
+  writeReportPage(page, session->title(), reportData(*store, session),
+                  [&](std::string_view text) { file.write(text); });
+  file.publish(options.force);
+  invocation.talk.say("wrote the report of session " + shortID(*session) + " to " + path +
+                      "; any browser shows it.");
+  return ExitStatus::ok;
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,293 @@
+// The report in a browser, as a reader has it. With QUELLIN_PICTURES, pictures are left in that folder.
+import assert from "node:assert/strict";
+import { writeFileSync } from "node:fs";
+import { join } from "node:path";
+import { after, before, test } from "node:test";
+import { bytes, decimal, duration } from "../../Web/src/data/format.js";
+import { Browser } from "./browser.mjs";
+import { ribbonRoom } from "../../Web/src/plot/decor.js";
+import { chromium, madeUpDay, Reports } from "./reports.mjs";
+
+const reports = new Reports();
+const browser = new Browser(chromium);
+let macbook;
+
+before(() => {
+  macbook = reports.record("Twenty minutes of a MacBook");
+});
+
+after(async () => {
+  await browser.close();
+  reports.remove();
+});
+
+// Looks at a page, and then that it had nothing to complain of and asked nobody for anything.
+async function look(address, options, check) {
+  const page = await browser.open(address, options);
+  await check(page);
+  assert.deepEqual(page.complaints, []);
+  assert.deepEqual(page.requests, []);
+  await page.close();
+}
+
+async function keepPicture(page, name) {
+  if (process.env.QUELLIN_PICTURES) writeFileSync(join(process.env.QUELLIN_PICTURES, `report-${name}.png`), await page.picture());
+}
+
+const cells = (page, selector) =>
+  page.run(`[...document.querySelectorAll('${selector} tbody tr')].map((row) => [...row.cells].map((cell) => cell.innerText.trim()))`);
+const range = (page) => page.run("document.querySelector('#values details').open = true").then(() => page.settle())
+  .then(() => page.run("document.querySelector('#values tbody tr td').innerText"));
+const readout = (page, name) => page.text(`[data-readout=${name}] dd`);
+
+test("the numbers in the page are those of the summary", () => look(macbook.address, {}, async (page) => {
+  const { session, summary, coverage } = macbook.shown;
+  assert.equal(await page.text("h1"), session.title);
+  assert.equal(await page.run("document.title"), session.title);
+  assert.deepEqual(await cells(page, "#segments"), summary.powerSegments.map((segment) => [
+    String(segment.index), segment.sourceLabel, segment.acConnected ? "connected" : "none",
+    segment.startedAt.slice(11, 19), duration(segment.durationSeconds),
+    decimal(segment.averageWatts, 2), decimal(segment.minWatts, 2), decimal(segment.maxWatts, 2),
+    decimal(segment.totalWattHours, 3), `${segment.batteryPercentStart} to ${segment.batteryPercentEnd} %`,
+    String(segment.sampleCount),
+  ]));
+  assert.deepEqual(await cells(page, "#contributors"),
+    summary.topContributors.map(({ name, score, confidence }) => [name, "", decimal(score, 1), confidence]));
+  const fact = (name) => page.text(`[data-fact=${name}] dd`);
+  assert.equal(await fact("samples"), String(summary.sampleCount));
+  assert.equal(await fact("battery"), `${summary.batteryPercentStart} to ${summary.batteryPercentEnd} %`);
+  assert.equal(await fact("temperature"), `${decimal(summary.maxTemperature, 1)} \u00b0C`);
+  assert.equal(await fact("fan"), `${summary.maxFanRPM} rpm`);
+  assert.equal(await fact("pressure"), `${summary.maxThermalPressure} of 4`);
+  const { cpuSeconds, bytesWritten } = macbook.shown.recorderCost;
+  assert.equal(await fact("recorder"), `${decimal(cpuSeconds, 2)} s`);
+  assert.equal(await page.text("[data-fact=recorder] .note"), `of CPU time; ${bytes(bytesWritten)} written`);
+  assert.equal(await fact("coverage"), `${decimal((100 * coverage.coveredSeconds) / coverage.durationSeconds, 1)} %`);
+}));
+
+test("energy of different kinds stands apart and is never added", () => look(macbook.address, {}, async (page) => {
+  const energies = new Map();
+  for (const { sourceLabel, totalWattHours } of macbook.shown.summary.powerSegments) {
+    energies.set(sourceLabel, (energies.get(sourceLabel) ?? 0) + totalWattHours);
+  }
+  const shown = await page.texts(".card h3").then(async (labels) => {
+    const values = await page.texts(".card .energy strong");
+    return labels.map((label, index) => [label, values[index]]);
+  });
+  assert.deepEqual(shown, [...energies].map(([label, energy]) => [label, decimal(energy, 3)]));
+  assert.match(await page.text("#cards .remark"), /different quantities/);
+}));
+
+test("every power source says what it is and who stands behind it", () => look(macbook.address, {}, async (page) => {
+  const rows = await cells(page, "#provenance");
+  for (const { sourceLabel } of macbook.shown.summary.powerSegments) {
+    const row = rows.find(([figure]) => figure === `${sourceLabel}, W`);
+    assert.ok(row && row.every((text) => text !== ""), sourceLabel);
+  }
+}));
+
+test("a session on one source has its own average", async () => {
+  const single = reports.record("One source", { words: ["--for", "1m"] });
+  await look(single.address, {}, async (page) => {
+    const { summary } = single.shown;
+    assert.equal(summary.averageWattsNote, undefined);
+    assert.equal(await page.text(".card .energy strong"), decimal(summary.totalWattHours, 3));
+    assert.equal(await page.text(".card dd"), `${decimal(summary.averageWatts, 2)} W`);
+    assert.deepEqual(await page.texts("#cards .remark"), []);
+  });
+});
+
+test("the keyboard moves the cursor, zooms, and goes back", () => look(macbook.address, {}, async (page) => {
+  const all = await range(page);
+  await page.focus("#plot-watts");
+  await page.press("ArrowRight");
+  assert.equal(await readout(page, "time"), "09:40:00");
+  await page.press("End");
+  assert.equal(await readout(page, "time"), "09:59:55");
+  assert.equal(await readout(page, "source"), "Battery draw");
+  assert.match(await page.run("document.getElementById('spoken').textContent"), /^09:59:55, Battery draw, Power \d+\.\d\d W/);
+  await page.press("ArrowLeft");
+  assert.equal(await readout(page, "time"), "09:59:50");
+  await page.press("+", { times: 3 });
+  const zoomed = await range(page);
+  assert.notEqual(zoomed, all);
+  await page.press("-");
+  assert.notEqual(await range(page), zoomed);
+  await page.press("Escape");
+  assert.equal(await range(page), all);
+  assert.equal(await readout(page, "time"), "\u2013");
+}));
+
+test("the mouse reads values and drags a zoom, on every plot alike", () => look(macbook.address, {}, async (page) => {
+  const all = await range(page);
+  for (const plot of ["#plot-watts", "#plot-maxTemperature"]) {
+    await page.run(`document.querySelector('${plot}').scrollIntoView({ block: "center", behavior: "instant" })`);
+    const box = await page.run(`(() => {
+      const { x, y, width, height } = document.querySelector('${plot} .u-over').getBoundingClientRect();
+      return { x, y: y + height / 2, width };
+    })()`);
+    await page.mouse("mouseMoved", box.x + box.width / 4, box.y);
+    await page.settle();
+    const moment = 4 * 60 + 58.75;
+    const index = await page.run(`(() => {
+      const { seconds } = JSON.parse(document.getElementById("data").textContent).analysis.series;
+      return seconds.findLastIndex((second) => second <= ${moment} + 2.5);
+    })()`);
+    assert.equal(await readout(page, "watts"), await page.run(`JSON.parse(document.getElementById("data").textContent)
+      .analysis.series.watts.values[${index}].toFixed(2) + " W"`));
+    await page.mouse("mousePressed", box.x + box.width / 4, box.y, 1);
+    await page.mouse("mouseMoved", box.x + box.width / 2, box.y, 1);
+    await page.mouse("mouseReleased", box.x + box.width / 2, box.y);
+    await page.settle();
+    assert.match(await range(page), /^09:4[45]:/, plot);
+    await page.click("#zoom button:last-child");
+    await page.settle();
+    assert.equal(await range(page), all);
+  }
+}));
+
+test("a segment leads to its stretch", () => look(macbook.address, {}, async (page) => {
+  await page.click("#segments tbody tr:nth-child(4) button");
+  await page.settle();
+  assert.match(await range(page), /^09:53:00/);
+}));
+
+const ink = (page) => page.run("getComputedStyle(document.body).color");
+
+// What is drawn, as a number that another drawing does not have.
+const drawing = (page) => page.run("document.querySelector('#plot-watts canvas').toDataURL()");
+
+test("both palettes, by the system's wish and by the switch", () => look(macbook.address, {}, async (page) => {
+  const [lightInk, lightDrawing] = [await ink(page), await drawing(page)];
+  await keepPicture(page, "light");
+  await page.click("input[value=dark]");
+  await page.settle();
+  const [darkInk, darkDrawing] = [await ink(page), await drawing(page)];
+  assert.notEqual(darkInk, lightInk);
+  assert.notEqual(darkDrawing, lightDrawing);
+  await page.click("input[value=auto]");
+  await page.prefer("dark");
+  await page.settle();
+  assert.deepEqual([await ink(page), await drawing(page)], [darkInk, darkDrawing]);
+  await keepPicture(page, "dark");
+  await page.click("input[value=light]");
+  await page.settle();
+  assert.deepEqual([await ink(page), await drawing(page)], [lightInk, lightDrawing]);
+}));
+
+test("it fits on a telephone and on paper", () => look(macbook.address, { width: 390, height: 800, scheme: "dark" }, async (page) => {
+  assert.equal(await page.run("document.documentElement.scrollWidth"), 390);
+  await keepPicture(page, "narrow");
+  const paper = await page.paper();
+  assert.equal(paper.subarray(0, 5).toString(), "%PDF-");
+  if (process.env.QUELLIN_PICTURES) writeFileSync(join(process.env.QUELLIN_PICTURES, "report-print.pdf"), paper);
+  await page.settle();
+  assert.equal(await page.run("document.documentElement.dataset.theme"), undefined, "the colours for paper stay on paper");
+}));
+
+test("moments can be told in the reader's own time", () => look(macbook.address, {}, async (page) => {
+  await page.send("Emulation.setTimezoneOverride", { timezoneId: "Asia/Tokyo" });
+  await page.click("input[value=local]");
+  await page.settle();
+  assert.match(await page.text("#when"), /18:40:00 \u2013 18:59:55 local time/);
+  assert.equal((await cells(page, "#segments"))[0][3], "18:40:00");
+  await page.click("input[value=utc]");
+  await page.settle();
+  assert.match(await page.text("#when"), /09:40:00 \u2013 09:59:55 UTC/);
+}));
+
+test("the data can be downloaded", () => {
+  // Where a browser would save a file, the test looks at what it is handed.
+  const beforeLoad = `
+    const make = URL.createObjectURL;
+    URL.createObjectURL = (blob) => ((window.saved = blob), make(blob));
+    HTMLAnchorElement.prototype.click = function () { window.savedAs = this.download; };`;
+  return look(macbook.address, { beforeLoad }, async (page) => {
+    await page.click("#download");
+    const saved = JSON.parse(await page.run("saved.text()"));
+    assert.deepEqual(saved.analysis.summary, macbook.shown.summary);
+    assert.deepEqual(saved.analysis.coverage, macbook.shown.coverage);
+    assert.equal(await page.run("savedAs"), `quellin-${macbook.shown.session.id.slice(0, 8)}.json`);
+  });
+});
+
+test("hostile names are text and nothing else", async () => {
+  const hostile = "</script></title><img src=x onerror=alert(1)><!--<script>alert(2)</script>&amp;\u2028'\"";
+  const report = reports.record(hostile, {
+    change: (text) => text.replaceAll(/"(clang|Safari)"/g, () => JSON.stringify(hostile)),
+    words: ["--for", "3m", "--process-interval", "10s"],
+  });
+  await look(report.address, {}, async (page) => {
+    assert.equal(await page.run("document.querySelector('h1').textContent"), report.shown.session.title);
+    const names = await page.run("[...document.querySelectorAll('#contributors bdi')].map((one) => one.textContent)");
+    assert.deepEqual(names, report.shown.summary.topContributors.map(({ name }) => name));
+    assert.ok(names.includes(hostile), `the hostile process is not among ${names.join()}`);
+    assert.equal(await page.run("document.images.length + document.querySelectorAll('script').length"), 2);
+  });
+});
+
+test("the policy keeps the page from running or asking for anything else", async () => {
+  const page = await browser.open(macbook.address);
+  await page.run(`(() => {
+    window.ran = false;
+    const script = document.createElement("script");
+    script.textContent = "window.ran = true";
+    document.body.append(script);
+  })()`);
+  assert.equal(await page.run("window.ran"), false);
+  assert.equal(await page.run("fetch('https://quellin.invalid/').then(() => 'asked', () => 'kept')"), "kept");
+  assert.ok(page.complaints.some((text) => text.includes("Content Security Policy")), page.complaints.join("\n"));
+  await page.close();
+});
+
+test("a day of 86,400 samples is drawn quickly, and its one peak is there", async () => {
+  const address = reports.replaceData(macbook.path, madeUpDay);
+  await look(address, {}, async (page) => {
+    const highest = await page.run(`(() => {
+      const canvas = document.querySelector("#plot-watts canvas");
+      const { width, height } = canvas;
+      const pixels = canvas.getContext("2d").getImageData(0, 0, width, height).data;
+      const colour = getComputedStyle(document.documentElement).getPropertyValue("--batteryChargeInput").trim();
+      const ink = [1, 3, 5].map((place) => parseInt(colour.slice(place, place + 2), 16));
+      const isInk = (x, y) => ink.every((part, index) => Math.abs(pixels[4 * (y * width + x) + index] - part) < 70);
+      const below = Math.ceil(${ribbonRoom} * devicePixelRatio) + 2;
+      for (let y = below; y < height; ++y) {
+        for (let x = Math.floor(width * 0.6); x < width * 0.68; ++x) if (isInk(x, y)) return y / height;
+      }
+      return 1;
+    })()`);
+    assert.ok(highest < 0.3, `the peak of one second reaches up to ${highest} of the plot`);
+    await page.focus("#plot-watts");
+    const milliseconds = await page.run(`(async () => {
+      const frame = () => new Promise((done) => requestAnimationFrame(done));
+      const press = (key) => document.querySelector("#plot-watts").dispatchEvent(new KeyboardEvent("keydown", { key }));
+      const times = [];
+      for (const key of ["+", "+", "-", "-", "+", "-"]) {
+        const start = performance.now();
+        press(key);
+        await frame();
+        times.push(performance.now() - start);
+      }
+      return times.sort((one, other) => one - other)[3];
+    })()`);
+    if (process.env.QUELLIN_PICTURES) console.log(`a zoom over 86,400 samples takes ${milliseconds.toFixed(1)} ms`);
+    assert.ok(milliseconds < 500, `a zoom takes ${milliseconds} ms`);
+  });
+});
+
+test("an empty session says so", async () => {
+  const empty = reports.replaceData(macbook.path, (document) => {
+    const column = { values: [], absent: [] };
+    const { analysis } = document;
+    const series = {
+      startedAt: analysis.series.startedAt, sources: [], seconds: [], source: [], watts: column, batteryPercent: column,
+      maxTemperature: column, maxFanRPM: column, thermalPressure: [],
+    };
+    const summary = { durationSeconds: 0, sampleCount: 0, wattSampleCount: 0, maxThermalPressure: 0, powerSegments: [], topContributors: [] };
+    const coverage = { durationSeconds: 0, coveredSeconds: 0, gapCount: 0 };
+    return { ...document, analysis: { ...analysis, summary, coverage, gaps: [], sourceTotals: [], series } };
+  });
+  await look(empty, {}, async (page) => {
+    assert.match(await page.text("main"), /No power was read[^]*nothing to plot[^]*no samples/);
+  });
+});

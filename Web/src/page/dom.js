@@ -1,0 +1,43 @@
+// Elements. What comes from a session gets into the page as text and in no other way.
+
+/** An element with attributes, listeners (`onclick` and the like) and children. */
+export function element(name, attributes = {}, ...children) {
+  const made = document.createElement(name);
+  for (const [key, value] of Object.entries(attributes)) {
+    if (key.startsWith("on")) made.addEventListener(key.slice(2), value);
+    else if (value !== undefined) made.setAttribute(key, value);
+  }
+  made.append(...children.flat().filter((child) => child !== undefined));
+  return made;
+}
+
+export function place(id, ...children) {
+  document.getElementById(id).append(...children.flat().filter((child) => child !== undefined));
+}
+
+/** Text of somebody else's: set apart, so that its direction of writing stays its own. */
+export function foreign(text) {
+  return element("bdi", {}, text);
+}
+
+/** A table of `columns`, each with a `heading`, a `cell` for a row and, for figures, `isNumber`. It can be scrolled
+ *  with the keyboard where it is wider than the page. */
+export function table(caption, columns, rows) {
+  const classOf = ({ isNumber }) => (isNumber ? "number" : undefined);
+  const head = columns.map((column) => element("th", { scope: "col", class: classOf(column) }, column.heading));
+  const body = rows.map((row) =>
+    element("tr", {}, columns.map((column) => element("td", { class: classOf(column), "data-heading": column.heading }, column.cell(row)))));
+  return element("div", { class: "scroll", tabindex: "0", role: "region", "aria-label": caption },
+    element("table", {}, element("caption", { class: "unseen" }, caption),
+      element("thead", {}, element("tr", {}, head)), element("tbody", {}, body)));
+}
+
+/** A choice between a few things, the first of which is chosen; `onChoice` gets the key of the chosen one. */
+export function choice(legend, name, options, onChoice) {
+  const inputs = Object.entries(options).map(([key, label], index) => {
+    const input = element("input", { type: "radio", name, value: key, onchange: () => onChoice(key) });
+    input.checked = index === 0;
+    return element("label", {}, input, element("span", {}, label));
+  });
+  return element("fieldset", { class: "switch" }, element("legend", { class: "unseen" }, legend), inputs);
+}

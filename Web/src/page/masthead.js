@@ -1,0 +1,33 @@
+import { counted, duration, decimal } from "../data/format.js";
+import { choice, element, foreign, place } from "./dom.js";
+import { themeSwitch } from "./theme.js";
+
+function download(session) {
+  const text = document.getElementById("data").textContent;
+  const address = URL.createObjectURL(new Blob([text], { type: "application/json" }));
+  element("a", { href: address, download: `quellin-${session.session.id.slice(0, 8)}.json` }).click();
+  URL.revokeObjectURL(address);
+}
+
+/** When the session was, in the time of the page's clock. */
+export function showWhen({ session, clock }) {
+  const { status, sampleInterval } = session.session;
+  document.getElementById("when").textContent = [
+    clock.span(session.start, session.end), duration(session.end - session.start), status,
+    `${counted(session.summary.sampleCount, "sample")}, one every ${Number(decimal(sampleInterval, 3))} s`,
+  ].join(" \u00b7 ");
+}
+
+/** The head of the page: what it is about, and its switches. */
+export function showMasthead(page, { onTheme, onClock }) {
+  const { session, clock } = page;
+  place("title", foreign(session.session.title));
+  showWhen(page);
+  const zone = choice("Time", "zone", { utc: "UTC", local: "Local time" }, (chosen) => {
+    clock.zone = chosen;
+    onClock();
+  });
+  place("controls", themeSwitch(onTheme), zone,
+    element("button", { type: "button", id: "print", onclick: () => print() }, "Print"),
+    element("button", { type: "button", id: "download", onclick: () => download(session) }, "Download data"));
+}

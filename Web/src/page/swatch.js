@@ -1,0 +1,28 @@
+import { sourceFill } from "../plot/palette.js";
+import { element } from "./dom.js";
+
+const size = 14;
+
+// A canvas element is kept with the kind that it shows, to be painted anew in other colours.
+const painted = new Map();
+
+function paint(canvas, kind) {
+  const ratio = Math.max(devicePixelRatio, 2);
+  canvas.width = canvas.height = size * ratio;
+  const context = canvas.getContext("2d");
+  context.fillStyle = sourceFill(context, kind, ratio);
+  context.fillRect(0, 0, canvas.width, canvas.height);
+}
+
+/** Colour and pattern of a power source, as the plots have them. */
+export function swatch(kind) {
+  const canvas = element("canvas", { class: "swatch", "aria-hidden": "true" });
+  painted.set(canvas, kind);
+  paint(canvas, kind);
+  return canvas;
+}
+
+/** Paints all swatches in the present colours. */
+export function repaintSwatches() {
+  for (const [canvas, kind] of painted) paint(canvas, kind);
+}

@@ -1,0 +1,98 @@
+// What of the session is in view, and which sample the cursor is on. All plots follow it.
+import { nearest } from "../data/search.js";
+
+// No plot shows less than this.
+const leastSeconds = 0.5;
+
+export class View {
+  #session;
+  #listeners = { range: [], cursor: [] };
+
+  constructor(session) {
+    this.#session = session;
+    this.start = session.start;
+    this.end = this.#fullEnd;
+    this.cursor = -1;
+  }
+
+  get #fullEnd() {
+    return Math.max(this.#session.end, this.#session.start + leastSeconds);
+  }
+
+  get isWhole() {
+    return this.start === this.#session.start && this.end === this.#fullEnd;
+  }
+
+  /** @param {"range" | "cursor"} what */
+  on(what, listener) {
+    this.#listeners[what].push(listener);
+  }
+
+  #tell(what, ...details) {
+    for (const listener of this.#listeners[what]) listener(...details);
+  }
+
+  /** Shows the time between two moments, or as much as there is. */
+  show(start, end) {
+    const { start: first } = this.#session;
+    const length = Math.min(Math.max(end - start, leastSeconds), this.#fullEnd - first);
+    const middle = (start + end) / 2;
+    this.start = Math.min(Math.max(middle - length / 2, first), this.#fullEnd - length);
+    this.end = this.start + length;
+    if (length === this.#fullEnd - first) [this.start, this.end] = [first, this.#fullEnd];
+    this.#tell("range");
+  }
+
+  showAll() {
+    this.show(this.#session.start, this.#fullEnd);
+  }
+
+  /** Shows `factor` times as much, with the moment of the cursor, or else the middle, where it is. */
+  zoom(factor, around = this.#anchor()) {
+    this.show(around - (around - this.start) * factor, around + (this.end - around) * factor);
+  }
+
+  #anchor() {
+    const moment = this.cursor >= 0 ? this.#session.time[this.cursor] : NaN;
+    return moment >= this.start && moment <= this.end ? moment : (this.start + this.end) / 2;
+  }
+
+  /** Moves on by a part of what is in view. */
+  pan(part) {
+    const step = (this.end - this.start) * part;
+    this.show(this.start + step, this.end + step);
+  }
+
+  /** Puts the cursor on a sample; -1 takes it away. `isSpoken` when a reader of the screen is to be told. */
+  point(index, isSpoken = false) {
+    this.cursor = index;
+    this.#tell("cursor", isSpoken);
+  }
+
+  pointAt(moment) {
+    this.point(nearest(this.#session.time, moment));
+  }
+
+  /** Moves the cursor by `steps` of the width of a pixel, or of a sample where samples are wider; what is in view
+   *  follows. */
+  step(steps, pixels) {
+    const { time, count } = this.#session;
+    let index = this.cursor;
+    if (index < 0) {
+      index = nearest(time, steps > 0 ? this.start : this.end);
+    } else {
+      const moment = time[index] + (steps * (this.end - this.start)) / pixels;
+      const target = nearest(time, moment);
+      index = target === index ? index + Math.sign(steps) : target;
+    }
+    index = Math.min(Math.max(index, 0), count - 1);
+    if (time[index] < this.start) this.pan(-0.25);
+    if (time[index] > this.end) this.pan(0.25);
+    this.point(index, true);
+  }
+
+  /** The sample at one end of what is in view. */
+  stepToEnd(isLast) {
+    this.point(nearest(this.#session.time, isLast ? this.end : this.start), true);
+  }
+}
