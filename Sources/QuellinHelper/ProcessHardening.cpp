@@ -2,13 +2,13 @@
 
 #include <array>
 #include <csignal>
-#include <fcntl.h>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinHelper/FixedEnvironment.h"
 #include "QuellinHelper/OpenDescriptors.h"
 
@@ -29,17 +29,6 @@ void fixEnvironment() {
 #else
   environ = entries.data();
 #endif
-}
-
-// A stream that was closed is held by a descriptor that fails in the stream's own direction: nobody else can
-// get its number, and a document written to a closed output is still a failed write.
-bool occupyStandardStreams() {
-  for (int stream = 0; stream <= STDERR_FILENO; ++stream) {
-    if (fcntl(stream, F_GETFD) != -1) continue;
-    const int direction = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
-    if (open("/dev/null", direction) != stream) return false;
-  }
-  return true;
 }
 
 bool stopTimers() {
@@ -74,7 +63,7 @@ bool forbidCoreFiles() {
 bool hardenProcess() {
   fixEnvironment();
   umask(S_IRWXG | S_IRWXO);
-  return chdir("/") == 0 && occupyStandardStreams() && closeDescriptorsFrom(STDERR_FILENO + 1) &&
+  return chdir("/") == 0 && occupyClosedStreams() && closeDescriptorsFrom(STDERR_FILENO + 1) &&
          stopTimers() && forbidCoreFiles() && resetSignals();
 }
 

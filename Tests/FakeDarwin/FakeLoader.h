@@ -23,6 +23,8 @@ class FakeLoader {
 
   explicit FakeLoader(Ledger& ledger) : ledger_(ledger) {}
 
+  std::string executable = "/usr/bin/true";  ///< the path that the process was started by
+
   /// Later look-ups of `symbol` find nothing.
   void hide(const std::string& symbol) { hidden_.insert(symbol); }
 

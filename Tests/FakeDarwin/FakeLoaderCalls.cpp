@@ -1,4 +1,6 @@
+#include <cstring>
 #include <dlfcn.h>
+#include <mach-o/dyld.h>
 
 #include "FakeDarwin/FakeDarwin.h"
 
@@ -38,6 +40,17 @@ int __wrap_dlclose(void* library) {
   system.loader.noteClosed(library);
   const int status = __real_dlclose(library);
   return failure.value_or(status);
+}
+
+int _NSGetExecutablePath(char* buffer, uint32_t* size) {
+  FakeDarwin& system = FakeDarwin::current();
+  const auto failure = system.calls.enter(__func__);
+  const std::string& path = system.loader.executable;
+  const uint32_t room = *size;
+  *size = static_cast<uint32_t>(path.size() + 1);
+  if (failure || room < *size) return -1;
+  std::memcpy(buffer, path.c_str(), *size);
+  return 0;
 }
 
 char* __wrap_dlerror() {

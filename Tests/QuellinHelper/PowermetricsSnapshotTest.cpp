@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "PropertyLists/BinaryDocument.h"
 #include "QuellinHelper/PowermetricsSnapshot.h"
 
 namespace quellin {
@@ -29,7 +30,7 @@ std::vector<int> pidsOf(const ProTelemetrySnapshot& snapshot) {
   return pids;
 }
 
-TEST(PowermetricsSnapshotTest, TwoSamplesWithTrailingNULs) {
+TEST(PowermetricsSnapshotTest, CountsTheSamplesBetweenNULsAndNoneBehindTheLast) {
   const auto snapshot = snapshotFromOutput("<plist><dict/></plist>\0<plist><dict/></plist>\0\0"s);
   EXPECT_TRUE(snapshot.isAvailable);
   EXPECT_EQ(snapshot.rawSampleSummary, "Parsed 2 plist sample(s), 0 process energy row(s); power keys: ");
@@ -73,7 +74,24 @@ TEST(PowermetricsSnapshotTest, RowsOfAllSamplesComeTogether) {
       testing::ElementsAre(2, 1));
 }
 
-TEST(PowermetricsSnapshotTest, TensOfSamplesAndThousandsOfRows) {
+TEST(PowermetricsSnapshotTest, ABinaryPropertyListIsOneSampleThoughItHoldsNULs) {
+  const testing_support::BinaryDocument document{.objects = {"\xD1\x01\x02",
+                                                             "\x59"
+                                                             "cpu_power",
+                                                             "\x11\x11\xAB"}};
+  const auto snapshot = snapshotFromOutput(document.bytes());
+  EXPECT_EQ(snapshot.cpuPowerWatts, 4.523);
+  EXPECT_EQ(snapshot.rawSampleSummary,
+            "Parsed 1 plist sample(s), 0 process energy row(s); power keys: "
+            "cpu=exact:cpu_power raw=4523 normalized=4.523W");
+}
+
+TEST(PowermetricsSnapshotTest, OutputThatOnlyBeginsLikeABinaryPropertyListIsSplitAsAnyOther) {
+  EXPECT_EQ(snapshotFromOutput("bplist00\0<dict/>\0"s).rawSampleSummary,
+            "Parsed 1 plist sample(s), 0 process energy row(s); power keys: ");
+}
+
+TEST(PowermetricsSnapshotTest, ChoosesAmongTheRowsOfManySamplesTogether) {
   std::string output;
   for (int sample = 0; sample < 40; ++sample) {
     output += "<plist><dict><key>tasks</key><array>";

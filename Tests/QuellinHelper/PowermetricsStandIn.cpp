@@ -4,12 +4,13 @@
 #include <filesystem>
 #include <sched.h>
 #include <stdexcept>
-#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinHelper/MeasuringScript.h"
 #include "Support/ProgramRun.h"
 
 namespace quellin::testing_support {
@@ -21,6 +22,7 @@ bool leaveSharedView() {
   return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
+// Tried in a process of its own, which alone is changed by it.
 bool allowsOwnView() {
   const pid_t processID = fork();
   if (processID == 0) _exit(leaveSharedView() ? 0 : 1);
@@ -37,33 +39,21 @@ void writeProgram(const std::string& path, const std::string& text) {
 
 }  // namespace
 
-PowermetricsStandIn::PowermetricsStandIn(const std::string& body)
-    : programs_(folder_.pathOf("bin")), hasOwnView_(allowsOwnView()) {
+PowermetricsStandIn::PowermetricsStandIn(const std::string& body) : programs_(folder_.pathOf("bin")) {
+  if (!allowsOwnView()) {
+    throw std::runtime_error(
+        "the system allows no mount view of our own, and the real " + place +
+        " is not replaced: run this test with CAP_SYS_ADMIN, or leave out the label needs-root");
+  }
   std::filesystem::permissions(folder_.path(), std::filesystem::perms{0777});
   std::filesystem::create_directory(programs_);
-  if (!hasOwnView_) programs_ = "/usr/bin";
-  script_ = "#!" + programs_ + "/sh\nPATH=" + programs_ +
-            "\nwhile [ \"$1\" != -o ]; do shift; done; output=$2\n" + body;
-  if (!hasOwnView_) occupyRealPlace();
-}
-
-PowermetricsStandIn::~PowermetricsStandIn() {
-  if (!hasOwnView_) unlink(place.c_str());
+  script_ = "#!" + programs_ + "/sh\nPATH=" + programs_ + "\n" + std::string{outputOfArguments} + body;
 }
 
 void PowermetricsStandIn::enter() const {
-  if (!hasOwnView_) return;
   require(leaveSharedView(), "own view of the file system");
   require(mount("/usr/bin", programs_.c_str(), nullptr, MS_BIND, nullptr) == 0, "programs");
   require(mount("none", "/usr/bin", "tmpfs", MS_NOSUID, "mode=755") == 0, "empty /usr/bin");
-  writeProgram(place, script_);
-}
-
-void PowermetricsStandIn::occupyRealPlace() {
-  turn_ =
-      FileDescriptor{open("/tmp/QuellinHelperTests.turn", O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)};
-  if (!turn_ || flock(turn_.get(), LOCK_EX) != 0) throw std::runtime_error("no turn for " + place);
-  if (std::filesystem::exists(place)) throw std::runtime_error(place + " exists");
   writeProgram(place, script_);
 }
 

@@ -11,12 +11,9 @@
 #include "Support/ProgramRun.h"
 
 #if defined(__linux__)
-#include <array>
-#include <cstddef>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
-#include <sys/prctl.h>
 #include <sys/syscall.h>
+
+#include "Support/RefusedCalls.h"
 #endif
 
 namespace quellin {
@@ -95,19 +92,8 @@ TEST(ProcessHardeningTest, ClosedStreamsAreOccupiedByWhatFailsInTheirDirection) 
 
 #if defined(__linux__)
 
-// Makes the kernel refuse one call to this process and its successors.
-void refuseCall(long number) {
-  std::array instructions{
-      sock_filter{.code = BPF_LD | BPF_W | BPF_ABS, .jt = 0, .jf = 0, .k = offsetof(seccomp_data, nr)},
-      sock_filter{.code = BPF_JMP | BPF_JEQ | BPF_K, .jt = 0, .jf = 1, .k = static_cast<unsigned>(number)},
-      sock_filter{.code = BPF_RET | BPF_K, .jt = 0, .jf = 0, .k = SECCOMP_RET_ERRNO | EPERM},
-      sock_filter{.code = BPF_RET | BPF_K, .jt = 0, .jf = 0, .k = SECCOMP_RET_ALLOW},
-  };
-  const sock_fprog program{.len = instructions.size(), .filter = instructions.data()};
-  require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-              prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0,
-          "filter");
-}
+using testing_support::refuseCall;
+using testing_support::refuseOpening;
 
 TEST(ProcessHardeningTest, EveryRefusedStepIsReported) {
   for (const long call : {SYS_chdir, SYS_setitimer, SYS_prctl}) {
@@ -115,6 +101,15 @@ TEST(ProcessHardeningTest, EveryRefusedStepIsReported) {
     EXPECT_EQ(result.output + result.error, "") << call;
     EXPECT_EQ(result.exitStatus, 1) << call;
   }
+}
+
+TEST(ProcessHardeningTest, AStreamThatCannotBeOccupiedIsReported) {
+  const ProgramResult result = runProbe([] {
+    close(STDIN_FILENO);
+    refuseOpening(O_WRONLY);
+  });
+  EXPECT_EQ(result.output + result.error, "");
+  EXPECT_EQ(result.exitStatus, 1);
 }
 
 #endif

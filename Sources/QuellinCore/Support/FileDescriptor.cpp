@@ -63,6 +63,15 @@ std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& pat
   return aboveStandardStreams(std::move(descriptor));
 }
 
+std::expected<void, SystemError> occupyClosedStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) != -1) continue;
+    const int direction = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (::open("/dev/null", direction) != stream) return std::unexpected(SystemError::last());
+  }
+  return {};
+}
+
 ReadStep readOnce(int descriptor, std::string& bytes, std::size_t limit) {
   std::array<char, 16384> buffer{};
   ssize_t count = 0;

@@ -50,6 +50,12 @@ struct Pipe {
 [[nodiscard]] std::expected<FileDescriptor, SystemError> openDescriptor(const std::string& path, int flags,
                                                                         unsigned mode = 0);
 
+/// Holds every standard stream that came closed with /dev/null, opened the wrong way round: no file opened
+/// later can get the stream's number and with it the stream's text, and using the stream fails as it does
+/// when closed. Returns the error that stopped it; the process should then do nothing more. To be called
+/// before there is a second thread.
+[[nodiscard]] std::expected<void, SystemError> occupyClosedStreams();
+
 /// What a single read came upon.
 enum class ReadStep {
   bytes,       ///< some bytes

@@ -7,6 +7,11 @@
 #include "QuellinHelper/PropertyLists/XMLPropertyList.h"
 
 namespace quellin {
+namespace {
+
+bool isBinary(std::string_view bytes) { return bytes.starts_with("bplist"); }
+
+}  // namespace
 
 std::vector<std::string_view> splitAtNUL(std::string_view bytes) {
   std::vector<std::string_view> pieces;
@@ -19,14 +24,18 @@ std::vector<std::string_view> splitAtNUL(std::string_view bytes) {
 }
 
 std::expected<PropertyList, PropertyListError> parsePropertyList(std::string_view bytes) {
-  return bytes.starts_with("bplist") ? parseBinaryPropertyList(bytes) : parseXMLPropertyList(bytes);
+  return isBinary(bytes) ? parseBinaryPropertyList(bytes) : parseXMLPropertyList(bytes);
 }
 
 std::vector<PropertyList> parsePropertyListStream(std::string_view bytes) {
   std::vector<PropertyList> lists;
-  for (const std::string_view piece : splitAtNUL(bytes)) {
-    if (auto list = parsePropertyList(piece)) lists.push_back(std::move(*list));
-  }
+  const auto add = [&lists](std::string_view piece) {
+    auto list = parsePropertyList(piece);
+    if (list) lists.push_back(std::move(*list));
+    return list.has_value();
+  };
+  if (isBinary(bytes) && add(bytes)) return lists;
+  for (const std::string_view piece : splitAtNUL(bytes)) add(piece);
   return lists;
 }
 

@@ -15,8 +15,8 @@ namespace quellin {
 /// is none.
 [[nodiscard]] std::expected<PropertyList, PropertyListError> parsePropertyList(std::string_view bytes);
 
-/// The property lists of a NUL-separated stream, in order. A piece that is none is skipped. (The trailer of a
-/// binary property list holds NUL bytes, so such a stream carries XML.)
+/// The property lists of a NUL-separated stream, in order. A piece that is none is skipped. A binary property
+/// list holds NUL bytes itself, so one comes alone: `bytes` that are such a list as a whole are not split.
 [[nodiscard]] std::vector<PropertyList> parsePropertyListStream(std::string_view bytes);
 
 }  // namespace quellin

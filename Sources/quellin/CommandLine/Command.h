@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QuellinCore/Services/ProTelemetryService.h"
 #include "quellin/CommandLine/ExitStatus.h"
 #include "quellin/CommandLine/Options.h"
 #include "quellin/Terminal/Output.h"
@@ -19,11 +20,11 @@ namespace quellin::cli {
 /// What a command runs with.
 struct Invocation {
   const Options& options;
-  Output& out;            ///< data
-  const Talk& talk;       ///< all else
-  Terminal outTerminal;   ///< behind standard output
-  Terminal talkTerminal;  ///< behind standard error
-  std::string program;    ///< the path of this program's file, as far as it is known
+  Output& out;                      ///< data
+  const Talk& talk;                 ///< all else
+  Terminal outTerminal;             ///< behind standard output
+  Terminal talkTerminal;            ///< behind standard error
+  const ProTelemetryService& tool;  ///< client of the privileged tool
 };
 
 /// One command of the program.

@@ -141,7 +141,7 @@ ExitStatus doctor(const Invocation& invocation) {
                       .sources = host.sources.diagnose(),
                       .tool = std::nullopt,
                       .store = examine(invocation)};
-  if (host.isNative) report.tool = ProTelemetryService{}.helperStatus();
+  if (host.isNative) report.tool = invocation.tool.helperStatus();
   if (invocation.options.json) {
     writeJSON(invocation.out, report);
   } else {

@@ -3,7 +3,7 @@
 #include <system_error>
 #include <utility>
 
-#include "QuellinCore/Services/HelperInstallation.h"
+#include "QuellinCore/Services/ProTelemetryService.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
@@ -23,9 +23,9 @@
 namespace quellin::cli {
 namespace {
 
-bool isToolInstalled() {
+bool isInstalled(const ProTelemetryService& tool) {
   std::error_code unknown;
-  return std::filesystem::exists(installedHelperPath, unknown);
+  return std::filesystem::exists(tool.helperPath(), unknown);
 }
 
 // One recording, from the first sample to the summary.
@@ -41,7 +41,7 @@ class Recording {
             invocation.options.processInterval,
             [&host](int limit, Seconds interval) { return host.topProcesses(limit, interval); },
             makeBackground(), *host.wallClock),
-        telemetry_(invocation.options.telemetry && host.isNative, loop_),
+        telemetry_(invocation.options.telemetry && host.isNative, loop_, invocation.tool),
         ticker_(loop_, host, invocation.options.interval, invocation.options.duration) {}
 
   void run() {
@@ -131,7 +131,8 @@ class Recording {
   // Telemetry that was asked for and does not come is told of once.
   void tellOfTelemetry() {
     if (!invocation_.options.telemetry || hasToldOfTelemetry_) return;
-    const auto remark = missingTelemetryText(host_.isNative, isToolInstalled(), telemetry_.latest());
+    const auto remark =
+        missingTelemetryText(host_.isNative, isInstalled(invocation_.tool), telemetry_.latest());
     if (!remark) return;
     live_.end();
     invocation_.talk.say(*remark);

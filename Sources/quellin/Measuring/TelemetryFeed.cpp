@@ -1,10 +1,11 @@
 #include "quellin/Measuring/TelemetryFeed.h"
 
-#include "QuellinCore/Services/ProTelemetryService.h"
+#include <utility>
 
 namespace quellin::cli {
 
-TelemetryFeed::TelemetryFeed(bool isWanted, Loop& loop) : loop_(loop) {
+TelemetryFeed::TelemetryFeed(bool isWanted, Loop& loop, ProTelemetryService tool)
+    : loop_(loop), tool_(std::move(tool)) {
   if (!isWanted) return;
   background_ = makeBackground();
   ask();
@@ -12,7 +13,7 @@ TelemetryFeed::TelemetryFeed(bool isWanted, Loop& loop) : loop_(loop) {
 
 void TelemetryFeed::ask() {
   background_->run([this] {
-    loop_.executor()->post([this, snapshot = ProTelemetryService{}.readSnapshot()] {
+    loop_.executor()->post([this, snapshot = tool_.readSnapshot()] {
       latest_ = snapshot;
       loop_.after(pause, [this] { ask(); });
     });

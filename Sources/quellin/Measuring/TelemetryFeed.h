@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "QuellinCore/Models/ProTelemetrySnapshot.h"
+#include "QuellinCore/Services/ProTelemetryService.h"
 #include "QuellinCore/Support/Background.h"
 #include "quellin/Measuring/Loop.h"
 
@@ -12,8 +13,9 @@ namespace quellin::cli {
 /// Asks the installed tool for telemetry again and again, beside everything else. Used on the loop's thread.
 class TelemetryFeed {
  public:
-  /// Begins asking unless `isWanted` is false. `loop` must outlive the feed and not run after it has gone.
-  TelemetryFeed(bool isWanted, Loop& loop);
+  /// Begins asking `tool` unless `isWanted` is false. `loop` must outlive the feed and not run after it has
+  /// gone.
+  TelemetryFeed(bool isWanted, Loop& loop, ProTelemetryService tool);
 
   /// The last answer; absent before the first.
   [[nodiscard]] const std::optional<ProTelemetrySnapshot>& latest() const { return latest_; }
@@ -24,6 +26,7 @@ class TelemetryFeed {
   void ask();
 
   Loop& loop_;
+  ProTelemetryService tool_;
   std::optional<ProTelemetrySnapshot> latest_;
   std::unique_ptr<Background> background_;
 };

@@ -40,6 +40,20 @@ TEST(FileDescriptorTest, PipeEndsAreClosedOnExecAndStayClearOfTheStandardStreams
   }
 }
 
+TEST(FileDescriptorTest, ClosedStandardStreamsAreHeldByWhatFailsInTheirDirection) {
+  const std::array streams{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+  std::array<int, 3> directions{};
+  for (std::size_t index = 0; index < streams.size(); ++index) {
+    const FileDescriptor saved{dup(streams[index])};
+    close(streams[index]);
+    const auto result = occupyClosedStreams();
+    directions[index] = fcntl(streams[index], F_GETFL) & O_ACCMODE;
+    dup2(saved.get(), streams[index]);
+    EXPECT_TRUE(result);
+  }
+  EXPECT_EQ(directions, (std::array{O_WRONLY, O_RDONLY, O_RDONLY}));
+}
+
 TEST(FileDescriptorTest, OpeningReportsTheSystemsError) {
   const auto descriptor = openDescriptor("/nonexistent/file", O_RDONLY);
   ASSERT_FALSE(descriptor);

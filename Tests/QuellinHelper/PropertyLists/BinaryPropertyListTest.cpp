@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "BinaryDocument.h"
 #include "PropertyListText.h"
 #include "QuellinHelper/PropertyLists/BinaryPropertyList.h"
 
@@ -10,39 +11,12 @@ namespace quellin {
 namespace {
 
 using namespace std::string_literals;
+using testing_support::bigEndianBytes;
+using testing_support::BinaryDocument;
 
-std::string bigEndianBytes(std::uint64_t value, int size) {
-  std::string bytes;
-  for (; size > 0; --size, value >>= 8) bytes.insert(bytes.begin(), static_cast<char>(value & 0xFF));
-  return bytes;
+std::string read(const BinaryDocument& document) {
+  return described(parseBinaryPropertyList(document.bytes()));
 }
-
-/// A binary property list put together by hand; every field of the trailer can be made wrong.
-struct Document {
-  std::vector<std::string> objects;
-  int offsetSize = 2;
-  int referenceSize = 1;
-  std::uint64_t topObject = 0;
-  std::optional<std::uint64_t> objectCount = std::nullopt;
-  std::optional<std::uint64_t> tableOffset = std::nullopt;
-  std::string magic = "bplist00";
-
-  [[nodiscard]] std::string bytes() const {
-    std::string result = magic;
-    std::string table;
-    for (const std::string& object : objects) {
-      table += bigEndianBytes(result.size(), offsetSize);
-      result += object;
-    }
-    const std::uint64_t offset = result.size();
-    return result + table + std::string(6, '\0') + bigEndianBytes(static_cast<std::uint64_t>(offsetSize), 1) +
-           bigEndianBytes(static_cast<std::uint64_t>(referenceSize), 1) +
-           bigEndianBytes(objectCount.value_or(objects.size()), 8) + bigEndianBytes(topObject, 8) +
-           bigEndianBytes(tableOffset.value_or(offset), 8);
-  }
-};
-
-std::string read(const Document& document) { return described(parseBinaryPropertyList(document.bytes())); }
 std::string readObject(const std::string& object) { return read({.objects = {object}}); }
 bool isError(const std::string& text) { return text.starts_with("error: "); }
 
@@ -132,33 +106,33 @@ TEST(BinaryPropertyListTest, RefusesKeysThatAreNoStrings) {
 }
 
 TEST(BinaryPropertyListTest, RefusesAWrongTrailer) {
-  const Document good{.objects = {"\xA1\x01", "\x09"}};
+  const BinaryDocument good{.objects = {"\xA1\x01", "\x09"}};
   ASSERT_EQ(read(good), "[true]");
   const auto with = [&good](auto&& change) {
-    Document document = good;
+    BinaryDocument document = good;
     change(document);
     return read(document);
   };
   static constexpr std::uint64_t huge = UINT64_MAX;
-  EXPECT_TRUE(isError(with([](Document& d) { d.offsetSize = 0; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.offsetSize = 9; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.referenceSize = 0; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.referenceSize = 255; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.topObject = 2; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.topObject = huge; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.objectCount = 3; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.objectCount = huge; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.objectCount = std::uint64_t{1} << 63; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.objectCount = 0; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.tableOffset = huge; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.tableOffset = 0; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.tableOffset = 9; })));
-  EXPECT_TRUE(isError(with([](Document& d) { d.magic = "bplist15"; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.offsetSize = 0; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.offsetSize = 9; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.referenceSize = 0; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.referenceSize = 255; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.topObject = 2; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.topObject = huge; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.objectCount = 3; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.objectCount = huge; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.objectCount = std::uint64_t{1} << 63; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.objectCount = 0; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.tableOffset = huge; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.tableOffset = 0; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.tableOffset = 9; })));
+  EXPECT_TRUE(isError(with([](BinaryDocument& d) { d.magic = "bplist15"; })));
 }
 
 TEST(BinaryPropertyListTest, AFileCutOrChangedAnywhereIsReadWithinItsBounds) {
-  const std::string whole = Document{.objects = {"\xD2\x01\x02\x03\x04", "\x51z", "\x62\0a\0b"s,
-                                                 "\x13\0\0\0\0\0\0\0\x01"s, "\xA1\x01"}}
+  const std::string whole = BinaryDocument{.objects = {"\xD2\x01\x02\x03\x04", "\x51z", "\x62\0a\0b"s,
+                                                       "\x13\0\0\0\0\0\0\0\x01"s, "\xA1\x01"}}
                                 .bytes();
   ASSERT_FALSE(isError(described(parseBinaryPropertyList(whole))));
   for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -187,7 +161,7 @@ TEST(BinaryPropertyListTest, RejectsCircles) {
 
 TEST(BinaryPropertyListTest, NestsAsDeepAsTheLimitAndNoDeeper) {
   const auto nested = [](std::size_t depth) {
-    Document document{.objects = {}, .referenceSize = 2};
+    BinaryDocument document{.objects = {}, .referenceSize = 2};
     for (std::size_t level = 1; level < depth; ++level)
       document.objects.push_back("\xA1" + bigEndianBytes(level, 2));
     document.objects.push_back("\xA0");
@@ -198,7 +172,7 @@ TEST(BinaryPropertyListTest, NestsAsDeepAsTheLimitAndNoDeeper) {
 }
 
 TEST(BinaryPropertyListTest, SharedContainersCannotBlowUp) {
-  Document document{.objects = {}};
+  BinaryDocument document{.objects = {}};
   for (int level = 1; level < 60; ++level) {
     document.objects.push_back("\xA2" + std::string(2, static_cast<char>(level)));
   }

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/RefusedCalls.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 
 namespace quellin::cli {
@@ -81,6 +82,23 @@ TEST_F(MannersTest, AnOutputThatCameClosedIsAFailureAndNoOtherFileGetsItsText) {
     EXPECT_THAT(result.error, HasSubstr("quellin: standard output cannot be written: Bad file descriptor. "));
   }
 }
+
+#if defined(__linux__)
+
+TEST_F(MannersTest, AClosedStreamThatCannotBeOccupiedEndsTheProgram) {
+  ProgramStart start = frontEnd.start({"--help"});
+  start.prepare = [before = start.prepare] {
+    before();
+    testing_support::require(close(STDIN_FILENO) == 0, "standard input");
+    testing_support::refuseOpening(O_WRONLY);
+  };
+  const ProgramResult result = runProgram(start);
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(result.error, StartsWith("quellin: a closed standard stream cannot be occupied: "));
+}
+
+#endif
 
 TEST_F(MannersTest, NumbersAreTheSameInEveryLocale) {
   const FrontEnd::Words german{"LC_ALL=de_DE.UTF-8", "LANG=de_DE.UTF-8"};
@@ -175,16 +193,6 @@ TEST_F(MannersTest, AStoreThatCannotBeOpenedIsNamedWithAWayOut) {
   const ProgramResult result = frontEnd.run({"sessions", "--store", damaged});
   EXPECT_EQ(result.exitStatus, 1);
   EXPECT_THAT(result.error, AllOf(StartsWith("quellin: "), HasSubstr(damaged)));
-}
-
-TEST_F(MannersTest, TheToolsStatusIsInTheExitStatus) {
-  const ProgramResult json = frontEnd.run({"helper", "status", "--json"});
-  const bool isInstalled = json.output.find("\"isInstalled\" : true") != std::string::npos;
-  EXPECT_THAT(json.output, HasSubstr("\"isInstalled\" : "));
-  EXPECT_TRUE(json.exitStatus == 3 || (json.exitStatus == 0 && isInstalled)) << json;
-  const ProgramResult text = frontEnd.run({"helper", "status"});
-  EXPECT_EQ(text.exitStatus, json.exitStatus);
-  EXPECT_THAT(text.error, IsEmpty());
 }
 
 TEST_F(MannersTest, BashCompletesCommandsOptionsAndChoices) {

@@ -14,7 +14,7 @@ cli::Invocation TalkPipe::on(const cli::Terminal& terminal) {
           .talk = talk_,
           .outTerminal = terminal,
           .talkTerminal = terminal,
-          .program = ""};
+          .tool = tool_};
 }
 
 std::string TalkPipe::waitForText() {

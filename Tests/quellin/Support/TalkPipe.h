@@ -24,6 +24,7 @@ class TalkPipe {
  private:
   Pipe pipe_ = std::move(*Pipe::open());
   cli::Options options_;
+  ProTelemetryService tool_;
   cli::Output out_{pipe_.writeEnd.get()};
   cli::Talk talk_{pipe_.writeEnd.get()};
 };
