@@ -7,9 +7,12 @@
 #include "PropertyLists/PropertyListText.h"
 #include "QuellinHelper/PowermetricsSearch.h"
 #include "QuellinHelper/PropertyLists/PropertyListStream.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
@@ -247,7 +250,7 @@ TEST(PowermetricsSearchTest, ReadsIdentifiersOfEveryForm) {
 TEST(PowermetricsSearchDeathTest, AnIntegerIdentifierBeyond32BitsEndsTheProcess) {
   for (const char* pid : {"2147483648", "-2147483649", "18446744073709551615"}) {
     const std::string row = dict({{"pid", "<integer>"s + pid + "</integer>"}});
-    EXPECT_DEATH(rowsOf(row), "") << pid;
+    EXPECT_EXIT(rowsOf(row), endedByTrap, "") << pid;
   }
 }
 

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryRules.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 std::int64_t operator""_i(unsigned long long value) { return static_cast<std::int64_t>(value); }
 
@@ -286,9 +289,9 @@ TEST(BatteryRulesTest, TellsADrainOnExternalPowerFromAnIdleBattery) {
 
 TEST(BatteryRulesDeathTest, EndsTheProcessWhenAPercentageOverflows) {
   const std::int64_t huge = std::numeric_limits<std::int64_t>::max();
-  EXPECT_DEATH(static_cast<void>(merged({{"AppleRawMaxCapacity", huge}})), "");
-  EXPECT_DEATH(static_cast<void>(merged({{"AppleRawCurrentCapacity", huge}, {"AppleRawMaxCapacity", 1_i}})),
-               "");
+  EXPECT_EXIT(static_cast<void>(merged({{"AppleRawMaxCapacity", huge}})), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(merged({{"AppleRawCurrentCapacity", huge}, {"AppleRawMaxCapacity", 1_i}})),
+              endedByTrap, "");
 }
 
 TEST(BatteryRulesTest, KnowsTheFiguresItCanReckonWith) {

@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryTime.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 using Value = PropertyTable::Value;
 using Kind = BatteryTimeRemainingKind;
@@ -45,10 +48,10 @@ TEST(BatteryTimeDeathTest, EndsTheProcessOnMinutesThatDoNotFit) {
   for (const double number :
        {1e19, -1e19, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
     const Value value = number;
-    EXPECT_DEATH(static_cast<void>(validMinutes(&value)), "");
+    EXPECT_EXIT(static_cast<void>(validMinutes(&value)), endedByTrap, "");
   }
-  EXPECT_DEATH(static_cast<void>(estimatedMinutesToFull(-1, std::numeric_limits<std::int64_t>::max(), 1)),
-               "");
+  EXPECT_EXIT(static_cast<void>(estimatedMinutesToFull(-1, std::numeric_limits<std::int64_t>::max(), 1)),
+              endedByTrap, "");
 }
 
 TEST(BatteryTimeTest, EstimatesTheTimeToEmpty) {

@@ -5,9 +5,12 @@
 
 #include "QuellinCore/Models/EnergyDelta.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 using Channels = std::vector<EnergyChannel>;
 
@@ -118,7 +121,7 @@ TEST(EnergyDeltaRulesTest, NeverAddsAnExactChannelToASum) {
 
 TEST(EnergyDeltaRulesDeathTest, EndsTheProcessWhenASumOverflows) {
   const Channels channels{{"ECPU", std::numeric_limits<std::int64_t>::max()}, {"PCPU", 1}};
-  EXPECT_DEATH(static_cast<void>(parseEnergyDelta(channels, tenth)), "");
+  EXPECT_EXIT(static_cast<void>(parseEnergyDelta(channels, tenth)), endedByTrap, "");
 }
 
 TEST(PowerMetricsTest, DescribesEveryFieldInOrder) {

@@ -6,12 +6,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/SMCDecoding.h"
+#include "Support/Deaths.h"
 
 namespace quellin::SMCDecoding {
 namespace {
 
 using testing::Eq;
 using testing::Optional;
+using testing_support::endedByTrap;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes littleEndian(float value) {
@@ -141,7 +143,7 @@ TEST(SMCDecodingTest, EndsTheProcessOverAFanSpeedThatIsNoInteger) {
   for (const float value : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
                             -std::numeric_limits<float>::infinity(), 9.3e18F, -9.3e18F}) {
     EXPECT_FALSE(canDecodeFanRPM(fourCharCode("flt "), littleEndian(value))) << value;
-    EXPECT_DEATH(static_cast<void>(fanRPM("flt ", littleEndian(value))), "") << value;
+    EXPECT_EXIT(static_cast<void>(fanRPM("flt ", littleEndian(value))), endedByTrap, "") << value;
   }
 }
 

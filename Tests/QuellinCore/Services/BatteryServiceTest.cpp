@@ -1,17 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/BatteryService.h"
+#include "Support/FakeHost.h"
 
 namespace quellin {
 namespace {
 
-class FakeBatterySource final : public BatterySource {
- public:
-  BatteryTables tables;
-
-  BatteryTables read() override { return tables; }
-  SourceDiagnosis diagnose() override { return {}; }
-};
+using testing_support::FakeBatterySource;
 
 TEST(BatteryServiceTest, ReadsTheTablesAfreshEachTime) {
   const auto source = std::make_shared<FakeBatterySource>();

@@ -2,20 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/HIDSensorService.h"
+#include "Support/FakeHost.h"
 
 namespace quellin {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class FakeHIDSensorSource final : public HIDSensorSource {
- public:
-  std::vector<HIDTemperatureService> services;
-
-  std::vector<HIDTemperatureService> temperatureServices() override { return services; }
-  SourceDiagnosis diagnose() override { return {}; }
-};
+using testing_support::FakeHIDSensorSource;
 
 TEST(HIDSensorServiceTest, GivesPlausibleReadingsSortedByName) {
   const auto source = std::make_shared<FakeHIDSensorSource>();

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/MetricsEngine.h"
+#include "Support/Deaths.h"
 #include "Support/ManualBackground.h"
 #include "Support/ManualClock.h"
 
@@ -14,6 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing_support::expectRefusedElsewhere;
 using testing_support::ManualBackground;
 using testing_support::ManualWallClock;
 
@@ -435,17 +437,15 @@ TEST_F(MetricsEngineTest, AnObserverOfTheEndMayStartAgainAndThereIsOneLoop) {
 }
 
 TEST_F(MetricsEngineTest, OperationsElsewhereThanOnTheMainExecutorEndTheProcess) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_DEATH(std::thread([&] { engine->start(); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { engine->stop(); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { engine->setInterval(Seconds{1}); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { engine->snapshot([](const auto&) {}); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->currentState()); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->history()); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->isRunning()); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->interval()); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { static_cast<void>(engine->observeHistory([](const auto&) {})); }).join(),
-               "");
+  expectRefusedElsewhere([&] { engine->start(); });
+  expectRefusedElsewhere([&] { engine->stop(); });
+  expectRefusedElsewhere([&] { engine->setInterval(Seconds{1}); });
+  expectRefusedElsewhere([&] { engine->snapshot([](const auto&) {}); });
+  expectRefusedElsewhere([&] { static_cast<void>(engine->currentState()); });
+  expectRefusedElsewhere([&] { static_cast<void>(engine->history()); });
+  expectRefusedElsewhere([&] { static_cast<void>(engine->isRunning()); });
+  expectRefusedElsewhere([&] { static_cast<void>(engine->interval()); });
+  expectRefusedElsewhere([&] { static_cast<void>(engine->observeHistory([](const auto&) {})); });
 }
 
 }  // namespace

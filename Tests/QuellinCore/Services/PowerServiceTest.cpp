@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 using testing_support::ManualMonotonicClock;
 
 /// Tells a story of what happened in which order.
-class FakeEnergySource final : public EnergySource {
+class StoryEnergySource final : public EnergySource {
  public:
   bool begins = true;
   std::optional<std::vector<EnergyChannel>> delta;
@@ -27,7 +27,7 @@ class FakeEnergySource final : public EnergySource {
  private:
   class Measurement final : public EnergyMeasurement {
    public:
-    explicit Measurement(FakeEnergySource& source) : source_(source) {}
+    explicit Measurement(StoryEnergySource& source) : source_(source) {}
     ~Measurement() override { source_.events.push_back("release"); }
     std::optional<std::vector<EnergyChannel>> finish() override {
       source_.events.push_back("finish");
@@ -35,7 +35,7 @@ class FakeEnergySource final : public EnergySource {
     }
 
    private:
-    FakeEnergySource& source_;
+    StoryEnergySource& source_;
   };
 };
 
@@ -45,7 +45,7 @@ class PowerServiceTest : public ::testing::Test {
     clock.onSleep = [this](Seconds) { source->events.push_back("sleep"); };
   }
 
-  std::shared_ptr<FakeEnergySource> source = std::make_shared<FakeEnergySource>();
+  std::shared_ptr<StoryEnergySource> source = std::make_shared<StoryEnergySource>();
   ManualMonotonicClock clock;
   PowerService service{source, clock};
 };

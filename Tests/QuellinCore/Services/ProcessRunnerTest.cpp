@@ -1,12 +1,12 @@
 #include <csignal>
 #include <filesystem>
-#include <sys/wait.h>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/ProcessRunner.h"
+#include "Support/ChildEnd.h"
 #include "Support/ManualClock.h"
 #include "Support/TemporaryFolder.h"
 
@@ -14,6 +14,7 @@ namespace quellin {
 namespace {
 
 using testing::Each;
+using testing_support::contentOf;
 using testing_support::ManualMonotonicClock;
 using testing_support::TemporaryFolder;
 
@@ -80,14 +81,31 @@ TEST(ProcessRunnerTest, AChildThatIsTerminatedLeavesWhatItWrote) {
   EXPECT_EQ(result.error, "stopped");
 }
 
+#if defined(__linux__)
+
+/// Whether the process whose id stands in the file at `path` sleeps, or has ended.
+bool isAtRest(const std::string& path) {
+  const std::string id = std::filesystem::exists(path) ? contentOf(path) : "";
+  if (!id.ends_with('\n')) return false;
+  const std::string stat = contentOf("/proc/" + std::to_string(std::stoi(id)) + "/stat");
+  const char state = stat.at(stat.rfind(')') + 2);
+  return state == 'S' || state == 'Z';
+}
+
 TEST(ProcessRunnerTest, AChildThatFillsAPipeIsStalledUntilTheDeadline) {
   const TemporaryFolder folder;
-  const std::string finished = folder.pathOf("finished");
-  const std::string script = "head -c 1000000 /dev/zero && : >'" + finished + "'";
-  const ProcessRunResult result = runProcess("/bin/sh", {"-c", script}, Seconds{0.3}, systemMonotonicClock());
-  EXPECT_EQ(result.terminationStatus, SIGTERM);
-  EXPECT_FALSE(std::filesystem::exists(finished)) << "its output was read while it ran";
+  const std::string id = folder.pathOf("id");
+  ManualMonotonicClock clock;
+  clock.onSleep = [&](Seconds) {
+    while (!isAtRest(id)) std::this_thread::yield();
+  };
+  const std::string script = "echo $$ >'" + id + "'; exec head -c 1000000 /dev/zero";
+  const ProcessRunResult result = runProcess("/bin/sh", {"-c", script}, Seconds{2}, clock);
+  EXPECT_EQ(result.terminationStatus, SIGTERM) << "its output was read while it ran";
+  EXPECT_NEAR(clock.slept().count(), 2, 0.0501);
 }
+
+#endif
 
 /// Ends the process whose id is all of `text`.
 void endProcess(const std::string& text) {
@@ -97,10 +115,7 @@ void endProcess(const std::string& text) {
 
 TEST(ProcessRunnerTest, AProcessLeftBehindHoldsUpTheResultUntilTheDeadlineOnly) {
   ManualMonotonicClock clock;
-  clock.onSleep = [](Seconds) {  // the child itself ends in time
-    siginfo_t info{};
-    waitid(P_ALL, 0, &info, WEXITED | WNOWAIT);
-  };
+  clock.onSleep = [](Seconds) { testing_support::awaitChildEnd(); };
   const ProcessRunResult result =
       runProcess("/bin/sh", {"-c", "sleep 600 & echo $!; exit 3"}, Seconds{2}, clock);
   EXPECT_EQ(result.terminationStatus, 3);

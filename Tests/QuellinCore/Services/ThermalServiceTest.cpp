@@ -1,17 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/ThermalService.h"
+#include "Support/FakeHost.h"
 
 namespace quellin {
 namespace {
 
-class FakeThermalSource final : public ThermalSource {
- public:
-  ThermalSignals signals;
-
-  ThermalSignals read() override { return signals; }
-  SourceDiagnosis diagnose() override { return {}; }
-};
+using testing_support::FakeThermalSource;
 
 TEST(ThermalServiceTest, MapsWhatTheSourceSaysNow) {
   const auto source = std::make_shared<FakeThermalSource>();

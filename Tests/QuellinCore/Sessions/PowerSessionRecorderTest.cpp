@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "Support/Deaths.h"
 #include "Support/ManualBackground.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
@@ -23,6 +24,7 @@ using testing::NotNull;
 using testing::SizeIs;
 using testing_support::activity;
 using testing_support::energyRow;
+using testing_support::expectRefusedElsewhere;
 using testing_support::ManualBackground;
 using testing_support::stateOnBattery;
 using testing_support::telemetry;
@@ -499,18 +501,12 @@ TEST_F(PowerSessionRecorderTest, AnObserverMayDestroyTheRecorder) {
   EXPECT_THAT(secondsOf(session), ElementsAre(1000));
 }
 
-TEST_F(PowerSessionRecorderTest, MeasuresTheProcessesOfThisHostByDefault) {
-  const auto rows = PowerSessionRecorder::nativeProcessSampler()(0, Seconds{0});
-  EXPECT_THAT(rows, IsEmpty());
-}
-
 TEST(PowerSessionRecorderDeathTest, OnlyTheMainExecutorMayCallIt) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const testing_support::MemoryStore fixture;
   PowerSessionRecorder recorder(fixture.executor, fixture.store, Seconds{10});
-  EXPECT_DEATH(std::thread([&] { recorder.stop(instantAt(0)); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { recorder.record({}, std::nullopt); }).join(), "");
-  EXPECT_DEATH(std::thread([&] { (void)recorder.activeSession(); }).join(), "");
+  expectRefusedElsewhere([&] { recorder.stop(instantAt(0)); });
+  expectRefusedElsewhere([&] { recorder.record({}, std::nullopt); });
+  expectRefusedElsewhere([&] { (void)recorder.activeSession(); });
 }
 
 }  // namespace

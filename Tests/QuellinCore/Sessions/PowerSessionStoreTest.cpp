@@ -13,6 +13,7 @@
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/BracketDateText.h"
+#include "Support/Deaths.h"
 #include "Support/ManualClock.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
@@ -25,6 +26,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsNull;
 using testing_support::emptyState;
+using testing_support::expectRefusedElsewhere;
 using testing_support::kindThrownBy;
 using testing_support::stateOnBattery;
 using testing_support::TemporaryFolder;
@@ -390,22 +392,17 @@ TEST_F(PowerSessionStoreTest, AFolderThatCannotBeMadeIsReportedWhenTheStoreIsOpe
 }
 
 TEST_F(PowerSessionStoreTest, OnlyTheMainExecutorMayCallIt) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto session = start();
-  EXPECT_EXIT(std::thread([&] { (void)store->sessions(); }).join(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { (void)store->samples(session); }).join(), testing::KilledBySignal(SIGABRT),
-              "");
-  EXPECT_EXIT(std::thread([&] { append(session, 1); }).join(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { store->stop(session, noon); }).join(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { start(); }).join(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { store->remove(session); }).join(), testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { (void)store->summary(session); }).join(), testing::KilledBySignal(SIGABRT),
-              "");
-  EXPECT_EXIT(std::thread([&] { (void)store->coverage(session); }).join(), testing::KilledBySignal(SIGABRT),
-              "");
-  EXPECT_EXIT(std::thread([&] { (void)store->exportJSONL(session, noon); }).join(),
-              testing::KilledBySignal(SIGABRT), "");
-  EXPECT_EXIT(std::thread([&] { session->setTitle("x"); }).join(), testing::KilledBySignal(SIGABRT), "");
+  expectRefusedElsewhere([&] { (void)store->sessions(); });
+  expectRefusedElsewhere([&] { (void)store->samples(session); });
+  expectRefusedElsewhere([&] { append(session, 1); });
+  expectRefusedElsewhere([&] { store->stop(session, noon); });
+  expectRefusedElsewhere([&] { start(); });
+  expectRefusedElsewhere([&] { store->remove(session); });
+  expectRefusedElsewhere([&] { (void)store->summary(session); });
+  expectRefusedElsewhere([&] { (void)store->coverage(session); });
+  expectRefusedElsewhere([&] { (void)store->exportJSONL(session, noon); });
+  expectRefusedElsewhere([&] { session->setTitle("x"); });
 }
 
 }  // namespace

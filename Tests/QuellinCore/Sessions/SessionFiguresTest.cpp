@@ -5,9 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/SessionFigures.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
@@ -58,7 +61,7 @@ TEST(SessionFiguresTest, AReadingOfZeroIsAReading) {
 TEST(SessionFiguresDeathTest, EndsTheProcessWhenTheCountOverflows) {
   SessionFigures figures;
   figures.sampleCount = most;
-  EXPECT_DEATH(figures.ingest(PowerSamplePoint{}), "");
+  EXPECT_EXIT(figures.ingest(PowerSamplePoint{}), endedByTrap, "");
 }
 
 TEST(SessionFiguresDeathTest, EndsTheProcessWhenADifferenceOverflows) {
@@ -68,7 +71,7 @@ TEST(SessionFiguresDeathTest, EndsTheProcessWhenADifferenceOverflows) {
   figures.battery.ingest(most - 1);
   EXPECT_EQ(figures.battery.delta(), most);
   figures.battery.ingest(most);
-  EXPECT_DEATH(std::ignore = figures.battery.delta(), "");
+  EXPECT_EXIT(std::ignore = figures.battery.delta(), endedByTrap, "");
 }
 
 }  // namespace

@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/WattStatistics.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
@@ -53,7 +56,7 @@ TEST(WattStatisticsTest, AReadingThatIsNoNumberIsNeitherLargestNorSmallest) {
 TEST(WattStatisticsDeathTest, EndsTheProcessWhenTheCountOverflows) {
   WattStatistics statistics;
   statistics.wattSampleCount = std::numeric_limits<std::int64_t>::max();
-  EXPECT_DEATH(statistics.ingest({instantAt(0), 1}), "");
+  EXPECT_EXIT(statistics.ingest({instantAt(0), 1}), endedByTrap, "");
 }
 
 }  // namespace

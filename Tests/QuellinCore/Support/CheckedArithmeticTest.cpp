@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/CheckedArithmetic.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::endedByTrap;
 
 constexpr auto largest = std::numeric_limits<std::int64_t>::max();
 constexpr auto smallest = std::numeric_limits<std::int64_t>::min();
@@ -21,18 +24,18 @@ TEST(CheckedArithmeticTest, CalculatesUpToTheLimits) {
 }
 
 TEST(CheckedArithmeticDeathTest, EndsTheProcessOnOverflow) {
-  EXPECT_DEATH(static_cast<void>(checkedAdd(largest, 1)), "");
-  EXPECT_DEATH(static_cast<void>(checkedAdd<std::uint64_t>(largestUnsigned, 1)), "");
-  EXPECT_DEATH(static_cast<void>(checkedSub(smallest, 1)), "");
-  EXPECT_DEATH(static_cast<void>(checkedSub<std::uint64_t>(1, 2)), "");
-  EXPECT_DEATH(static_cast<void>(checkedMul(largest, 2)), "");
-  EXPECT_DEATH(static_cast<void>(checkedMul(smallest, -1)), "");
+  EXPECT_EXIT(static_cast<void>(checkedAdd(largest, 1)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedAdd<std::uint64_t>(largestUnsigned, 1)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedSub(smallest, 1)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedSub<std::uint64_t>(1, 2)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedMul(largest, 2)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedMul(smallest, -1)), endedByTrap, "");
 }
 
 TEST(CheckedArithmeticDeathTest, EndsTheProcessWhereACastWouldChangeTheValue) {
-  EXPECT_DEATH(static_cast<void>(checkedCast<std::int64_t>(largestUnsigned)), "");
-  EXPECT_DEATH(static_cast<void>(checkedCast<std::uint64_t>(std::int64_t{-1})), "");
-  EXPECT_DEATH(static_cast<void>(checkedCast<std::int32_t>(std::int64_t{2147483648})), "");
+  EXPECT_EXIT(static_cast<void>(checkedCast<std::int64_t>(largestUnsigned)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedCast<std::uint64_t>(std::int64_t{-1})), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(checkedCast<std::int32_t>(std::int64_t{2147483648})), endedByTrap, "");
 }
 
 TEST(CheckedArithmeticTest, RoundsHalvesAwayFromZero) {
@@ -54,10 +57,10 @@ TEST(CheckedArithmeticTest, KnowsWhatRoundsToAnInteger) {
 }
 
 TEST(CheckedArithmeticDeathTest, EndsTheProcessWhereRoundingHasNoResult) {
-  EXPECT_DEATH(static_cast<void>(roundedToInt64(0x1p63)), "");
-  EXPECT_DEATH(static_cast<void>(roundedToInt64(-0x1p63 - 2048)), "");
-  EXPECT_DEATH(static_cast<void>(roundedToInt64(std::numeric_limits<double>::infinity())), "");
-  EXPECT_DEATH(static_cast<void>(roundedToInt64(std::numeric_limits<double>::quiet_NaN())), "");
+  EXPECT_EXIT(static_cast<void>(roundedToInt64(0x1p63)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(roundedToInt64(-0x1p63 - 2048)), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(roundedToInt64(std::numeric_limits<double>::infinity())), endedByTrap, "");
+  EXPECT_EXIT(static_cast<void>(roundedToInt64(std::numeric_limits<double>::quiet_NaN())), endedByTrap, "");
 }
 
 }  // namespace

@@ -11,12 +11,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/ChildProcess.h"
+#include "Support/ChildEnd.h"
 #include "Support/ManualClock.h"
 
 namespace quellin {
 namespace {
 
 using testing::ElementsAre;
+using testing_support::awaitChildEnd;
 using testing_support::ManualMonotonicClock;
 
 ChildProcessPlan shellPlan(std::string script) {
@@ -39,12 +41,6 @@ std::string outputOf(const ChildProcessPlan& plan) {
   std::string output = child.readStandardOutput();
   EXPECT_EQ(child.wait(), 0);
   return output;
-}
-
-/// Blocks until the child has ended without collecting its status.
-void awaitEnd(pid_t processID) {
-  siginfo_t info{};
-  waitid(P_PID, static_cast<id_t>(processID), &info, WEXITED | WNOWAIT);
 }
 
 bool exists(pid_t processID) { return ::kill(processID, 0) == 0; }
@@ -255,7 +251,7 @@ TEST(ChildProcessTest, DeadlineAlreadyReachedMeansNoPause) {
 TEST(ChildProcessTest, EndedChildMeansNoPauseEvenBeforeTheDeadline) {
   ManualMonotonicClock clock;
   ChildProcess child = startOrDie(shellPlan("exit 0"));
-  awaitEnd(child.processID());
+  awaitChildEnd(child.processID());
   EXPECT_TRUE(child.waitUntil(clock.now() + Seconds{10}, clock));
   EXPECT_TRUE(clock.sleeps.empty());
 }
@@ -266,7 +262,7 @@ TEST(ChildProcessTest, WaitStopsAfterThePauseInWhichTheChildEnded) {
   clock.onSleep = [&](Seconds) {
     if (clock.sleeps.size() < 3) return;
     ::kill(child.processID(), SIGTERM);
-    awaitEnd(child.processID());
+    awaitChildEnd(child.processID());
   };
   EXPECT_TRUE(child.waitUntil(clock.now() + Seconds{10}, clock));
   EXPECT_EQ(clock.sleeps.size(), 3U);

@@ -2,15 +2,17 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
-#include <thread>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/JoinedThread.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::JoinedThread;
 
 bool isOpen(int descriptor) { return fcntl(descriptor, F_GETFD) != -1; }
 
@@ -66,7 +68,7 @@ TEST(FileDescriptorTest, ReadsBeyondThePipesCapacityAndKeepsTheFirstBytesUpToThe
   for (const std::size_t limit : {sent.size() + 1, sent.size(), std::size_t{4}, std::size_t{0}}) {
     auto ends = Pipe::open();
     ASSERT_TRUE(ends);
-    const std::jthread writer{[&] {
+    const JoinedThread writer{[&] {
       std::size_t written = 0;
       while (written < sent.size()) {
         const ssize_t count = write(ends->writeEnd.get(), sent.data() + written, sent.size() - written);
@@ -92,7 +94,7 @@ class WriteAllTest : public testing::Test {
 TEST_F(WriteAllTest, TextLargerThanThePipeArrivesWhole) {
   std::string received;
   {
-    const std::jthread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
+    const JoinedThread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
     EXPECT_TRUE(writeAll(ends.writeEnd.get(), large));
     ends.writeEnd.reset();
   }
@@ -103,7 +105,7 @@ TEST_F(WriteAllTest, NonBlockingPipeIsWaitedFor) {
   fcntl(ends.writeEnd.get(), F_SETFL, O_NONBLOCK);
   std::string received;
   {
-    const std::jthread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
+    const JoinedThread reader{[&] { received = readToEnd(ends.readEnd.get()); }};
     EXPECT_TRUE(writeAll(ends.writeEnd.get(), large));
     ends.writeEnd.reset();
   }

@@ -4,12 +4,14 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Support/MainExecutor.h"
+#include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing_support::expectRefusedElsewhere;
 
 TEST(MainExecutorTest, AThreadExecutorIsCurrentOnItsOwnThreadOnly) {
   const ThreadExecutor executor;
@@ -37,10 +39,9 @@ TEST(MainExecutorTest, PostedTasksRunLaterInTheirOrder) {
 }
 
 TEST(MainExecutorTest, BeingElsewhereEndsTheProcess) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const ThreadExecutor executor;
   requireCurrent(executor);
-  EXPECT_EXIT(std::thread([&] { requireCurrent(executor); }).join(), testing::KilledBySignal(SIGABRT), "");
+  expectRefusedElsewhere([&] { requireCurrent(executor); });
 }
 
 }  // namespace

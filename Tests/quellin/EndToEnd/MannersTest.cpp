@@ -11,6 +11,7 @@
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "Support/RefusedCalls.h"
 #include "quellin/EndToEnd/FrontEnd.h"
+#include "quellin/Support/CommaLocale.h"
 
 namespace quellin::cli {
 namespace {
@@ -101,7 +102,7 @@ TEST_F(MannersTest, AClosedStreamThatCannotBeOccupiedEndsTheProgram) {
 #endif
 
 TEST_F(MannersTest, NumbersAreTheSameInEveryLocale) {
-  const FrontEnd::Words german{"LC_ALL=de_DE.UTF-8", "LANG=de_DE.UTF-8"};
+  const testing_support::CommaLocale comma;
   record();
   for (const FrontEnd::Words& arguments :
        std::vector<FrontEnd::Words>{{"snapshot", "--source", macbook},
@@ -110,8 +111,14 @@ TEST_F(MannersTest, NumbersAreTheSameInEveryLocale) {
                                     {"show", "last", "--json"}}) {
     const ProgramResult plain = frontEnd.run(arguments);
     EXPECT_THAT(plain.output, HasSubstr("."));
-    EXPECT_EQ(frontEnd.run(arguments, german), plain);
+    EXPECT_EQ(frontEnd.run(arguments, comma.environment()), plain);
   }
+}
+
+TEST_F(MannersTest, ATitleThatWasNotGivenIsADateInTheUsersLocaleAndTimeZone) {
+  const FrontEnd::Words german{"LC_ALL=de_DE.UTF-8", "TZ=Europe/Berlin"};
+  ASSERT_EQ(frontEnd.run({"record", "--source", macbook}, german).exitStatus, 0);
+  EXPECT_THAT(frontEnd.run({"sessions"}).output, HasSubstr("04.03.2025 um "));
 }
 
 TEST_F(MannersTest, NothingIsColouredInAPipe) {

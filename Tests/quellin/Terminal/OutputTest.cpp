@@ -1,11 +1,11 @@
 #include <csignal>
 #include <fcntl.h>
 #include <string>
-#include <thread>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/JoinedThread.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Terminal/Output.h"
@@ -14,6 +14,7 @@ namespace quellin::cli {
 namespace {
 
 using testing_support::contentOf;
+using testing_support::JoinedThread;
 using testing_support::TemporaryFolder;
 
 // As the program does in its entry; a write to a closed pipe would end the tests otherwise.
@@ -49,7 +50,7 @@ TEST_F(OutputTest, AReaderThatIsSlowIsWaitedForWhereTheOtherEndMadeThePipeNonBlo
   const std::string text(300'000, 'x');
   std::string received;
   {
-    const std::jthread reader{[&] { received = readToEnd(pipe->readEnd.get()); }};
+    const JoinedThread reader{[&] { received = readToEnd(pipe->readEnd.get()); }};
     Output out{pipe->writeEnd.get()};
     EXPECT_NO_THROW(out.write(text));
     pipe->writeEnd.reset();

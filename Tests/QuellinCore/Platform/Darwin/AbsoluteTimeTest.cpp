@@ -2,9 +2,12 @@
 
 #include "FakeDarwin/DarwinTest.h"
 #include "QuellinCore/Platform/Darwin/AbsoluteTime.h"
+#include "Support/Deaths.h"
 
 namespace quellin::darwin {
 namespace {
+
+using testing_support::endedByTrap;
 
 class AbsoluteTimeTest : public fake::DarwinTest {};
 
@@ -24,7 +27,7 @@ TEST_F(AbsoluteTimeTest, TurnsTicksIntoNanosecondsExactly) {
 TEST_F(AbsoluteTimeTest, EndsTheProcessWhenTheResultDoesNotFit) {
   constexpr auto highest = std::numeric_limits<std::uint64_t>::max();
   EXPECT_EQ((AbsoluteTimeScale{1, 1}.nanoseconds(highest)), highest);
-  EXPECT_DEATH((void)(AbsoluteTimeScale{125, 3}.nanoseconds(highest)), "");
+  EXPECT_EXIT((void)(AbsoluteTimeScale{125, 3}.nanoseconds(highest)), endedByTrap, "");
 }
 
 struct Case {

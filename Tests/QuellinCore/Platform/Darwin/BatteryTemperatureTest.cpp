@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Darwin/BatteryTemperature.h"
+#include "Support/Deaths.h"
 
 namespace quellin::darwin {
 namespace {
+
+using testing_support::endedByTrap;
 
 TEST(BatteryTemperatureTest, TurnsTenthsOfAKelvinIntoHundredthsOfADegree) {
   EXPECT_EQ(hundredthsOfCelsius(3131), 3995);
@@ -15,8 +18,8 @@ TEST(BatteryTemperatureTest, TurnsTenthsOfAKelvinIntoHundredthsOfADegree) {
 }
 
 TEST(BatteryTemperatureTest, EndsTheProcessOnOverflow) {
-  EXPECT_DEATH((void)hundredthsOfCelsius(std::numeric_limits<std::int64_t>::max() / 10 + 1), "");
-  EXPECT_DEATH((void)hundredthsOfCelsius(std::numeric_limits<std::int64_t>::min() / 10), "");
+  EXPECT_EXIT((void)hundredthsOfCelsius(std::numeric_limits<std::int64_t>::max() / 10 + 1), endedByTrap, "");
+  EXPECT_EXIT((void)hundredthsOfCelsius(std::numeric_limits<std::int64_t>::min() / 10), endedByTrap, "");
 }
 
 struct Case {

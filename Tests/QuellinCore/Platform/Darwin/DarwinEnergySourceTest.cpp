@@ -5,6 +5,7 @@
 #include "FakeDarwin/DarwinTest.h"
 #include "QuellinCore/Platform/EnergySource.h"
 #include "QuellinCore/Services/PowerService.h"
+#include "Support/Deaths.h"
 #include "Support/ManualClock.h"
 
 namespace quellin {
@@ -13,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
+using testing_support::endedByTrap;
 
 // Every test ends with the fixture's check that nothing is leaked and the library closed.
 class DarwinEnergySourceTest : public fake::DarwinTest {
@@ -95,7 +97,8 @@ TEST_F(DarwinEnergySourceTest, GivesAnEmptyListForADeltaWithoutChannels) {
 TEST_F(DarwinEnergySourceTest, EndsTheProcessWhenAnEnergyDoesNotFit) {
   add("CPU Energy", "mJ");
   system.ioReport.channels[0].counter = 0;
-  EXPECT_DEATH((void)measure(*nativeEnergySource(), {std::numeric_limits<std::int64_t>::max()}), "");
+  EXPECT_EXIT((void)measure(*nativeEnergySource(), {std::numeric_limits<std::int64_t>::max()}), endedByTrap,
+              "");
 }
 
 TEST_F(DarwinEnergySourceTest, LetsAMeasurementOutliveTheSource) {
