@@ -1,4 +1,4 @@
-// One measurement of process activity (two snapshots) over 2,000 sleeping processes, beside the bare cost of
+// One measurement of process activity (two snapshots) over sleeping processes, beside the bare cost of
 // opening, reading and closing the files it reads; and how far three ways of counting CPU time are off under
 // a known load.
 #include <algorithm>
@@ -28,13 +28,11 @@
 namespace quellin {
 namespace {
 
-constexpr int processCount = 2000;
-
 // Children that sleep until this object ends.
 class SleepingProcesses {
  public:
-  SleepingProcesses() {
-    for (int index = 0; index < processCount; ++index) {
+  explicit SleepingProcesses(std::int64_t count) {
+    for (std::int64_t index = 0; index < count; ++index) {
       const pid_t pid = fork();
       if (pid == 0) {
         for (;;) pause();
@@ -79,10 +77,10 @@ std::vector<std::int32_t> allProcessIDs() {
 }
 
 void readAllFilesBare(benchmark::State& state) {
-  const SleepingProcesses processes;
+  const SleepingProcesses processes{state.range(0)};
   const auto proc = openDescriptor("/proc", O_RDONLY | O_DIRECTORY);
   const auto ids = allProcessIDs();
-  const auto snapshots = state.range(0);
+  const auto snapshots = state.range(1);
   for (auto _ : state) {
     for (std::int64_t snapshot = 0; snapshot < snapshots; ++snapshot) {
       for (const std::int32_t pid : ids) {
@@ -93,18 +91,21 @@ void readAllFilesBare(benchmark::State& state) {
 }
 BENCHMARK(readAllFilesBare)
     ->Name("Processes/measure/floor")
-    ->ArgName("snapshots")
-    ->Arg(1)
-    ->Arg(2)
+    ->Args({2000, 1})
+    ->Args({2000, 2})
     ->Unit(benchmark::kMillisecond);
 
 void measureProcessActivity(benchmark::State& state) {
-  const SleepingProcesses processes;
+  const SleepingProcesses processes{state.range(0)};
   NoWaiting clock;
   const ProcessActivityService service{nativeProcessSource(), clock};
   for (auto _ : state) benchmark::DoNotOptimize(service.sampleTopProcesses(5, Seconds{0.35}));
 }
-BENCHMARK(measureProcessActivity)->Name("Processes/measure")->Unit(benchmark::kMillisecond);
+BENCHMARK(measureProcessActivity)
+    ->Name("Processes/measure")
+    ->Arg(500)
+    ->Arg(2000)
+    ->Unit(benchmark::kMillisecond);
 
 std::string contentOf(const std::string& path) {
   std::ifstream file{path};
