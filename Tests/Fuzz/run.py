@@ -1,6 +1,6 @@
-"""Runs every fuzz harness of a build folder for a time, two at once, and prints what each tried and how much it reached.
+"""Runs every fuzz harness of a build folder for a time, several at once, and prints what each tried and how much it reached.
 
-usage: run.py BIN_FOLDER SECONDS
+usage: run.py BIN_FOLDER SECONDS [SEED]
 
 A crash, a leak, undefined behaviour or an input that takes too long fails the run; its input is kept beside the build
 folder. Once mended, it belongs into corpus/ under a name that says what it shows.
@@ -15,7 +15,7 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-AT_ONCE = 2
+AT_ONCE = 3 * os.cpu_count()
 LONGEST_INPUT = 65536
 SLOWEST_INPUT_SECONDS = 20
 STARTING_SECONDS = 300  # beyond the time for fuzzing: reading the corpus, looking for leaks
@@ -56,12 +56,12 @@ def table(rows):
                                 row[-1]]).rstrip() for row in rows)
 
 
-def fuzz(program, seconds, work, scratch):
+def fuzz(program, seconds, work, scratch, seed=0):
     """Runs one harness; what it finds new lies in `work`, what breaks it beside that."""
     work.mkdir(parents=True, exist_ok=True)
     prefix = f"{program.name}-"
     earlier = set(work.parent.glob(prefix + "*"))
-    command = [str(program), f"-max_total_time={seconds}", f"-max_len={LONGEST_INPUT}",
+    command = [str(program), f"-max_total_time={seconds}", f"-seed={seed}", f"-max_len={LONGEST_INPUT}",
                f"-timeout={SLOWEST_INPUT_SECONDS}", "-print_final_stats=1",
                f"-artifact_prefix={work.parent / prefix}", str(work), str(HERE / "corpus" / program.name)]
     try:
@@ -76,12 +76,12 @@ def harnesses(folder, sources=HERE):
     return [folder / source.stem for source in sorted(sources.glob("*Fuzzer.cpp"))]
 
 
-def run_all(programs, seconds, work):
-    """The results of all harnesses, and whether all are good; says what is broken."""
+def run_all(programs, seconds, work, seed=0):
+    """The results of all harnesses, and whether all are good; says what is broken. A seed of 0 is another each time."""
     scratch_parent = MEMORY_FOLDER if MEMORY_FOLDER.is_dir() else None
     with tempfile.TemporaryDirectory(dir=scratch_parent, prefix="quellin-fuzz-") as scratch:
         with ThreadPoolExecutor(max_workers=AT_ONCE) as workers:
-            results = list(workers.map(lambda program: fuzz(program, seconds, work / program.name, scratch), programs))
+            results = list(workers.map(lambda program: fuzz(program, seconds, work / program.name, scratch, seed), programs))
     print(table([HEADINGS, *(result.row() for result in results)]))
     for result in results:
         if result.is_good():
@@ -94,7 +94,8 @@ def run_all(programs, seconds, work):
 
 def main():
     folder, seconds = Path(sys.argv[1]), int(sys.argv[2])
-    _, all_good = run_all(harnesses(folder), seconds, folder.parent / "fuzzing")
+    seed = int(sys.argv[3]) if len(sys.argv) > 3 else 0
+    _, all_good = run_all(harnesses(folder), seconds, folder.parent / "fuzzing", seed)
     return 0 if all_good else 1
 
 
