@@ -13,20 +13,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Support/SystemCalls.h"
+
 namespace quellin::testing_support {
 namespace {
 
 constexpr int preparationFailed = 125;
-constexpr int executionFailed = 126;
 constexpr std::chrono::minutes patience{1};
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (std::string& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
 
 Pipe openPipe() {
   auto pipe = Pipe::open();
@@ -34,26 +27,26 @@ Pipe openPipe() {
   return std::move(*pipe);
 }
 
-[[noreturn]] void becomeProgram(ProgramStart start, int output, int error) {
+[[noreturn]] void start(const ProgramStart& program, int output, int error) {
   const auto null = openDescriptor("/dev/null", O_RDONLY);
   require(null && dup2(null->get(), STDIN_FILENO) >= 0 && dup2(error, STDERR_FILENO) >= 0 &&
               dup2(output, STDOUT_FILENO) >= 0,
           "streams");
-  start.prepare();
-  execve(start.executable.c_str(), pointers(start.arguments).data(), pointers(start.environment).data());
-  _exit(executionFailed);
+  program.prepare();
+  becomeProgram(program.executable, program.arguments, program.environment);
 }
 
 }  // namespace
 
-RunningProgram::RunningProgram(const ProgramStart& start) : RunningProgram(start, openPipe(), openPipe()) {}
+RunningProgram::RunningProgram(const ProgramStart& program)
+    : RunningProgram(program, openPipe(), openPipe()) {}
 
-RunningProgram::RunningProgram(const ProgramStart& start, Pipe output, Pipe error)
+RunningProgram::RunningProgram(const ProgramStart& program, Pipe output, Pipe error)
     : processID_(fork()),
       output_(std::move(output.readEnd)),
       error_(std::move(error.readEnd)),
       sources_{{output_.get(), &result_.output}, {error_.get(), &result_.error}} {
-  if (processID_ == 0) becomeProgram(start, output.writeEnd.get(), error.writeEnd.get());
+  if (processID_ == 0) start(program, output.writeEnd.get(), error.writeEnd.get());
 }
 
 RunningProgram::~RunningProgram() {
@@ -110,7 +103,7 @@ std::ostream& operator<<(std::ostream& stream, const ProgramResult& result) {
                 << result.output << "\", error \"" << result.error << "\"";
 }
 
-ProgramResult runProgram(const ProgramStart& start) { return RunningProgram{start}.finish(); }
+ProgramResult runProgram(const ProgramStart& program) { return RunningProgram{program}.finish(); }
 
 void becomeOrdinaryUser() {
   const gid_t group = ordinaryUser;

@@ -37,7 +37,7 @@ std::ostream& operator<<(std::ostream& stream, const ProgramResult& result);
 /// runs.
 class RunningProgram {
  public:
-  explicit RunningProgram(const ProgramStart& start);
+  explicit RunningProgram(const ProgramStart& program);
   ~RunningProgram();
   RunningProgram(const RunningProgram&) = delete;
   RunningProgram& operator=(const RunningProgram&) = delete;
@@ -45,8 +45,6 @@ class RunningProgram {
   RunningProgram& operator=(RunningProgram&&) = delete;
 
   [[nodiscard]] pid_t processID() const { return processID_; }
-  /// Reads `descriptor`, a terminal that the program writes to, as output, too; it must outlive the program.
-  void alsoRead(int descriptor) { sources_.push_back({descriptor, &result_.output}); }
   void send(int signal) const;
   /// Waits until the program has written `text` to one of its outputs. False when it ended without, or took
   /// longer than a minute.
@@ -62,7 +60,7 @@ class RunningProgram {
     std::string* text;
   };
 
-  RunningProgram(const ProgramStart& start, Pipe output, Pipe error);
+  RunningProgram(const ProgramStart& program, Pipe output, Pipe error);
 
   [[nodiscard]] bool readMore(Deadline deadline);
   void reap();
@@ -76,7 +74,7 @@ class RunningProgram {
 };
 
 /// Starts the program and waits for its end.
-[[nodiscard]] ProgramResult runProgram(const ProgramStart& start);
+[[nodiscard]] ProgramResult runProgram(const ProgramStart& program);
 
 /// The numeric id of an ordinary user and of an ordinary group.
 inline constexpr unsigned ordinaryUser = 65534;

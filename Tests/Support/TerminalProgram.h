@@ -7,7 +7,7 @@
 #include <termios.h>
 #include <vector>
 
-#include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/PseudoTerminal.h"
 #include "Support/TerminalEmulator.h"
 
 namespace quellin::testing_support {
@@ -19,6 +19,7 @@ struct TerminalStart {
   std::vector<std::string> environment;  ///< the whole of it
   int rows = 24;
   int columns = 80;
+  std::function<void()> prepare = [] {};  ///< runs in the new process, last before the program
 };
 
 /// How a program ended.
@@ -64,7 +65,7 @@ class TerminalProgram {
   [[nodiscard]] bool readMore(double deadline);
   [[nodiscard]] bool hasSameSettings() const;
 
-  FileDescriptor master_;
+  PseudoTerminal terminal_;
   termios settings_{};
   pid_t processID_ = -1;
   TerminalEmulator screen_;

@@ -2,16 +2,14 @@
 #include <csignal>
 #include <sstream>
 #include <string>
-#include <sys/ioctl.h>
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/FirstVersion.h"
 #include "Support/Replay.h"
+#include "Support/TerminalProgram.h"
 #include "quellin/EndToEnd/FrontEnd.h"
-#include "quellin/Support/PseudoTerminal.h"
 
 namespace quellin::cli {
 namespace {
@@ -26,8 +24,9 @@ using testing_support::FrontEnd;
 using testing_support::macbook;
 using testing_support::ProgramResult;
 using testing_support::ProgramStart;
-using testing_support::PseudoTerminal;
 using testing_support::RunningProgram;
+using testing_support::TerminalEnd;
+using testing_support::TerminalProgram;
 
 // The number behind `name` in a JSON document; -1 when it is not there.
 long numberIn(const std::string& json, const std::string& name) {
@@ -51,7 +50,9 @@ struct RecordingTest : testing::Test {
   }
   // Looks from another process until the recording has so many samples.
   [[nodiscard]] bool reachesSamples(RunningProgram& recorder, long count) const {
-    if (!recorder.waitFor("recording session")) return false;
+    return recorder.waitFor("recording session") && reachSamples(count);
+  }
+  [[nodiscard]] bool reachSamples(long count) const {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds{30};
     while (samplesOfLast() < count) {
       if (std::chrono::steady_clock::now() > deadline) return false;
@@ -183,58 +184,47 @@ TEST_F(RecordingTest, TelemetryOfAnotherMachineIsNotPretended) {
 }
 
 struct RecordingOnATerminalTest : RecordingTest {
-  PseudoTerminal terminal{60, 24};
-
-  // A recorder whose two outputs are the terminal, which also is the one that its user sits at.
-  [[nodiscard]] ProgramStart startOnTerminal(const FrontEnd::Words& environment) const {
-    ProgramStart start = frontEnd.start(slowly, environment);
-    start.prepare = [this, before = start.prepare] {
-      before();
-      testing_support::require(setsid() > 0 && ioctl(terminal.slave(), TIOCSCTTY, 0) == 0 &&
-                                   dup2(terminal.slave(), STDOUT_FILENO) >= 0 &&
-                                   dup2(terminal.slave(), STDERR_FILENO) >= 0,
-                               "terminal");
-    };
-    return start;
-  }
-
   // What the terminal showed of a recording that the user ended with Ctrl-C after some samples.
-  [[nodiscard]] ProgramResult recordUntilCtrlC(const FrontEnd::Words& environment) {
-    RunningProgram recorder{startOnTerminal(environment)};
-    recorder.alsoRead(terminal.master());
-    terminal.release();
+  [[nodiscard]] std::string recordUntilCtrlC(const FrontEnd::Words& environment) {
+    const ProgramStart start = frontEnd.start(slowly, environment);
+    TerminalProgram recorder{{.executable = start.executable,
+                              .arguments = slowly,
+                              .environment = start.environment,
+                              .rows = 24,
+                              .columns = 60,
+                              .prepare = start.prepare}};
     EXPECT_TRUE(recorder.waitFor("1 sample"));
-    EXPECT_TRUE(reachesSamples(recorder, 3));
-    EXPECT_EQ(write(terminal.master(), "\x03", 1), 1);
-    return recorder.finish();
+    EXPECT_TRUE(reachSamples(3));
+    recorder.type("\x03");
+    EXPECT_EQ(recorder.finish(), (TerminalEnd{.exitStatus = 0, .signal = 0, .isAsBefore = true}));
+    return recorder.bytes();
   }
 };
 
 TEST_F(RecordingOnATerminalTest, OneLineChangesAndTheSummaryFollows) {
-  const ProgramResult result = recordUntilCtrlC({"TERM=xterm"});
-  EXPECT_EQ(result.exitStatus, 0) << result;
-  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W, battery 0 %\x1b[K"));
-  EXPECT_THAT(result.output, HasSubstr("\r5 s, 2 samples, "));
-  EXPECT_THAT(result.output, HasSubstr("\x1b[1mSlow\x1b[0m\r\n"));
-  EXPECT_THAT(result.output, HasSubstr("\r\nStatus            completed\r\n"));
+  const std::string shown = recordUntilCtrlC({"TERM=xterm"});
+  EXPECT_THAT(shown, HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W, battery 0 %\x1b[K"));
+  EXPECT_THAT(shown, HasSubstr("\r5 s, 2 samples, "));
+  EXPECT_THAT(shown, HasSubstr("\x1b[1mSlow\x1b[0m\r\n"));
+  EXPECT_THAT(shown, HasSubstr("\r\nStatus            completed\r\n"));
 }
 
 TEST_F(RecordingOnATerminalTest, TheLineFitsIntoCOLUMNS) {
-  const ProgramResult result = recordUntilCtrlC({"TERM=xterm", "COLUMNS=17"});
-  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, B\x1b[K"));
-  EXPECT_THAT(result.output, HasSubstr("\r\n#  Source\r\n0  Battery draw\r\n"));
+  const std::string shown = recordUntilCtrlC({"TERM=xterm", "COLUMNS=17"});
+  EXPECT_THAT(shown, HasSubstr("\r0 s, 1 sample, B\x1b[K"));
+  EXPECT_THAT(shown, HasSubstr("\r\n#  Source\r\n0  Battery draw\r\n"));
 }
 
 TEST_F(RecordingOnATerminalTest, NOCOLORTakesTheColoursAndNothingElse) {
-  const ProgramResult result = recordUntilCtrlC({"TERM=xterm", "NO_COLOR=1"});
-  EXPECT_THAT(result.output, HasSubstr("\r0 s, 1 sample, "));
-  EXPECT_THAT(result.output, Not(HasSubstr("\x1b[1m")));
+  const std::string shown = recordUntilCtrlC({"TERM=xterm", "NO_COLOR=1"});
+  EXPECT_THAT(shown, HasSubstr("\r0 s, 1 sample, "));
+  EXPECT_THAT(shown, Not(HasSubstr("\x1b[1m")));
 }
 
 TEST_F(RecordingOnATerminalTest, ADumbTerminalGetsPlainLines) {
-  const ProgramResult result = recordUntilCtrlC({"TERM=dumb"});
-  EXPECT_THAT(result.output, HasSubstr("quellin: 0 s, 1 sample, Battery draw 12.49 W"));
-  EXPECT_THAT(result.output, Not(HasSubstr("\x1b")));
+  const std::string shown = recordUntilCtrlC({"TERM=dumb"});
+  EXPECT_THAT(shown, HasSubstr("quellin: 0 s, 1 sample, Battery draw 12.49 W"));
+  EXPECT_THAT(shown, Not(HasSubstr("\x1b")));
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Support/ManualClock.h"
-#include "quellin/Support/PseudoTerminal.h"
+#include "Support/PseudoTerminal.h"
 #include "quellin/Support/TalkPipe.h"
 #include "quellin/Terminal/LiveLine.h"
 
@@ -37,14 +37,14 @@ TEST_F(LiveLineTest, TheLineNeverRunsIntoTheNext) {
 }
 
 TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
-  const PseudoTerminal window{20, 24};
+  const PseudoTerminal window{24, 20};
   const Invocation invocation =
       pipe.on(Terminal::at(window.slave(), [](const std::string& name) -> std::optional<std::string> {
         return name == "TERM" ? std::optional<std::string>{"xterm"} : std::nullopt;
       }));
   LiveLine line{invocation, clock};
   line.show("0 s, 1 sample, 12 W");
-  window.resize(8, 24);
+  window.resize(24, 8);
   line.show("0 s, 2 samples, 12 W");
   EXPECT_EQ(pipe.said(), "\r0 s, 1 sample, 12 W\x1b[K\r0 s, 2 \x1b[K");
 }

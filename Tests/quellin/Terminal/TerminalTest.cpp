@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
-#include "quellin/Support/PseudoTerminal.h"
+#include "Support/PseudoTerminal.h"
 #include "quellin/Terminal/Terminal.h"
 
 namespace quellin::cli {
@@ -20,7 +20,7 @@ Environment environmentOf(std::map<std::string, std::string> variables) {
 }
 
 struct TerminalTest : testing::Test {
-  PseudoTerminal terminal{100, 30};
+  PseudoTerminal terminal{30, 100};
 
   [[nodiscard]] Terminal with(std::map<std::string, std::string> variables) const {
     return Terminal::at(terminal.slave(), environmentOf(std::move(variables)));
@@ -40,7 +40,7 @@ TEST_F(TerminalTest, COLUMNSGoesBeforeTheTerminalsOwnWidth) {
 }
 
 TEST_F(TerminalTest, LINESGoesBeforeTheTerminalsOwnHeight) {
-  terminal.resize(100, 50);
+  terminal.resize(50, 100);
   EXPECT_EQ(with({{"TERM", "xterm"}}).height, 50U);
   EXPECT_EQ(with({{"TERM", "xterm"}, {"LINES", "7"}}).height, 7U);
   EXPECT_EQ(with({{"TERM", "xterm"}, {"LINES", "0"}}).height, 50U);
@@ -88,7 +88,7 @@ TEST_F(TerminalTest, APipeHasNeitherColoursNorAWidthUnlessCOLUMNSGivesOne) {
 TEST_F(TerminalTest, ThePresentWidthIsThatOfTheWindowAsItWasPulled) {
   const Terminal own = with({{"TERM", "xterm"}});
   const Terminal told = with({{"TERM", "xterm"}, {"COLUMNS", "66"}});
-  terminal.resize(40, 30);
+  terminal.resize(30, 40);
   EXPECT_EQ(own.presentWidth(), 40U);
   EXPECT_EQ(told.presentWidth(), 66U);
   terminal.resize(0, 0);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "QuellinCore/Support/FileDescriptor.h"
@@ -10,7 +9,7 @@ namespace quellin::testing_support {
 /// A terminal with nobody but the test in front of it.
 class PseudoTerminal {
  public:
-  explicit PseudoTerminal(std::size_t columns = 80, std::size_t rows = 24);
+  explicit PseudoTerminal(int rows = 24, int columns = 80);
 
   /// The test's side: what is written here is typed, what is read here is shown.
   [[nodiscard]] int master() const { return master_.get(); }
@@ -18,13 +17,14 @@ class PseudoTerminal {
   [[nodiscard]] int slave() const { return slave_.get(); }
 
   /// Gives the terminal another size, as a user does who pulls at the window's corner.
-  void resize(std::size_t columns, std::size_t rows) const;
+  void resize(int rows, int columns) const;
+
+  /// Makes it the terminal that this process, a new one, is run from: its three streams, and where its
+  /// signals come from. False when the system does not let it.
+  [[nodiscard]] bool takeOver() const;
 
   /// Closes the program's side here, so that the end of the program's own ends what `master` shows.
   void release() { slave_.reset(); }
-
-  /// What has been shown so far and not been read.
-  [[nodiscard]] std::string shown() const;
 
  private:
   FileDescriptor master_;
