@@ -1,6 +1,7 @@
 // A headless Chromium, driven over a pipe. It is given no network, and what it would have asked of one is noted.
 import { spawn } from "node:child_process";
-import { mkdtempSync, rmSync } from "node:fs";
+import { mkdtempSync } from "node:fs";
+import { rm } from "node:fs/promises";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
@@ -70,9 +71,10 @@ export class Browser {
   }
 
   async close() {
-    this.#process.kill("SIGKILL");
+    // Asked to, it ends its own processes first, so that none of them writes to the folder any more.
+    await this.send("Browser.close");
     await this.ended;
-    rmSync(this.#folder, { recursive: true, force: true, maxRetries: 10, retryDelay: 50 });
+    await rm(this.#folder, { recursive: true, force: true, maxRetries: 10 });
   }
 }
 

@@ -135,6 +135,8 @@ test("the mouse reads values and drags a zoom, on every plot alike", () => look(
     })()`);
     assert.equal(await readout(page, "watts"), await page.run(`JSON.parse(document.getElementById("data").textContent)
       .analysis.series.watts.values[${index}].toFixed(2) + " W"`));
+    assert.equal(await page.run(`[...document.querySelectorAll("#plot-watts .u-cursor-pt")]
+      .filter((point) => !point.classList.contains("u-off") && point.getBoundingClientRect().x > 0).length`), 1, "one source, one point");
     await page.mouse("mousePressed", box.x + box.width / 4, box.y, 1);
     await page.mouse("mouseMoved", box.x + box.width / 2, box.y, 1);
     await page.mouse("mouseReleased", box.x + box.width / 2, box.y);
@@ -271,7 +273,7 @@ test("a day of 86,400 samples is drawn quickly, and its one peak is there", asyn
       return times.sort((one, other) => one - other)[3];
     })()`);
     if (process.env.QUELLIN_PICTURES) console.log(`a zoom over 86,400 samples takes ${milliseconds.toFixed(1)} ms`);
-    assert.ok(milliseconds < 500, `a zoom takes ${milliseconds} ms`);
+    assert.ok(milliseconds < 1000, `a zoom takes ${milliseconds} ms`);
   });
 });
 

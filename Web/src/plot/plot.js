@@ -88,6 +88,8 @@ export class Plot {
       }))],
       cursor: {
         y: false,
+        // A line without a point here shows none, not that of its nearest one.
+        dataIdx: (plot, index, row) => (typeof plot.data[index][row] === "number" ? row : null),
         points: { size: 7, width: 2, fill: () => colour("--surface"), stroke: (plot, index) => colour(lines[index - 1].ink) },
         drag: { x: true, y: false, setScale: false },
         bind: { dblclick: () => () => this.#page.view.showAll() },
