@@ -20,6 +20,9 @@
 
 namespace quellin {
 
+/// How long the recorder measures process activity.
+inline constexpr Seconds processMeasurementInterval{0.35};
+
 /// Turns live snapshots into a recorded session: one stored sample per snapshot, process activity at its own
 /// slower pace, pro telemetry when it is new, and a live summary that costs no look at the store.
 ///

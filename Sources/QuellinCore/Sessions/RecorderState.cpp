@@ -5,9 +5,8 @@
 namespace quellin {
 namespace {
 
-// How process activity is measured while recording.
+// How many processes are kept of a measurement.
 constexpr int processLimit = 5;
-constexpr Seconds measurementInterval{0.35};
 
 }  // namespace
 
@@ -84,7 +83,7 @@ bool PowerSessionRecorder::State::needsProcessActivity(const Snapshot& snapshot)
 void PowerSessionRecorder::State::measure(std::shared_ptr<Snapshot> snapshot) {
   background_->run([weak = weak_from_this(), mainExecutor = executor, sampler = processSampler_,
                     snapshot = std::move(snapshot)]() mutable {
-    snapshot->processActivities = (*sampler)(processLimit, measurementInterval);
+    snapshot->processActivities = (*sampler)(processLimit, processMeasurementInterval);
     // Moved on: what belongs to the main executor must not be destroyed here.
     mainExecutor->post([weak, snapshot = std::move(snapshot)] {
       const auto alive = weak.lock();

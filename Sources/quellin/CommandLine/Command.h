@@ -45,6 +45,7 @@ ExitStatus snapshot(const Invocation& invocation);
 ExitStatus watch(const Invocation& invocation);
 ExitStatus capture(const Invocation& invocation);
 ExitStatus record(const Invocation& invocation);
+ExitStatus runCommand(const Invocation& invocation);
 ExitStatus listSessions(const Invocation& invocation);
 ExitStatus showSession(const Invocation& invocation);
 ExitStatus reportSession(const Invocation& invocation);

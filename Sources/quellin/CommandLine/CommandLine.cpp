@@ -25,6 +25,15 @@ std::string exampleText(const std::vector<std::string_view>& examples) {
   return text;
 }
 
+// What stands behind "--" and its first word belongs to the program that is run, whatever it looks like.
+std::vector<std::string> takeArguments(std::vector<std::string>& words) {
+  const auto mark = std::ranges::find(words, "--");
+  if (words.empty() || words.front() != "run" || words.end() - mark <= 2) return {};
+  std::vector<std::string> arguments(mark + 2, words.end());
+  words.erase(mark + 2, words.end());
+  return arguments;
+}
+
 }  // namespace
 
 std::unique_ptr<CLI::App> commandLine(Options& options) {
@@ -50,7 +59,10 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
                   "quellin: there is no command '" + arguments.front() + "'. 'quellin --help' lists all.\n"};
   }
   try {
-    app->parse(std::vector<std::string>{arguments.rbegin(), arguments.rend()});
+    std::vector<std::string> words = arguments;
+    options.arguments = takeArguments(words);
+    std::ranges::reverse(words);
+    app->parse(words);
   } catch (const CLI::CallForHelp&) {
     return Remark{ExitStatus::ok, app->help()};
   } catch (const CLI::CallForVersion&) {
@@ -60,6 +72,12 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
     if (chosen.empty() && !arguments.empty()) {
       return Remark{ExitStatus::usage, "quellin: there is no option '" + arguments.front() +
                                            "' without a command. 'quellin --help' lists all.\n"};
+    }
+    const bool isOfAProgram = !chosen.empty() && chosen.front()->get_name() == "run" &&
+                              dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+    if (isOfAProgram) {
+      return Remark{ExitStatus::usage, std::string{"quellin run: "} + error.what() +
+                                           " The command and all its words go behind --.\n"};
     }
     const std::string where = chosen.empty() ? "" : " " + chosen.front()->get_name();
     return Remark{ExitStatus::usage,
@@ -128,6 +146,23 @@ void addDuration(CLI::App& app, const std::string& name, const std::string& desc
 CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description) {
   app.add_flag("--force", options.force, "Replace a file that is there already");
   return app.add_option("-o,--output", options.output, description)->check(namesAFile())->type_name("FILE");
+}
+
+void addTitle(CLI::App& app, Options& options, const std::string& otherwise) {
+  app.add_option("--title", options.title, "What the session is called; by default " + otherwise);
+}
+
+void addRepeat(CLI::App& app, Options& options) {
+  app.add_option("--repeat", options.repeat,
+                 "How often to run it, each time in a session of its own; once by default")
+      ->check(CLI::Range(1, 10000))
+      ->type_name("N");
+}
+
+void addProcessInterval(CLI::App& app, Options& options, const std::string& usual) {
+  addDuration(app, "--process-interval",
+              "From one look at the processes to the next, " + usual + " by default",
+              [&options](Seconds interval) { options.processInterval = interval; });
 }
 
 void addInterval(CLI::App& app, Options& options) {

@@ -14,7 +14,9 @@ namespace quellin::cli {
 /// What the exit statuses mean, in one sentence.
 inline constexpr const char* exitStatusText =
     "Exit status: 0 done, 1 failed, 2 command line not understood, 3 the answer is no (an alert fired, "
-    "nothing was being recorded, the store is damaged), 4 no such session, 5 nothing to measure here.";
+    "nothing was being recorded, the store is damaged), 4 no such session, 5 nothing to measure here. 'run' "
+    "passes on the status of its command; 125 says that the command was not measured, 126 that it cannot be "
+    "executed, 127 that there is none.";
 
 /// The parser of all commands and their options, which writes into `options`; that must outlive it. Help,
 /// manual page and completions are made from it.
@@ -42,6 +44,12 @@ void addWord(CLI::App& app, Options& options, const std::string& name, const std
 void addSession(CLI::App& app, Options& options);
 /// -o and --force.
 CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description);
+/// --title; `otherwise` says what the title is without it.
+void addTitle(CLI::App& app, Options& options, const std::string& otherwise);
+/// --repeat.
+void addRepeat(CLI::App& app, Options& options);
+/// --process-interval; `usual` is what it is without it.
+void addProcessInterval(CLI::App& app, Options& options, const std::string& usual);
 /// --interval.
 void addInterval(CLI::App& app, Options& options);
 /// --for.

@@ -50,12 +50,29 @@ const std::vector<Command>& commands() {
          addJSON(app, options);
          addInterval(app, options);
          addLength(app, options);
-         app.add_option("--title", options.title, "What the session is called; by default when it began");
-         addDuration(app, "--process-interval", "From one look at the processes to the next, 30s by default",
-                     [&options](Seconds interval) { options.processInterval = interval; });
+         addTitle(app, options, "when it began");
+         addProcessInterval(app, options, "30s");
          app.add_flag("--telemetry", options.telemetry, "Also ask the installed tool for telemetry");
        },
        record},
+      {"run",
+       "Run a command, record a session around it, and say on standard error what energy it took",
+       {"quellin run -- make -j8", "quellin run --repeat 5 --baseline 30s --title 'Old code' -- ./test.sh",
+        "quellin run --json -o energy.json -- sh -c 'sort big.txt | uniq -c'"},
+       [](CLI::App& app, Options& options) {
+         addWord(app, options, "COMMAND", "The command, behind --, with all that belongs to it", {});
+         addSource(app, options);
+         addStore(app, options);
+         addJSON(app, options);
+         addOutput(app, options, "The file for the result, instead of standard error");
+         addInterval(app, options);
+         addTitle(app, options, "the command");
+         addProcessInterval(app, options, "5s");
+         addRepeat(app, options);
+         addDuration(app, "--baseline", "Measure the idle machine for so long first, to compare with",
+                     [&options](Seconds length) { options.baseline = length; });
+       },
+       runCommand},
       {"sessions",
        "List the recorded sessions, newest first",
        {"quellin sessions", "quellin sessions --json | jq -r '.[].title'"},

@@ -10,6 +10,11 @@ enum class ExitStatus {
   negative = 3,           ///< the question was answered with no: an alert fired, nothing was being recorded
   noSession = 4,          ///< there is no such session
   nothingMeasurable = 5,  ///< this machine, or what stands for it, has nothing to measure
+
+  // Of `run`, which passes on the status of its command, and means by these what env and timeout mean.
+  notMeasured = 125,    ///< the command was not measured, for a reason of our own
+  notExecutable = 126,  ///< the command was found and cannot be executed
+  notFound = 127,       ///< there is no such command
 };
 
 }  // namespace quellin::cli

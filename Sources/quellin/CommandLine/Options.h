@@ -3,12 +3,17 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "QuellinCore/Platform/Recorded/TracePlayer.h"
 #include "QuellinCore/Services/PowerBudgetMonitor.h"
 #include "QuellinCore/Support/Clock.h"
 
 namespace quellin::cli {
+
+/// From one look at the processes to the next while a session is recorded, unless something else is asked
+/// for.
+inline constexpr Seconds usualProcessInterval{30};
 
 /// What the command line asks for. A command looks only at what its own options set.
 struct Options {
@@ -19,11 +24,14 @@ struct Options {
   bool brief = false;
   bool processes = false;
   bool force = false;
-  std::string word;  ///< the one argument of a command: an action, a shell or a session
+  std::string word;  ///< the one argument of a command: an action, a shell, a session or a program
+  std::vector<std::string> arguments;  ///< what the program to run is given: all behind it
+  int repeat = 1;                      ///< how often to run it
+  std::optional<Seconds> baseline;     ///< how long to measure the idle machine first
   std::optional<std::string> output;
   std::optional<std::string> title;
   Seconds interval{1};
-  Seconds processInterval{30};
+  std::optional<Seconds> processInterval;  ///< each command has its own by default
   std::optional<Seconds> duration;
   bool telemetry = false;
   PowerBudgetMonitor budget;

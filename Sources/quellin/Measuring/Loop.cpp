@@ -51,6 +51,7 @@ struct Loop::State {
   std::atomic<bool> isStopped{false};
   std::mutex suddenEndMutex;
   std::function<void()> suddenEnd;
+  std::atomic<bool> isImperturbable{false};
   std::thread signalThread;
 
   State() {
@@ -77,7 +78,7 @@ struct Loop::State {
       if (error) return;
       waitForSignal();
       const int time = ++interruptions;
-      if (time > 1 && (time > heard + 1 || isStopped)) endSuddenly();
+      if (time > 1 && (time > heard + 1 || isStopped) && !isImperturbable) endSuddenly();
       boost::asio::post(context, [this, time] {
         heard = time;
         if (interrupted) interrupted(time);
@@ -99,6 +100,8 @@ void Loop::onSuddenEnd(std::function<void()> action) {
   state_->suddenEnd = std::move(action);
 }
 
+void Loop::beImperturbable() { state_->isImperturbable = true; }
+
 void Loop::onSignal(int signal, std::function<void()> action) {
   auto& set = state_->others.emplace_back(state_->context, signal);
   waitAgain(set, std::move(action));
@@ -114,6 +117,12 @@ void Loop::after(Seconds delay, std::function<void()> action) {
 }
 
 void Loop::run() { state_->context.run(); }
+
+void Loop::runAgain() {
+  state_->isStopped = false;
+  state_->context.restart();
+  run();
+}
 
 void Loop::stop() {
   state_->isStopped = true;

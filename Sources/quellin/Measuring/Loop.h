@@ -30,6 +30,9 @@ class Loop {
   /// anywhere then.
   void onSuddenEnd(std::function<void()> action);
 
+  /// From now on the process goes on however often it is asked to end.
+  void beImperturbable();
+
   /// Calls `action` whenever the process gets the signal, which then has no other effect.
   void onSignal(int signal, std::function<void()> action);
 
@@ -38,6 +41,8 @@ class Loop {
 
   /// Runs until `stop` is called; an exception of an action reaches the caller.
   void run();
+  /// Runs once more after `stop`, which counts only when it is called inside.
+  void runAgain();
   void stop();
 
  private:

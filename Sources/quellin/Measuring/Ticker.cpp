@@ -15,19 +15,20 @@ void Ticker::run(Round round) {
   round_ = std::move(round);
   startedAt_ = nextAt_ = host_.monotonicClock->now();
   loop_.onInterrupt([this](int time) {
+    if (leavesInterruptsAlone_) return;
     if (time > 1) std::_Exit(static_cast<int>(ExitStatus::failed));
+    wasInterrupted_ = true;
     end();
-    if (!isInRound_) stopNow();
   });
-  if (duration_ && !host_.player) {
-    loop_.after(*duration_, [this] {
-      end();
-      if (!isInRound_) stopNow();
-    });
-  }
   loop_.after(Seconds{0}, [this] { begin(); });
+  if (duration_ && !host_.player) loop_.after(*duration_, [this] { end(); });
   loop_.run();
   if (damage_) throw Failure{ExitStatus::failed, *damage_};
+}
+
+void Ticker::end() {
+  isEnding_ = true;
+  if (!isInRound_) stopNow();
 }
 
 void Ticker::begin() {

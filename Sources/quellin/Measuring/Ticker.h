@@ -23,8 +23,14 @@ class Ticker {
   /// trace turns out to be damaged, and whatever `round` throws.
   void run(Round round);
 
-  /// Ends `run` after the present round.
-  void end() { isEnding_ = true; }
+  /// Ends `run`: after the present round if there is one, else now. To be called on the loop's thread.
+  void end();
+
+  /// Being asked to end no longer ends `run`: somebody else sees to that. To be called before it.
+  void leaveInterruptsAlone() { leavesInterruptsAlone_ = true; }
+
+  /// Whether `run` ended because the program was asked to end.
+  [[nodiscard]] bool wasInterrupted() const { return wasInterrupted_; }
 
  private:
   void begin();
@@ -40,6 +46,8 @@ class Ticker {
   Seconds startedAt_{};
   Seconds nextAt_{};
   bool isEnding_ = false;
+  bool leavesInterruptsAlone_ = false;
+  bool wasInterrupted_ = false;
   bool isInRound_ = false;
   std::optional<std::string> damage_;
 };

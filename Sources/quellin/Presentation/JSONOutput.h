@@ -6,15 +6,21 @@
 
 namespace quellin::cli {
 
-/// Writes `record` as one JSON document for people and programs. Throws `Failure` when it has no JSON form.
+/// `record` as one JSON document for people and programs. Throws `Failure` when it has no JSON form.
 template <class T>
-void writeJSON(Output& out, const T& record) {
+[[nodiscard]] std::string jsonText(const T& record) {
   const auto text = encodeJSON(record, KeyOrder::declaration, JSONLayout::pretty);
   if (!text) {
     throw Failure{ExitStatus::failed, "no JSON can be written: " + text.error().path + " " +
                                           text.error().reason + ". The command without --json shows it."};
   }
-  out.line(*text);
+  return *text;
+}
+
+/// Writes `record` as one JSON document; throws as `jsonText`, and what `out` throws.
+template <class T>
+void writeJSON(Output& out, const T& record) {
+  out.line(jsonText(record));
 }
 
 }  // namespace quellin::cli

@@ -5,7 +5,6 @@
 #include "quellin/Presentation/Table.h"
 
 namespace quellin::cli {
-namespace {
 
 std::string coverageText(const SessionCoverage& coverage) {
   if (coverage.durationSeconds <= 0) return unknown;
@@ -24,6 +23,8 @@ std::string recorderCostText(const std::optional<RecorderCost>& cost) {
          byteText(static_cast<double>(cost->bytesWritten)) + " written";
 }
 
+namespace {
+
 std::string change(const std::optional<std::int64_t>& from, const std::optional<std::int64_t>& to) {
   return from && to ? whole(from) + " to " + whole(to) + " %" : std::string{unknown};
 }
@@ -37,9 +38,8 @@ class Lines {
  public:
   explicit Lines(const Invocation& invocation) : invocation_(invocation) {}
 
-  void add(std::string name, const std::string& value) const {
-    name.resize(18, ' ');
-    invocation_.out.line(name + printable(value));
+  void add(const std::string& name, const std::string& value) const {
+    invocation_.out.write(namedLine(name, value));
   }
 
  private:

@@ -28,6 +28,12 @@ struct SessionReport {
 [[nodiscard]] SessionReport sessionReport(PowerSessionStore& store,
                                           const std::shared_ptr<PowerSession>& session);
 
+/// How much of a session's time has readings, in words.
+[[nodiscard]] std::string coverageText(const SessionCoverage& coverage);
+
+/// What recording has cost, in words; "unknown" when nobody noted it.
+[[nodiscard]] std::string recorderCostText(const std::optional<RecorderCost>& cost);
+
 /// Writes the report as text.
 void showReport(const SessionReport& report, const Invocation& invocation);
 

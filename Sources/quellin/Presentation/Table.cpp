@@ -17,6 +17,11 @@ bool isControl(char32_t codePoint) {
 
 }  // namespace
 
+std::string namedLine(std::string name, std::string_view value) {
+  name.resize(18, ' ');
+  return name + printable(value) + "\n";
+}
+
 std::string printable(std::string_view text) {
   std::string result;
   while (!text.empty()) {

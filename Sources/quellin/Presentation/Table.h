@@ -14,6 +14,9 @@ namespace quellin::cli {
 /// repaired.
 [[nodiscard]] std::string printable(std::string_view text);
 
+/// One line "name  value" of a record for people; the value is made printable.
+[[nodiscard]] std::string namedLine(std::string name, std::string_view value);
+
 /// `text` broken between words into lines of at most `width` columns, each behind `indent`; in one line
 /// without a width.
 [[nodiscard]] std::string wrapped(std::string_view text, std::string_view indent,

@@ -66,7 +66,7 @@ void WatchSession::open() {
   auto store = openStore(
       options_, {.executor = loop_.executor(), .clock = *host_.wallClock, .dateText = frugalDateText()});
   recorder_ = std::make_unique<PowerSessionRecorder>(
-      loop_.executor(), std::move(store), options_.processInterval,
+      loop_.executor(), std::move(store), options_.processInterval.value_or(usualProcessInterval),
       [this](int limit, Seconds interval) { return host_.topProcesses(limit, interval); }, makeBackground(),
       *host_.wallClock);
 }

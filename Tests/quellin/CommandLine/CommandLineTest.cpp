@@ -56,7 +56,7 @@ TEST_F(CommandLineTest, NothingIsSetWithoutBeingAsked) {
   EXPECT_EQ(commandIn({"record"}), "record");
   EXPECT_EQ(options.source, "native");
   EXPECT_EQ(options.interval, Seconds{1});
-  EXPECT_EQ(options.processInterval, Seconds{30});
+  EXPECT_EQ(options.processInterval, std::nullopt);
   EXPECT_EQ(options.duration, std::nullopt);
   EXPECT_EQ(options.title, std::nullopt);
   EXPECT_EQ(options.store, std::nullopt);
@@ -148,6 +148,37 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{{"budget", "--cpu", "nan"}, "'nan' is no number of watts such as 20 or 7.5"},
         Misuse{{"budget", "--cpu", "-3"}, "'-3' is no number of watts"},
         Misuse{{"helper", "remove"}, "remove"}, Misuse{{"completions", "tcsh"}, "tcsh"}));
+
+TEST_F(CommandLineTest, WhatStandsBehindTheMarkBelongsToTheProgramThatIsRun) {
+  EXPECT_EQ(commandIn({"run", "--repeat", "3", "--baseline", "30s", "-o", "a.json", "--", "make", "-j8", "--",
+                       "--json", "[a,b]"}),
+            "run");
+  EXPECT_EQ(options.word, "make");
+  EXPECT_THAT(options.arguments, testing::ElementsAre("-j8", "--", "--json", "[a,b]"));
+  EXPECT_EQ(options.repeat, 3);
+  EXPECT_EQ(options.baseline, Seconds{30});
+  EXPECT_EQ(options.output, "a.json");
+  EXPECT_FALSE(options.json);
+}
+
+TEST_F(CommandLineTest, AProgramMayLookLikeAnOption) {
+  EXPECT_EQ(commandIn({"run", "--", "--json"}), "run");
+  EXPECT_EQ(options.word, "--json");
+  EXPECT_FALSE(options.json);
+}
+
+TEST_F(CommandLineTest, AProgramWithoutArgumentsNeedsNoMark) {
+  EXPECT_EQ(commandIn({"run", "true"}), "run");
+  EXPECT_EQ(options.word, "true");
+  EXPECT_TRUE(options.arguments.empty());
+}
+
+TEST_F(CommandLineTest, AProgramIsNeededAndItsWordsStandBehindTheMark) {
+  EXPECT_EQ(remarkOn({"run"}).status, ExitStatus::usage);
+  EXPECT_EQ(remarkOn({"run", "--"}).status, ExitStatus::usage);
+  EXPECT_EQ(remarkOn({"run", "--repeat", "0", "--", "true"}).status, ExitStatus::usage);
+  EXPECT_THAT(remarkOn({"run", "make", "all"}).text, HasSubstr("go behind --"));
+}
 
 }  // namespace
 }  // namespace quellin::cli

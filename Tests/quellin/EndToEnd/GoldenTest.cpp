@@ -60,6 +60,23 @@ TEST_F(GoldenTest, ATrace) {
   transcript.expectGolden("trace.txt");
 }
 
+TEST_F(GoldenTest, CommandsThatAreRun) {
+  const FrontEnd::Words words{"run", "--source", macbook};
+  const auto with = [&](FrontEnd::Words more) {
+    more.insert(more.begin(), words.begin(), words.end());
+    return more;
+  };
+  transcript.run(with({"--title", "Nothing", "--", "true"}));
+  transcript.run(with({"--json", "--title", "Nothing", "--", "true"}));
+  transcript.run(with({"--baseline", "60s", "--", "sh", "-c", "echo done; exit 4"}));
+  transcript.run(with({"--repeat", "2", "--title", "Twice", "--", "echo", "work"}));
+  transcript.run(with({"--repeat", "2", "--title", "Not twice", "--", "false"}));
+  transcript.run(with({"--", "there-is-no-such-command"}));
+  transcript.run(with({"--", "/"}));
+  transcript.run({"sessions"});
+  transcript.expectGolden("run.txt");
+}
+
 TEST_F(GoldenTest, ASessionFromItsRecordingToItsDeletion) {
   transcript.run({"sessions"});
   transcript.run({"show", "last"});

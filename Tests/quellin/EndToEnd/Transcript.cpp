@@ -47,9 +47,9 @@ std::size_t maskedLength(std::string_view before, std::string_view text) {
 // people, such numbers stand in a line of their own.
 std::size_t costLength(std::string_view before, std::string_view text) {
   const std::string_view line = before.substr(before.rfind('\n') + 1);
-  const bool isOfCost = line.starts_with("Recorder  ") || line.ends_with("\"cpuSeconds\" : ") ||
-                        line.ends_with("\"bytesWritten\" : ") || line.ends_with("\"cpuSeconds\":") ||
-                        line.ends_with("\"bytesWritten\":");
+  const bool isOfCost = line.starts_with("Recorder  ") || line.starts_with("2> Recorder  ") ||
+                        line.ends_with("\"cpuSeconds\" : ") || line.ends_with("\"bytesWritten\" : ") ||
+                        line.ends_with("\"cpuSeconds\":") || line.ends_with("\"bytesWritten\":");
   if (!isOfCost || !fits(text, "9")) return 0;
   return std::min(text.find_first_not_of("0123456789.e-"), text.size());
 }

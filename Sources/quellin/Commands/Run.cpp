@@ -1,0 +1,130 @@
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Measuring/CommandRun.h"
+#include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Presentation/RunReport.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/NewFile.h"
+
+namespace quellin::cli {
+namespace {
+
+// Where the result goes: standard output belongs to the command.
+class ResultSink {
+ public:
+  explicit ResultSink(const Invocation& invocation) : invocation_(invocation) {
+    const Options& options = invocation.options;
+    if (!options.output) return;
+    if (!options.force && std::filesystem::is_regular_file(*options.output))
+      throw alreadyThere(*options.output);
+    const NewFile attempt{
+        *options.output};  // a file that cannot be made should be known before the command runs
+  }
+
+  void write(std::string_view text) {
+    if (isFile()) {
+      text_ += text;
+    } else {
+      invocation_.talk.raw(text);
+    }
+  }
+
+  // The file is made at the end: while the command runs, signals are the command's.
+  void finish() {
+    if (!isFile()) return;
+    NewFile file{*invocation_.options.output};
+    file.write(text_);
+    file.publish(invocation_.options.force);
+  }
+
+  [[nodiscard]] std::optional<std::size_t> width() const {
+    return isFile() ? std::nullopt : invocation_.talkTerminal.width;
+  }
+
+ private:
+  [[nodiscard]] bool isFile() const { return invocation_.options.output.has_value(); }
+
+  const Invocation& invocation_;
+  std::string text_;  // for the file
+};
+
+// The runs of one command, one after the other.
+class Runs {
+ public:
+  explicit Runs(const Invocation& invocation) : invocation_(invocation), sink_(invocation) {
+    report_.command.push_back(options_.word);
+    report_.command.insert(report_.command.end(), options_.arguments.begin(), options_.arguments.end());
+    title_ = options_.title.value_or(commandText());
+  }
+
+  // Returns the status of the first run that did not succeed, else 0.
+  int run() {
+    std::optional<MeasuredHost> host = MeasuredHost::open(options_);
+    if (options_.baseline && !measureBaseline(*host)) return interruptedStatus;
+    int status = 0;
+    for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
+      if (turn > 1) host = MeasuredHost::open(options_);
+      status = runOnce(*host, turn);
+    }
+    if (options_.json) sink_.write(jsonText(report_) + "\n");
+    sink_.finish();
+    return status;
+  }
+
+ private:
+  static constexpr int interruptedStatus = 130;  // as a shell tells of SIGINT
+
+  [[nodiscard]] std::string commandText() const {
+    std::string text;
+    for (const std::string& word : report_.command) text += (text.empty() ? "" : " ") + word;
+    return text;
+  }
+
+  bool measureBaseline(const MeasuredHost& host) {
+    const auto idle = measureIdle(invocation_, host, title_ + ", idle", *options_.baseline);
+    if (!idle) return false;
+    report_.idle = spanReport(*idle);
+    show("idle", spanText(*report_.idle, sink_.width()));
+    return true;
+  }
+
+  int runOnce(const MeasuredHost& host, int turn) {
+    const MeasuredCommand measured = measureCommand(invocation_, host, title_);
+    report_.runs.push_back(commandReport(measured, report_.idle));
+    const std::string turnText =
+        options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
+    show(title_ + turnText, cli::commandText(report_.runs.back(), sink_.width()));
+    const int status = measured.end.shellStatus();
+    return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;
+  }
+
+  void show(const std::string& heading, const std::string& text) {
+    if (!options_.json) sink_.write(printable(heading) + "\n" + text + "\n");
+  }
+
+  const Invocation& invocation_;
+  const Options& options_ = invocation_.options;
+  ResultSink sink_;
+  RunReport report_;
+  std::string title_;
+};
+
+}  // namespace
+
+ExitStatus runCommand(const Invocation& invocation) {
+  try {
+    return static_cast<ExitStatus>(Runs{invocation}.run());
+  } catch (const Failure& failure) {
+    // Statuses of our own that a command might have, too, would pass for the command's.
+    const bool isOurs = failure.status() >= ExitStatus::notMeasured;
+    throw Failure{isOurs ? failure.status() : ExitStatus::notMeasured, failure.what()};
+  } catch (const std::exception& error) {
+    throw Failure{ExitStatus::notMeasured, error.what()};
+  }
+}
+
+}  // namespace quellin::cli

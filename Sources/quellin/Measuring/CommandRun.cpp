@@ -1,0 +1,206 @@
+#include "quellin/Measuring/CommandRun.h"
+
+#include <cerrno>
+#include <csignal>
+#include <exception>
+#include <functional>
+#include <utility>
+
+#include "QuellinCore/Services/EnergySpan.h"
+#include "quellin/CommandLine/Failure.h"
+#include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Measuring/Ticker.h"
+#include "quellin/Presentation/Table.h"
+#include "quellin/Storage/SessionLookup.h"
+
+namespace quellin::cli {
+namespace {
+
+constexpr Seconds processInterval{5};
+constexpr Seconds counterInterval{60};  // see EnergySpan
+
+// One session around something that takes its time.
+class Span {
+ public:
+  Span(const Invocation& invocation, const MeasuredHost& host, std::optional<Seconds> length)
+      : invocation_(invocation),
+        host_(host),
+        recording_(invocation, host, loop_, invocation.options.processInterval.value_or(processInterval)),
+        ticker_(loop_, host, invocation.options.interval, length) {}
+
+  [[nodiscard]] Loop& loop() { return loop_; }
+  [[nodiscard]] Ticker& ticker() { return ticker_; }
+
+  void begin(const std::string& title) {
+    if (const auto active = recording_.recorder().activeSession()) {
+      throw Failure{ExitStatus::notMeasured,
+                    "session " + shortID(*active) + ", " + printable(active->title()) +
+                        ", is being recorded; the command was not run. 'quellin stop' "
+                        "ends it."};
+    }
+    session_ = recording_.begin(title, invocation_.options.interval);
+    if (!host_.player) energy_.emplace(host_.sources.energy);
+    startedAt_ = host_.monotonicClock->now();
+  }
+
+  /// The moment that counts as the last. Called on any thread, once.
+  void finish() {
+    finishedAt_ = host_.monotonicClock->now();
+    if (energy_) counters_ = energy_->finish();
+  }
+
+  void run() {
+    if (energy_) keepCounting();
+    ticker_.run([this](const std::function<void()>& done) { sample(done); });
+  }
+
+  void end() { recording_.end(); }
+
+  /// Nothing is left of it.
+  void drop() { recording_.recorder().remove(session_); }
+
+  [[nodiscard]] MeasuredSpan result() {
+    if (!recording_.store().session(session_->id())) {
+      throw Failure{ExitStatus::notMeasured,
+                    "the session was deleted from elsewhere; nothing is left of it."};
+    }
+    SessionReport report = sessionReport(recording_.store(), session_);
+    const double seconds = host_.player ? report.summary.durationSeconds : (finishedAt_ - startedAt_).count();
+    return {.report = std::move(report), .seconds = seconds, .counters = counters_};
+  }
+
+ private:
+  void sample(const std::function<void()>& done) {
+    if (!recording_.isStillOurs()) {
+      tellOnce("the session is no longer active: it was ended or deleted from elsewhere.");
+      return done();
+    }
+    recording_.sample([this, done] {
+      if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
+      done();
+    });
+  }
+
+  void tellOnce(const std::string& text) {
+    if (!std::exchange(hasToldOfLoss_, true)) invocation_.talk.say(text);
+  }
+
+  void keepCounting() {
+    loop_.after(counterInterval, [this] {
+      energy_->renew();
+      keepCounting();
+    });
+  }
+
+  const Invocation& invocation_;
+  const MeasuredHost& host_;
+  Loop loop_;
+  SessionRecording recording_;
+  Ticker ticker_;
+  std::shared_ptr<PowerSession> session_;
+  std::optional<EnergySpan> energy_;
+  std::optional<SiliconEnergy> counters_;
+  Seconds startedAt_{};
+  Seconds finishedAt_{};
+  bool hasToldOfLoss_ = false;
+};
+
+std::vector<std::string> wordsOf(const Options& options) {
+  std::vector<std::string> words{options.word};
+  words.insert(words.end(), options.arguments.begin(), options.arguments.end());
+  return words;
+}
+
+bool isIgnored(int signal) {
+  struct sigaction action{};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+// What is sent to this program is meant for the command. What is typed reaches it without us, and what this
+// program was told to ignore the command ignores, too.
+void passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
+  loop.beImperturbable();
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT}) {
+    const bool canBeTyped = signal == SIGINT || signal == SIGQUIT;
+    if (isIgnored(signal)) continue;
+    loop.onSignal(signal, [signal, canBeTyped, &command] {
+      if (!canBeTyped || !ownsTerminal()) command->send(signal);
+    });
+  }
+}
+
+Failure cannotStart(const std::string& word, const SystemError& error) {
+  return {error.code == ENOENT ? ExitStatus::notFound : ExitStatus::notExecutable,
+          word + " cannot be run: " + error.description() + "."};
+}
+
+// Whether a trace goes by without any wait.
+bool playsAtOnce(const MeasuredHost& host, const Options& options) {
+  return host.player && options.speed.shortened(Seconds{1}) == Seconds{0};
+}
+
+// What `action` failed with.
+std::optional<std::string> failureOf(const std::function<void()>& action) {
+  try {
+    action();
+    return std::nullopt;
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+}
+
+}  // namespace
+
+std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const MeasuredHost& host,
+                                        const std::string& title, Seconds length) {
+  Span span{invocation, host, length};
+  span.begin(title);
+  invocation.talk.say("measuring the idle machine first; Ctrl-C ends it all.");
+  span.run();
+  span.finish();
+  span.end();
+  if (span.ticker().wasInterrupted()) return std::nullopt;
+  return span.result();
+}
+
+MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
+                               const std::string& title) {
+  Span span{invocation, host, std::nullopt};
+  span.ticker().leaveInterruptsAlone();
+  span.begin(title);
+  const bool endsWithCommand = !playsAtOnce(host, invocation.options);
+  CommandEnd end;
+  bool hasEnded = false;
+  bool isAwaited = false;
+  std::unique_ptr<CommandProcess> command;
+  passSignals(span.loop(), command);
+  auto started = CommandProcess::start(wordsOf(invocation.options), [&](const CommandEnd& how) {
+    span.finish();
+    span.loop().executor()->post([&, how] {
+      end = how;
+      hasEnded = true;
+      if (isAwaited) return span.loop().stop();
+      if (endsWithCommand) span.ticker().end();
+    });
+  });
+  if (!started) {
+    span.drop();
+    throw cannotStart(invocation.options.word, started.error());
+  }
+  command = *std::move(started);
+  std::optional<std::string> failure = failureOf([&] { span.run(); });
+  if (failure) invocation.talk.say(*failure);
+  // The trace is over, or measuring failed, and the command is not over.
+  isAwaited = true;
+  if (!hasEnded) span.loop().runAgain();
+  MeasuredCommand measured{.span = std::nullopt, .end = end};
+  if (failure) return measured;
+  failure = failureOf([&] {
+    span.end();
+    measured.span = span.result();
+  });
+  if (failure) invocation.talk.say(*failure);
+  return measured;
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/Measuring/Loop.h"
+#include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Measuring/TelemetryFeed.h"
+
+namespace quellin::cli {
+
+/// Records one session over a machine: reads everything and hands it to the recorder. Used on the loop's
+/// thread.
+class SessionRecording {
+ public:
+  /// In the store that the options name; looks at the processes every `processInterval`. All must outlive the
+  /// recording. Throws `StoreError`.
+  SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop, Seconds processInterval);
+
+  [[nodiscard]] PowerSessionRecorder& recorder() { return recorder_; }
+  [[nodiscard]] PowerSessionStore& store() { return *recorder_.store(); }
+  /// The telemetry of the installed tool, where it was asked for.
+  [[nodiscard]] const TelemetryFeed& telemetry() const { return telemetry_; }
+  /// The primary reading of the last sample.
+  [[nodiscard]] const std::optional<PowerReading>& reading() const { return reading_; }
+
+  /// Begins a session, or goes on with the one that is active. `interval` is what was asked for from one
+  /// sample to the next. Throws `Failure`.
+  const std::shared_ptr<PowerSession>& begin(const std::optional<std::string>& title, Seconds interval);
+
+  /// False when the session was ended or deleted from elsewhere.
+  [[nodiscard]] bool isStillOurs() { return store().activeSession() == session_; }
+
+  /// Reads everything and stores it as one sample; calls `done` once, inside this call or later.
+  void sample(std::function<void()> done);
+
+  /// What went wrong with the last sample; a failure is told once, for as long as it lasts.
+  [[nodiscard]] std::optional<std::string> newFailure();
+
+  /// Ends the session unless somebody else did.
+  void end();
+
+ private:
+  const MeasuredHost& host_;
+  SystemReader reader_;
+  PowerSessionRecorder recorder_;
+  TelemetryFeed telemetry_;
+  std::shared_ptr<PowerSession> session_;
+  std::optional<PowerReading> reading_;
+  std::optional<std::string> toldFailure_;
+};
+
+}  // namespace quellin::cli

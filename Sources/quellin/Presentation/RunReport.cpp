@@ -1,0 +1,144 @@
+#include "quellin/Presentation/RunReport.h"
+
+#include "QuellinCore/Models/PowerReadingRules.h"
+#include "QuellinCore/Sessions/PowerSessionRecorder.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/Table.h"
+
+namespace quellin::cli {
+namespace {
+
+constexpr double joulesPerWattHour = 3600;
+constexpr auto countedKind = PowerReadingKind::ioReportSiliconPower;
+
+CountedEnergy counted(const SiliconEnergy& energy, double seconds) {
+  return {.sourceKind = std::string{rawValue(countedKind)},
+          .confidence = std::string{rawValue(powerReadingConfidence(countedKind))},
+          .joules = energy.totalJoules,
+          .wattHours = energy.totalJoules / joulesPerWattHour,
+          .averageWatts = seconds > 0 ? std::optional{energy.totalJoules / seconds} : std::nullopt,
+          .components = energy};
+}
+
+std::string energyText(double joules, double wattHours) {
+  return decimal(joules, 2) + " J (" + decimal(wattHours, 3) + " Wh)";
+}
+
+std::string timeText(double seconds) {
+  std::string text = decimal(seconds, 3) + " s";
+  if (seconds >= 60) text += " (" + durationText(Seconds{seconds}) + ")";
+  return text;
+}
+
+std::string countersText(const CountedEnergy& counters) {
+  return energyText(counters.joules, counters.wattHours) + ", " + decimal(counters.averageWatts, 2) +
+         " W on average; " + std::string{powerReadingTexts(countedKind).label} + " (" + counters.confidence +
+         "), counted over exactly this time";
+}
+
+std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<std::size_t> width) {
+  Table table{{{"Source"},
+               {"Joules", Alignment::right},
+               {"Wh", Alignment::right},
+               {"Avg W", Alignment::right},
+               {"Max W", Alignment::right},
+               {"Readings", Alignment::right},
+               {"Confidence"},
+               {"Kind"}}};
+  for (const SourceEnergy& source : sources) {
+    table.add({source.sourceLabel, decimal(source.joules, 2), decimal(source.wattHours, 3),
+               decimal(source.averageWatts, 2), decimal(source.maxWatts, 2), whole(source.readings),
+               source.confidence, source.sourceKind});
+  }
+  return table.text(width);
+}
+
+std::string aboveIdleTable(const std::vector<EnergyAboveIdle>& sources, std::optional<std::size_t> width) {
+  Table table{{{"Above idle"},
+               {"Joules", Alignment::right},
+               {"Avg W", Alignment::right},
+               {"Idle W", Alignment::right}}};
+  for (const EnergyAboveIdle& source : sources) {
+    table.add({source.sourceKind, decimal(source.joules, 2), decimal(source.watts, 2),
+               decimal(source.idleWatts, 2)});
+  }
+  return table.text(width);
+}
+
+std::string processShareTable(const std::vector<ContributorShare>& processes,
+                              std::optional<std::size_t> width) {
+  Table table{{{"Process"},
+               {"% of these", Alignment::right},
+               {"Score", Alignment::right},
+               {"Source"},
+               {"Confidence"}}};
+  for (const ContributorShare& process : processes) {
+    table.add({process.name, decimal(process.percent, 1), decimal(process.score, 1), process.source,
+               process.confidence});
+  }
+  return table.text(width);
+}
+
+}  // namespace
+
+SpanReport spanReport(const MeasuredSpan& span) {
+  const SessionReport& session = span.report;
+  SpanReport report{.session = session.session.id,
+                    .seconds = span.seconds,
+                    .sources = energyBySource(session.summary.powerSegments),
+                    .counters = std::nullopt,
+                    .processes = {},
+                    .coverage = session.coverage,
+                    .recorderCost = session.recorderCost};
+  // What was measured of a shorter span's processes is mostly of the time behind it.
+  if (span.seconds >= processMeasurementInterval.count())
+    report.processes = contributorShares(session.summary.topContributors);
+  if (span.counters) report.counters = counted(*span.counters, span.seconds);
+  return report;
+}
+
+CommandReport commandReport(const MeasuredCommand& measured, const std::optional<SpanReport>& idle) {
+  CommandReport report{.exitStatus = measured.end.exitStatus,
+                       .signal = measured.end.signal,
+                       .measured = std::nullopt,
+                       .aboveIdle = {},
+                       .countedJoulesAboveIdle = std::nullopt};
+  if (!measured.span) return report;
+  report.measured = spanReport(*measured.span);
+  if (!idle) return report;
+  report.aboveIdle = energyAboveIdle(report.measured->sources, idle->sources);
+  if (report.measured->counters && idle->counters && idle->counters->averageWatts) {
+    report.countedJoulesAboveIdle =
+        report.measured->counters->joules - *idle->counters->averageWatts * report.measured->seconds;
+  }
+  return report;
+}
+
+std::string spanText(const SpanReport& report, std::optional<std::size_t> width) {
+  std::string text = namedLine("Session", report.session.text());
+  text += namedLine("Time", timeText(report.seconds));
+  if (report.counters) text += namedLine("Counters", countersText(*report.counters));
+  text += namedLine("Coverage", coverageText(report.coverage));
+  text += namedLine("Recorder", recorderCostText(report.recorderCost));
+  if (report.sources.empty()) {
+    text += namedLine("Readings", "none: nothing here gives watts. 'quellin doctor' says why.");
+  } else {
+    text += "\n" + sourceTable(report.sources, width);
+  }
+  if (!report.processes.empty()) text += "\n" + processShareTable(report.processes, width);
+  return text;
+}
+
+std::string commandText(const CommandReport& report, std::optional<std::size_t> width) {
+  std::string text = report.signal ? namedLine("Ended by", "signal " + whole(report.signal))
+                                   : namedLine("Exit status", whole(report.exitStatus));
+  if (!report.measured) return text;
+  if (report.countedJoulesAboveIdle) {
+    text += namedLine("Above idle", decimal(report.countedJoulesAboveIdle, 2) + " J by the counters");
+  }
+  text += spanText(*report.measured, width);
+  if (!report.aboveIdle.empty()) text += "\n" + aboveIdleTable(report.aboveIdle, width);
+  return text;
+}
+
+}  // namespace quellin::cli

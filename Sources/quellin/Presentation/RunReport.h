@@ -1,0 +1,96 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "QuellinCore/Models/SiliconEnergy.h"
+#include "QuellinCore/Sessions/Analysis/SourceEnergy.h"
+#include "QuellinCore/Sessions/RecorderCost.h"
+#include "QuellinCore/Sessions/SessionCoverage.h"
+#include "QuellinCore/Support/UUID.h"
+#include "quellin/Measuring/CommandRun.h"
+
+namespace quellin::cli {
+
+/// Energy by the machine's own counters, from the first moment of a stretch of time to its last.
+struct CountedEnergy {
+  std::string sourceKind;              ///< the quantity: that of the silicon's power reading
+  std::string confidence;              ///< that of the same reading
+  double joules = 0;                   ///< of all components
+  double wattHours = 0;                ///< the same energy
+  std::optional<double> averageWatts;  ///< absent when no time has passed
+  SiliconEnergy components;            ///< one by one
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"sourceKind", &CountedEnergy::sourceKind},
+                      Field{"confidence", &CountedEnergy::confidence},
+                      Field{"joules", &CountedEnergy::joules},
+                      Field{"wattHours", &CountedEnergy::wattHours},
+                      Field{"averageWatts", &CountedEnergy::averageWatts},
+                      Field{"components", &CountedEnergy::components}};
+  }
+};
+
+/// What a measured stretch of time comes to.
+struct SpanReport {
+  UUID session;                              ///< where its readings are
+  double seconds = 0;                        ///< how long it took
+  std::vector<SourceEnergy> sources;         ///< by readings, each power source for itself
+  std::optional<CountedEnergy> counters;     ///< absent where the counters cannot be read
+  std::vector<ContributorShare> processes;   ///< that cost the most; empty where it was too short
+  SessionCoverage coverage;                  ///< of the session
+  std::optional<RecorderCost> recorderCost;  ///< of measuring itself
+
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"session", &SpanReport::session},          Field{"seconds", &SpanReport::seconds},
+        Field{"sources", &SpanReport::sources},          Field{"counters", &SpanReport::counters},
+        Field{"processes", &SpanReport::processes},      Field{"coverage", &SpanReport::coverage},
+        Field{"recorderCost", &SpanReport::recorderCost}};
+  }
+};
+
+/// One run of a command.
+struct CommandReport {
+  std::optional<std::int64_t> exitStatus;        ///< absent when a signal ended it
+  std::optional<std::int64_t> signal;            ///< absent when it exited
+  std::optional<SpanReport> measured;            ///< absent when measuring failed
+  std::vector<EnergyAboveIdle> aboveIdle;        ///< by readings; empty without a baseline
+  std::optional<double> countedJoulesAboveIdle;  ///< by counters; absent without a baseline of them
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"exitStatus", &CommandReport::exitStatus},
+                      Field{"signal", &CommandReport::signal}, Field{"measured", &CommandReport::measured},
+                      Field{"aboveIdle", &CommandReport::aboveIdle},
+                      Field{"countedJoulesAboveIdle", &CommandReport::countedJoulesAboveIdle}};
+  }
+};
+
+/// All that `run` did.
+struct RunReport {
+  std::vector<std::string> command;  ///< with its arguments
+  std::optional<SpanReport> idle;    ///< the baseline, where one was asked for
+  std::vector<CommandReport> runs;   ///< in their order
+
+  static constexpr auto fields() {
+    return std::tuple{Field{"command", &RunReport::command}, Field{"idle", &RunReport::idle},
+                      Field{"runs", &RunReport::runs}};
+  }
+};
+
+/// What a stretch of time comes to.
+[[nodiscard]] SpanReport spanReport(const MeasuredSpan& span);
+
+/// What a command took, beside the idle machine where that was measured.
+[[nodiscard]] CommandReport commandReport(const MeasuredCommand& measured,
+                                          const std::optional<SpanReport>& idle);
+
+/// The stretch of time as text; tables are cut to `width` columns.
+[[nodiscard]] std::string spanText(const SpanReport& report, std::optional<std::size_t> width);
+
+/// The run as text.
+[[nodiscard]] std::string commandText(const CommandReport& report, std::optional<std::size_t> width);
+
+}  // namespace quellin::cli

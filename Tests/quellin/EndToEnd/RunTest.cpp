@@ -1,0 +1,136 @@
+// A command that is run and measured, as a user runs it.
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "quellin/EndToEnd/FrontEnd.h"
+
+namespace quellin::cli {
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing_support::contentOf;
+using testing_support::FrontEnd;
+using testing_support::macbook;
+using testing_support::ProgramResult;
+using testing_support::ProgramStart;
+using testing_support::RunningProgram;
+
+struct RunTest : testing::Test {
+  FrontEnd frontEnd;
+
+  // Runs a script of the shell over the example trace.
+  [[nodiscard]] ProgramResult run(const std::string& script, FrontEnd::Words options = {}) const {
+    options.insert(options.begin(), {"run", "--source", macbook});
+    options.insert(options.end(), {"--", "sh", "-c", script});
+    return frontEnd.run(options);
+  }
+  [[nodiscard]] std::string sessions() const { return frontEnd.run({"sessions"}).output; }
+};
+
+TEST_F(RunTest, TheStreamsAreTheCommands) {
+  const ProgramResult result = run("echo to output; echo to error >&2; cat");
+  EXPECT_EQ(result.output, "to output\n");
+  EXPECT_THAT(result.error, AllOf(HasSubstr("to error\n"), HasSubstr("Exit status       0\n")));
+}
+
+TEST_F(RunTest, TheResultGoesToAFileWhereOneIsNamed) {
+  const std::string file = frontEnd.pathOf("result.json");
+  const ProgramResult result = run("echo hello", {"--json", "-o", file});
+  EXPECT_EQ(result.output, "hello\n");
+  EXPECT_EQ(result.error, "");
+  EXPECT_THAT(contentOf(file), AllOf(HasSubstr("\"command\" : ["), HasSubstr("\"exitStatus\" : 0")));
+  const ProgramResult again = run("echo ran > " + frontEnd.pathOf("ran"), {"-o", file});
+  EXPECT_EQ(again.exitStatus, 125);
+  EXPECT_FALSE(std::filesystem::exists(frontEnd.pathOf("ran")));
+  EXPECT_EQ(run("true", {"-o", file, "--force"}).exitStatus, 0);
+  EXPECT_THAT(contentOf(file), HasSubstr("Exit status       0\n"));
+}
+
+TEST_F(RunTest, PassesOnHowTheCommandEnded) {
+  EXPECT_EQ(run("exit 42").exitStatus, 42);
+  EXPECT_EQ(run("kill -9 $$").exitStatus, 128 + SIGKILL);
+}
+
+TEST_F(RunTest, ACommandThatCannotBeStartedLeavesNoSession) {
+  EXPECT_EQ(frontEnd.run({"run", "--source", macbook, "no-such-command"}).exitStatus, 127);
+  EXPECT_EQ(frontEnd.run({"run", "--source", macbook, "/"}).exitStatus, 126);
+  EXPECT_THAT(frontEnd.run({"sessions", "--json"}).output, Not(HasSubstr("title")));
+}
+
+TEST_F(RunTest, DoesNotTouchASessionThatIsBeingRecorded) {
+  RunningProgram recorder{
+      frontEnd.start({"record", "--source", macbook, "--speed", "1", "--title", "Other"})};
+  ASSERT_TRUE(recorder.waitFor("recording session"));
+  const ProgramResult result = run("echo ran");
+  EXPECT_EQ(result.exitStatus, 125);
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(result.error, HasSubstr("Other, is being recorded; the command was not run"));
+  recorder.send(SIGTERM);
+  EXPECT_EQ(recorder.finish().exitStatus, 0);
+}
+
+TEST_F(RunTest, AStoreThatCannotBeOpenedIsNoStatusOfTheCommand) {
+  const ProgramResult result = run("echo ran", {"--store", "/nowhere/a.store"});
+  EXPECT_EQ(result.exitStatus, 125);
+  EXPECT_EQ(result.output, "");
+}
+
+TEST_F(RunTest, ASessionThatIsDeletedMeanwhileDoesNotDisturbTheCommand) {
+  const std::string remove = std::string{QUELLIN_EXECUTABLE} + " delete last --force";
+  const ProgramResult failing = run(remove + " && exit 6", {"--speed", "200"});
+  EXPECT_EQ(failing.exitStatus, 6);
+  EXPECT_THAT(failing.error, HasSubstr("deleted from elsewhere"));
+  EXPECT_EQ(run(remove, {"--speed", "200"}).exitStatus, 125) << "nothing was measured";
+}
+
+TEST_F(RunTest, ATraceIsPlayedAtItsPaceWhileTheCommandRuns) {
+  // Twenty minutes at this speed are a fifth of a second.
+  const ProgramResult outlasted = run("sleep 1; echo done", {"--speed", "6000", "--title", "Outlasted"});
+  EXPECT_EQ(outlasted.output, "done\n");
+  EXPECT_THAT(outlasted.error, HasSubstr("(19 min 55 s)"));
+  const ProgramResult cutShort = run("true", {"--speed", "1", "--title", "Cut short"});
+  EXPECT_THAT(cutShort.error, ContainsRegex("Time              [0-9.]+ s\n"));
+}
+
+class PassedSignalTest : public RunTest, public testing::WithParamInterface<int> {};
+
+TEST_P(PassedSignalTest, GoesToTheCommandWhichMayTakeItsTime) {
+  ProgramStart start = frontEnd.start({"run", "--source", macbook, "--speed", "1", "--", "sh", "-c",
+                                       "trap 'echo heard; exit 9' INT TERM HUP QUIT; echo ready; "
+                                       "while true; do sleep 0.01; done"});
+  const auto prepare = start.prepare;
+  start.prepare = [prepare] {
+    prepare();
+    setsid();  // what is typed on a terminal reaches the command by itself
+  };
+  RunningProgram program{start};
+  ASSERT_TRUE(program.waitFor("ready"));
+  program.send(GetParam());
+  const ProgramResult result = program.finish();
+  EXPECT_THAT(result.output, HasSubstr("heard\n"));
+  EXPECT_EQ(result.exitStatus, 9);
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, PassedSignalTest, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
+
+TEST_F(RunTest, BeingAskedToEndDuringTheBaselineRunsNothing) {
+  RunningProgram program{
+      frontEnd.start({"run", "--source", macbook, "--speed", "1", "--baseline", "10m", "--", "echo", "ran"})};
+  ASSERT_TRUE(program.waitFor("measuring the idle machine"));
+  program.send(SIGINT);
+  const ProgramResult result = program.finish();
+  EXPECT_EQ(result.exitStatus, 130);
+  EXPECT_THAT(result.output, IsEmpty());
+}
+
+}  // namespace
+}  // namespace quellin::cli
