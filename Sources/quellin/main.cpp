@@ -9,12 +9,14 @@
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "quellin/CommandLine/CommandLine.h"
 #include "quellin/CommandLine/Failure.h"
+#include "quellin/Commands/BundledHelper.h"
 
 namespace quellin::cli {
 namespace {
 
 ExitStatus run(const Command& command, const Options& options, Output& out, const Talk& talk) {
-  const ProTelemetryService tool;
+  const ProTelemetryService tool{std::string{ProTelemetryService::defaultHelperPath},
+                                 installationPrompt(geteuid())};
   const Environment environment = processEnvironment();
   const ExitStatus status = command.run({.options = options,
                                          .out = out,

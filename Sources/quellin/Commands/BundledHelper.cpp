@@ -27,4 +27,10 @@ std::filesystem::path bundledHelper(const std::optional<std::filesystem::path>& 
                 built.string() + " is not there. Build it with ./dev build, or keep it beside quellin."};
 }
 
+AdministratorPrompt installationPrompt(unsigned userID) {
+  AdministratorPrompt prompt = AdministratorPrompt::native();
+  if (userID == 0 && prompt.kind == AdministratorPrompt::Kind::policyKit) prompt.executable = "/usr/bin/env";
+  return prompt;
+}
+
 }  // namespace quellin::cli

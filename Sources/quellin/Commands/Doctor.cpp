@@ -70,12 +70,13 @@ class Presentation {
  public:
   Presentation(const DoctorReport& report, const Invocation& invocation)
       : report_(report),
+        name_(measuredName(invocation.options)),
         out_(invocation.out),
         terminal_(invocation.outTerminal),
         brief_(invocation.options.brief) {}
 
   void show() const {
-    out_.line(terminal_.styled(Style::strong, "Sources of " + printable(report_.source)));
+    out_.line(terminal_.styled(Style::strong, "Sources of " + printable(name_)));
     for (const SourceDiagnosis& source : report_.sources) showSource(source);
     out_.line("");
     if (report_.tool) showTool(*report_.tool);
@@ -120,6 +121,7 @@ class Presentation {
   }
 
   const DoctorReport& report_;
+  std::string name_;
   Output& out_;
   const Terminal& terminal_;
   bool brief_;

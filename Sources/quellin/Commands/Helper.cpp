@@ -1,7 +1,7 @@
 #include <filesystem>
+#include <unistd.h>
 
 #include "QuellinCore/Platform/OwnExecutable.h"
-#include "QuellinCore/Services/HelperInstallation.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
@@ -25,13 +25,13 @@ ExitStatus showStatus(const Invocation& invocation) {
 
 ExitStatus install(const Invocation& invocation) {
   const std::string source = bundledHelper(ownExecutablePath()).string();
-  const std::string prompt = AdministratorPrompt::native().executable;
+  const std::string prompt = installationPrompt(geteuid()).executable;
   if (!std::filesystem::exists(prompt)) {
     throw Failure{ExitStatus::failed, prompt +
                                           " is not there, which asks for an administrator's password. "
-                                          "Install the package that brings it, and try again."};
+                                          "Install the package that brings it, or run this command as root."};
   }
-  invocation.talk.say("installing " + source + "; the system asks for an administrator's password.");
+  invocation.talk.say("installing " + source + "; the system may ask for an administrator's password.");
   const HelperInstallResult result = invocation.tool.installBundledHelper(source);
   invocation.talk.say(result.message);
   return result.succeeded ? ExitStatus::ok : ExitStatus::failed;

@@ -31,7 +31,8 @@ struct SnapshotReport {
 
 void show(const SnapshotReport& report, const Invocation& invocation) {
   const auto width = invocation.outTerminal.width;
-  invocation.out.line("Snapshot of " + printable(report.source) + " at " + formatISO8601(report.timestamp));
+  invocation.out.line("Snapshot of " + printable(measuredName(invocation.options)) + " at " +
+                      formatISO8601(report.timestamp));
   invocation.out.line("");
   invocation.out.write(figureTable(report.figures, width));
   if (!report.processes) return;

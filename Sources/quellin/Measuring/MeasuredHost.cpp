@@ -12,6 +12,8 @@
 namespace quellin::cli {
 namespace {
 
+constexpr std::string_view nativeSource = "native";
+
 MeasuredHost replay(const Options& options) {
   auto player = TracePlayer::open(options.source, options.speed);
   if (!player) throw Failure{ExitStatus::failed, player.error().message()};
@@ -25,7 +27,7 @@ MeasuredHost replay(const Options& options) {
 }  // namespace
 
 MeasuredHost MeasuredHost::open(const Options& options) {
-  if (options.source == "native") {
+  if (options.source == nativeSource) {
     return {.sources = PlatformSources::native(), .player = nullptr, .isNative = true};
   }
   if (std::filesystem::is_directory(options.source)) {
@@ -51,6 +53,10 @@ SystemReader MeasuredHost::reader() const {
 
 std::vector<ProcessActivityInfo> MeasuredHost::topProcesses(int limit, Seconds interval) const {
   return ProcessActivityService{sources.processes, *monotonicClock}.sampleTopProcesses(limit, interval);
+}
+
+std::string measuredName(const Options& options) {
+  return options.source == nativeSource ? "this machine" : options.source;
 }
 
 bool anySource(const PlatformSources& sources) {

@@ -35,6 +35,9 @@ struct MeasuredHost {
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 };
 
+/// What is measured, in words: "this machine", or the path of what stands for another one.
+[[nodiscard]] std::string measuredName(const Options& options);
+
 /// Whether any of the sources would give values.
 [[nodiscard]] bool anySource(const PlatformSources& sources);
 

@@ -8,7 +8,7 @@ namespace {
 // A tool that fails silently gives an empty reason.
 std::string reasonIn(const ProTelemetrySnapshot& snapshot) {
   const std::string given = snapshot.error.value_or("");
-  return given.empty() ? "the tool gave none" : given;
+  return given.empty() ? "has none" : "answered \"" + given + "\"";
 }
 
 }  // namespace
@@ -41,7 +41,7 @@ std::optional<std::string> missingTelemetryText(bool isNative, bool isInstalled,
     return "no telemetry: there is no tool at " + std::string{installedHelperPath} +
            ". 'quellin helper install' installs it; the recording goes on without.";
   }
-  return "no telemetry: " + reasonIn(*latest) +
+  return "no telemetry: the tool, which asks powermetrics of macOS, " + reasonIn(*latest) +
          ". 'quellin helper status' says more; the recording goes on without.";
 }
 

@@ -17,8 +17,7 @@ constexpr Seconds processWindow{0.35};
 constexpr Seconds processPause{5};
 
 std::string shownSource(const Options& options) {
-  if (options.source == "native") return "this machine";
-  const std::filesystem::path path{options.source};
+  const std::filesystem::path path{measuredName(options)};
   return (path.has_filename() ? path : path.parent_path()).filename().string();
 }
 

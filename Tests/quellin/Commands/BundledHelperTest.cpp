@@ -48,5 +48,13 @@ TEST_F(BundledHelperTest, IsNotLookedForInTheFolderOfTheCallerWhereTheProgramIsU
   fs::current_path(before);
 }
 
+TEST(InstallationPromptTest, RootIsAskedForNothingWhereThePromptNeedsPolicyKit) {
+  const AdministratorPrompt native = AdministratorPrompt::native();
+  const bool isPolicyKit = native.kind == AdministratorPrompt::Kind::policyKit;
+  EXPECT_EQ(installationPrompt(501).executable, native.executable);
+  EXPECT_EQ(installationPrompt(0).executable, isPolicyKit ? "/usr/bin/env" : native.executable);
+  EXPECT_EQ(installationPrompt(0).kind, native.kind);
+}
+
 }  // namespace
 }  // namespace quellin::cli

@@ -203,7 +203,7 @@ struct RecordingOnATerminalTest : RecordingTest {
 
 TEST_F(RecordingOnATerminalTest, OneLineChangesAndTheSummaryFollows) {
   const std::string shown = recordUntilCtrlC({"TERM=xterm"});
-  EXPECT_THAT(shown, HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W, battery 0 %\x1b[K"));
+  EXPECT_THAT(shown, HasSubstr("\r0 s, 1 sample, Battery draw 12.49 W, battery unchanged\x1b[K"));
   EXPECT_THAT(shown, HasSubstr("\r5 s, 2 samples, "));
   EXPECT_THAT(shown, HasSubstr("\x1b[1mSlow\x1b[0m\r\n"));
   EXPECT_THAT(shown, HasSubstr("\r\nStatus            completed\r\n"));

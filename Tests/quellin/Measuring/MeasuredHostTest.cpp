@@ -64,5 +64,12 @@ TEST_F(MeasuredHostTest, AFileThatIsNoTraceIsNamed) {
   }
 }
 
+TEST(MeasuredNameTest, IsInWordsForThisMachineAndAPathForAnother) {
+  Options options;
+  EXPECT_EQ(measuredName(options), "this machine");
+  options.source = "Examples/day.jsonl";
+  EXPECT_EQ(measuredName(options), "Examples/day.jsonl");
+}
+
 }  // namespace
 }  // namespace quellin::cli

@@ -59,14 +59,17 @@ TEST(MissingTelemetryTextTest, TheToolsOwnReasonIsGiven) {
   failed.error = "powermetrics exited with status 1";
   EXPECT_THAT(
       *missingTelemetryText(true, true, failed),
-      AllOf(StartsWith("no telemetry: powermetrics exited with status 1. "), EndsWith("goes on without.")));
+      AllOf(StartsWith(
+                "no telemetry: the tool, which asks powermetrics of macOS, answered \"powermetrics exited "
+                "with status 1\". "),
+            EndsWith("goes on without.")));
 }
 
 TEST(MissingTelemetryTextTest, AToolThatFailsSilentlyIsSaidToGiveNone) {
   ProTelemetrySnapshot failed;
   failed.error = "";
   EXPECT_THAT(*missingTelemetryText(true, true, failed),
-              StartsWith("no telemetry: the tool gave none. 'quellin helper status'"));
+              HasSubstr("powermetrics of macOS, has none. 'quellin helper status'"));
 }
 
 TEST(MissingTelemetryTextTest, AToolThatIsNotInstalledIsNamedWithItsPlaceAndTheWayToGetIt) {
