@@ -8,6 +8,7 @@
 #include "quellin/Storage/NewFile.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
+#include "quellin/Terminal/SlowWork.h"
 #include "quellin/Version.h"
 
 namespace quellin::cli {
@@ -37,6 +38,7 @@ std::string reportData(PowerSessionStore& store, const std::shared_ptr<PowerSess
 ExitStatus reportSession(const Invocation& invocation) {
   const Options& options = invocation.options;
   const std::string_view page = requirePage();
+  SlowWork work{invocation, "drawing up the report"};
   const auto store = openRecordedStore(options);
   const auto session = findSession(*store, options.word);
   const std::string path = options.output.value_or("quellin-" + shortID(*session) + ".html");
@@ -45,6 +47,7 @@ ExitStatus reportSession(const Invocation& invocation) {
   writeReportPage(page, session->title(), reportData(*store, session),
                   [&](std::string_view text) { file.write(text); });
   file.publish(options.force);
+  work.end();
   invocation.talk.say("wrote the report of session " + shortID(*session) + " to " + path +
                       "; any browser shows it.");
   return ExitStatus::ok;
