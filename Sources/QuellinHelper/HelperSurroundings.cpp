@@ -1,8 +1,9 @@
+#include "QuellinHelper/HelperSurroundings.h"
+
 #include <csignal>
 
 #include "QuellinCore/Services/SMCService.h"
 #include "QuellinHelper/PowermetricsSampler.h"
-#include "QuellinHelper/QuellinHelperMain.h"
 
 namespace quellin {
 namespace {

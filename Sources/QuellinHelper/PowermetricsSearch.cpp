@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <functional>
 
 #include "QuellinHelper/ProcessRow.h"
 #include "QuellinHelper/PropertyLists/DecimalNumber.h"

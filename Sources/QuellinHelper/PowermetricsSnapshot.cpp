@@ -13,8 +13,6 @@
 namespace quellin {
 namespace {
 
-using namespace std::string_view_literals;
-
 constexpr std::size_t mostProcesses = 12;
 constexpr std::size_t headLength = 4096;
 

@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 #include <string_view>
+#include <tuple>
 
 #include "QuellinCore/Support/RawValue.h"
 #include "QuellinHelper/HelperVersion.h"
@@ -61,7 +62,7 @@ ExitStatus QuellinHelperMain::carryOut(std::span<const std::string> arguments,
 
 // A standard error that takes nothing changes nothing: the exit status tells the same.
 ExitStatus QuellinHelperMain::fail(ExitStatus status, const char* message, const HelperSurroundings& with) {
-  static_cast<void>(writeAll(with.standardError, message));
+  std::ignore = writeAll(with.standardError, message);
   return status;
 }
 

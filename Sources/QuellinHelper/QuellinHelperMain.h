@@ -1,44 +1,15 @@
 #pragma once
 
-#include <functional>
 #include <span>
 #include <string>
-#include <sys/types.h>
-#include <unistd.h>
-#include <vector>
 
 #include "QuellinCore/Models/HelperStatus.h"
-#include "QuellinCore/Models/ProTelemetrySnapshot.h"
-#include "QuellinCore/Models/TemperatureSensor.h"
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "QuellinHelper/ExitStatus.h"
+#include "QuellinHelper/HelperSurroundings.h"
 
 namespace quellin {
-
-/// How the tool ends; the numbers are those of sysexits(3).
-enum class ExitStatus : int {
-  success = 0,           ///< the whole document was written
-  usage = 64,            ///< no command word, or an unknown one
-  encodingFailure = 70,  ///< the document could not be encoded; nothing was written
-  systemFailure = 71,    ///< the process could not be made safe, or ran out of memory; nothing was written
-  outputFailure = 74,    ///< standard output did not take the whole document
-  notRoot = 77           ///< the effective user is not root
-};
-
-/// What one run of the tool meets. The defaults are those of the running process.
-struct HelperSurroundings {
-  uid_t effectiveUserID = geteuid();
-  gid_t effectiveGroupID = getegid();
-  int standardOutput = STDOUT_FILENO;
-  int standardError = STDERR_FILENO;
-  /// Where the temperatures and the telemetry come from; each is called at most once, and only for its
-  /// command.
-  std::function<std::vector<TemperatureSensor>()> readTemperatures;
-  std::function<ProTelemetrySnapshot()> sampleProTelemetry;
-
-  /// This process with the machine's own readings.
-  [[nodiscard]] static HelperSurroundings ofThisProcess();
-};
 
 /// The tool from its arguments to its exit status. Single-threaded.
 class QuellinHelperMain {

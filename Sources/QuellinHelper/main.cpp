@@ -2,6 +2,7 @@
 #include <span>
 #include <unistd.h>
 
+#include "QuellinHelper/ExitStatus.h"
 #include "QuellinHelper/ProcessHardening.h"
 #include "QuellinHelper/QuellinHelperMain.h"
 

@@ -19,19 +19,7 @@ namespace {
 using detail::bigEndian;
 using detail::BinaryObject;
 using detail::BinaryPropertyListLayout;
-
-enum ObjectType : std::uint8_t {
-  simple = 0x0,
-  integer = 0x1,
-  real = 0x2,
-  date = 0x3,
-  data = 0x4,
-  asciiString = 0x5,
-  utf16String = 0x6,
-  identifier = 0x8,
-  array = 0xA,
-  dictionary = 0xD
-};
+using enum detail::ObjectType;
 
 constexpr double secondsFrom1970To2001 = 978'307'200;
 
@@ -223,8 +211,7 @@ class BinaryPropertyListReader {
 }  // namespace
 
 std::expected<PropertyList, PropertyListError> parseBinaryPropertyList(std::string_view bytes) {
-  if (bytes.size() > maximumPropertyListSize)
-    return std::unexpected(PropertyListError{.reason = "too large"});
+  if (const auto error = sizeError(bytes)) return std::unexpected(*error);
   const auto layout = BinaryPropertyListLayout::read(bytes);
   if (!layout) return std::unexpected(PropertyListError{.reason = layout.error()});
   return BinaryPropertyListReader{*layout, bytes.size()}.read();

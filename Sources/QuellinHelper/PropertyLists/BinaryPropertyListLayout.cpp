@@ -48,9 +48,6 @@ std::optional<std::string_view> BinaryPropertyListLayout::slice(std::size_t offs
 
 std::optional<BinaryObject> BinaryPropertyListLayout::object(std::uint64_t number) const {
   constexpr std::uint64_t lengthFollows = 0x0F;
-  constexpr std::uint8_t firstTypeWithLength = 0x4;
-  constexpr std::uint8_t identifierType = 0x8;
-  constexpr std::uint8_t integerType = 0x1;
 
   if (number >= objectCount_) return std::nullopt;
   const auto index = static_cast<std::size_t>(number);
@@ -63,11 +60,11 @@ std::optional<BinaryObject> BinaryPropertyListLayout::object(std::uint64_t numbe
   BinaryObject object{.type = static_cast<std::uint8_t>(byte >> 4),
                       .length = byte & lengthFollows,
                       .contents = static_cast<std::size_t>(offset) + 1};
-  if (object.length != lengthFollows || object.type < firstTypeWithLength || object.type == identifierType) {
+  if (object.length != lengthFollows || object.type < data || object.type == identifier) {
     return object;
   }
   const auto sizeMarker = slice(object.contents, 1);
-  if (!sizeMarker || bigEndian(*sizeMarker) >> 4 != integerType) return std::nullopt;
+  if (!sizeMarker || bigEndian(*sizeMarker) >> 4 != integer) return std::nullopt;
   const std::size_t exponent = bigEndian(*sizeMarker) & lengthFollows;
   if (exponent > 3) return std::nullopt;
   const std::size_t size = std::size_t{1} << exponent;

@@ -15,6 +15,20 @@ namespace quellin::detail {
   return value;
 }
 
+/// The types of objects; those that are not here are refused.
+enum ObjectType : std::uint8_t {
+  simple = 0x0,
+  integer = 0x1,
+  real = 0x2,
+  date = 0x3,
+  data = 0x4,  ///< the first whose length may follow
+  asciiString = 0x5,
+  utf16String = 0x6,
+  identifier = 0x8,
+  array = 0xA,
+  dictionary = 0xD
+};
+
 /// What the first byte of an object says: its type, and its length or count where it has one.
 struct BinaryObject {
   std::uint8_t type = 0;     ///< the upper four bits of the marker

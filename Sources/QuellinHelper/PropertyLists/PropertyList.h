@@ -163,4 +163,10 @@ inline constexpr std::size_t maximumPropertyListDepth = 512;
 /// The longest input that a reader accepts, in bytes.
 inline constexpr std::size_t maximumPropertyListSize = std::size_t{1} << 30;
 
+/// Why `bytes` are too long for any reader; absent when they are not.
+[[nodiscard]] inline std::optional<PropertyListError> sizeError(std::string_view bytes) {
+  return bytes.size() > maximumPropertyListSize ? std::optional{PropertyListError{.reason = "too large"}}
+                                                : std::nullopt;
+}
+
 }  // namespace quellin

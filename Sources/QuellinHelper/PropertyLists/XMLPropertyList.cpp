@@ -35,7 +35,7 @@ Element elementNamed(std::string_view name) {
 }
 
 bool isWhiteSpace(std::string_view text) {
-  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+  return text.find_first_not_of(xmlWhiteSpace) == std::string_view::npos;
 }
 
 /// Turns the events of the XML parser into those of the builder. The handlers are called from C and must not
@@ -183,8 +183,7 @@ class XMLPropertyListReader {
 }  // namespace
 
 std::expected<PropertyList, PropertyListError> parseXMLPropertyList(std::string_view bytes) {
-  if (bytes.size() > maximumPropertyListSize)
-    return std::unexpected(PropertyListError{.reason = "too large"});
+  if (const auto error = sizeError(bytes)) return std::unexpected(*error);
   return XMLPropertyListReader{}.read(bytes);
 }
 

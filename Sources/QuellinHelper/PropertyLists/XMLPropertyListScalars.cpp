@@ -14,10 +14,8 @@
 namespace quellin {
 namespace {
 
-constexpr std::string_view whiteSpace = " \t\r\n";
-
 std::string_view withoutLeadingWhiteSpace(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
+  text.remove_prefix(std::min(text.find_first_not_of(xmlWhiteSpace), text.size()));
   return text;
 }
 
@@ -114,7 +112,7 @@ std::optional<std::string> decodeXMLData(std::string_view text) {
   int characters = 0;
   int padding = 0;
   for (const char character : text) {
-    if (whiteSpace.contains(character)) continue;
+    if (xmlWhiteSpace.contains(character)) continue;
     const std::uint8_t value = base64Values[static_cast<unsigned char>(character)];
     const bool isPadding = character == '=';
     if ((value == notBase64 && !isPadding) || (padding > 0 && (!isPadding || characters == 0)))

@@ -8,6 +8,9 @@
 
 namespace quellin {
 
+/// What XML counts as white space.
+inline constexpr std::string_view xmlWhiteSpace = " \t\r\n";
+
 // The texts of the scalar elements of an XML property list. No value: not a text of that kind.
 
 /// White space, an optional sign, and decimal digits or "0x" with hexadecimal digits, from the smallest
