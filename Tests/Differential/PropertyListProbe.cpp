@@ -12,7 +12,7 @@
 namespace {
 
 using namespace quellin;
-using differential::hexOfBytes;
+using testing_support::hexOfBytes;
 
 // The very bits of a number; there is but one that is none.
 std::string bits(double value) {

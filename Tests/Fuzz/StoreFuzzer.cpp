@@ -78,10 +78,7 @@ struct Stores {
   std::string settled = testing_support::contentOf(folder.path() / "good.store");
 
   [[nodiscard]] testing_support::StoreReading read(const std::string& file, const std::string& log) const {
-    for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(damaged.string() + suffix);
-    folder.write("damaged.store", file);
-    if (!log.empty()) folder.write("damaged.store-wal", log);
-    return testing_support::readStore(damaged);
+    return testing_support::readStoreOf({.file = file, .log = log}, damaged);
   }
 };
 

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <string_view>
 
+#include "Fuzz/Require.h"
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
 #include "Support/Replay.h"
 
 using namespace quellin;
+using fuzzing::require;
 
 namespace {
 
@@ -18,10 +20,10 @@ constexpr std::size_t mostTicks = 8;
 
 void checkWriting(const HostAnswers& answers) {
   const auto line = tickLine(answers, SerialNumbers::kept);
-  if (!line) __builtin_trap();
+  require(line.has_value());
   JSONDecoder decoder;
   const auto again = answersOfTickLine(decoder, *line);
-  if (!again || tickLine(*again, SerialNumbers::kept) != line) __builtin_trap();
+  require(again && tickLine(*again, SerialNumbers::kept) == line);
 }
 
 }  // namespace
@@ -35,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   while (!(*player)->atEnd() && (*player)->ticksPlayed() <= mostTicks) {
     checkWriting(*(*player)->answers());
     static_cast<void>(testing_support::readEverything(*player));
-    if (!((*player)->untilNext().count() >= 0)) __builtin_trap();
+    require((*player)->untilNext().count() >= 0);
     if (!(*player)->advance()) break;
   }
   return 0;

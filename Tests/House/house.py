@@ -91,6 +91,11 @@ def budget_violations(sources):
     return found
 
 
+def budgets_of_tree(root):
+    """`budget_violations` of the sources and of the tests: both are read by people."""
+    return [line for part in ("Sources", "Tests") for line in budget_violations(Path(root) / part)]
+
+
 def test_cases(path):
     """The (macro, suite, case) triples that a test file declares."""
     return TEST.findall(Path(path).read_text(encoding="utf-8"))

@@ -85,6 +85,14 @@ class Budget(Tree):
         self.assertEqual(house.budget_violations(self.root), [])
 
 
+    def test_tests_have_the_budget_of_sources(self):
+        for part in ("Sources", "Tests"):
+            self.write(f"{part}/Room/A.cpp", "x\n" * 100)
+        self.assertEqual(house.budgets_of_tree(self.root), [])
+        self.write("Tests/Room/A.cpp", "x\n" * (house.MAX_LINES + 1))
+        self.assertIn("Tests", house.budgets_of_tree(self.root)[0])
+
+
 class Registration(Tree):
     def test_every_case_must_be_registered(self):
         self.write("ATest.cpp", "TEST(ATest, One) {}\nTEST_P(BTest, Two) {}\n")

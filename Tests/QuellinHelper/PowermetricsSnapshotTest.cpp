@@ -3,11 +3,13 @@
 
 #include "PropertyLists/BinaryDocument.h"
 #include "QuellinHelper/PowermetricsSnapshot.h"
+#include "Support/Bytes.h"
 
 namespace quellin {
 namespace {
 
 using namespace std::string_literals;
+using testing_support::repeated;
 
 std::string row(int pid, const std::string& energy) {
   return "<dict><key>pid</key><integer>" + std::to_string(pid) +
@@ -16,12 +18,6 @@ std::string row(int pid, const std::string& energy) {
          "</dict>";
 }
 std::string real(const std::string& text) { return "<real>" + text + "</real>"; }
-
-std::string repeatedX(std::size_t count) {
-  std::string text;
-  while (text.size() < count) text.push_back('x');
-  return text;
-}
 
 std::vector<int> pidsOf(const ProTelemetrySnapshot& snapshot) {
   std::vector<int> pids;
@@ -118,11 +114,11 @@ TEST(PowermetricsSnapshotTest, OutputThatIsNoPropertyListIsShownInPart) {
   };
   EXPECT_EQ(shown("unknown sampler"), "unknown sampler");
   EXPECT_EQ(shown(" \n"), " \n");
-  EXPECT_EQ(shown(repeatedX(5000)), repeatedX(4096));
-  EXPECT_EQ(shown(repeatedX(4094) + "é and more"), repeatedX(4094) + "é");
-  EXPECT_EQ(shown(repeatedX(4095) + "é and more"), std::nullopt);
+  EXPECT_EQ(shown(repeated("x", 5000)), repeated("x", 4096));
+  EXPECT_EQ(shown(repeated("x", 4094) + "é and more"), repeated("x", 4094) + "é");
+  EXPECT_EQ(shown(repeated("x", 4095) + "é and more"), std::nullopt);
   EXPECT_EQ(shown("caf\xE9"), std::nullopt);
-  EXPECT_EQ(shown(repeatedX(4096) + "\xFF"), repeatedX(4096));
+  EXPECT_EQ(shown(repeated("x", 4096) + "\xFF"), repeated("x", 4096));
   EXPECT_EQ(shown("\0\0"s), "\0\0"s);
 }
 

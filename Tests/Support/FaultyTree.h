@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "QuellinCore/Platform/Linux/FileTree.h"
+#include "Support/TreeArchive.h"
 
 namespace quellin::testing_support {
 
@@ -41,5 +42,11 @@ class FaultyTree final : public FileTree {
   std::shared_ptr<const FileTree> tree_;
   std::map<std::string, int> faults_;
 };
+
+/// The sys folder of an unpacked tree, with faults.
+[[nodiscard]] inline std::shared_ptr<FaultyTree> faultySys(const UnpackedTree& tree,
+                                                           std::map<std::string, int> faults = {}) {
+  return std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults));
+}
 
 }  // namespace quellin::testing_support

@@ -1,6 +1,8 @@
 #include "Support/RecordedStore.h"
 
 #include <cstddef>
+#include <fstream>
+#include <stdexcept>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "Support/GeneratedDay.h"
@@ -56,6 +58,18 @@ StoreReading readStore(const std::filesystem::path& path) {
     reading.isWhole = false;
   }
   return reading;
+}
+
+StoreReading readStoreOf(const StoreBytes& bytes, const std::filesystem::path& path) {
+  for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(path.string() + suffix);
+  const auto write = [](const std::filesystem::path& place, const std::string& content) {
+    std::ofstream stream(place, std::ios::binary);
+    stream << content;
+    if (!stream.flush()) throw std::runtime_error("cannot be written: " + place.string());
+  };
+  write(path, bytes.file);
+  if (!bytes.log.empty()) write(path.string() + "-wal", bytes.log);
+  return readStore(path);
 }
 
 StoreBytes recordStore(const std::filesystem::path& path, int samplesPerSession) {

@@ -39,6 +39,10 @@ struct StoreBytes {
   std::string log;
 };
 
+/// Reads the store that these bytes make at `path`, where nothing is left of an earlier one; without a log
+/// where that is empty.
+[[nodiscard]] StoreReading readStoreOf(const StoreBytes& bytes, const std::filesystem::path& path);
+
 /// Records three sessions at `path`, of which the last one is left active. The bytes are those of the store
 /// while it is still open: that session is in the log only.
 [[nodiscard]] StoreBytes recordStore(const std::filesystem::path& path, int samplesPerSession = 40);

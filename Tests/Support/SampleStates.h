@@ -4,6 +4,10 @@
 
 namespace quellin::testing_support {
 
+/// When the sessions of the tests begin, 2025-03-04T12:00:00Z, in seconds from 1970 on.
+inline constexpr double noonSeconds = 1741089600;
+inline constexpr Instant noon = instantAt(noonSeconds);
+
 /// A snapshot of a laptop on battery, drawing 12.5 W at 80 percent, with two fans and three sensors.
 [[nodiscard]] inline SystemPowerState stateOnBattery(Instant timestamp) {
   SystemPowerState state;
@@ -23,6 +27,17 @@ namespace quellin::testing_support {
 [[nodiscard]] inline SystemPowerState emptyState(Instant timestamp) {
   SystemPowerState state;
   state.timestamp = timestamp;
+  return state;
+}
+
+/// A snapshot of a laptop that draws so much from its battery; without watts, one that has none.
+[[nodiscard]] inline SystemPowerState stateDrawing(Instant timestamp, std::optional<double> watts,
+                                                   std::int64_t percent) {
+  SystemPowerState state = emptyState(timestamp);
+  if (watts) {
+    state.battery.emplace().wattage = -*watts;
+    state.battery->chargePercent = percent;
+  }
   return state;
 }
 

@@ -38,6 +38,10 @@ std::string TemporaryFolder::writeScript(std::string_view name, std::string_view
   return path;
 }
 
+unsigned modeOf(const fs::path& path) {
+  return static_cast<unsigned>(fs::status(path).permissions() & fs::perms::mask) & 0777U;
+}
+
 std::string contentOf(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::system_error(errno, std::generic_category(), path.string());

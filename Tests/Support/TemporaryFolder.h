@@ -27,6 +27,9 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+/// The permission bits of a file; throws when there is none.
+[[nodiscard]] unsigned modeOf(const std::filesystem::path& path);
+
 /// The bytes of a file; throws when it cannot be read.
 [[nodiscard]] std::string contentOf(const std::filesystem::path& path);
 

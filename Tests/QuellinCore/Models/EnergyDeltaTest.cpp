@@ -130,7 +130,7 @@ TEST(PowerMetricsTest, DescribesEveryFieldInOrder) {
             R"("cpuUsagePercent":6.5,"gpuUsagePercent":7.5})");
 }
 
-TEST(EnergyDeltaTest, KnowsTheGainsItCanAdd) {
+TEST(EnergyDeltaRulesTest, KnowsTheGainsItCanAdd) {
   constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(largestEnergyGain(0), most);
   EXPECT_EQ(largestEnergyGain(1), most);

@@ -1,4 +1,3 @@
-#include <bit>
 #include <limits>
 #include <vector>
 
@@ -6,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/SMCDecoding.h"
+#include "Support/Bytes.h"
 #include "Support/Deaths.h"
 
 namespace quellin::SMCDecoding {
@@ -14,14 +14,8 @@ namespace {
 using testing::Eq;
 using testing::Optional;
 using testing_support::endedByTrap;
+using testing_support::littleEndian;
 using Bytes = std::vector<std::uint8_t>;
-
-Bytes littleEndian(float value) {
-  const auto bits = std::bit_cast<std::uint32_t>(value);
-  Bytes bytes;
-  for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(bits >> shift));
-  return bytes;
-}
 
 std::optional<double> temperature(std::string_view type, const Bytes& bytes) {
   return decodeTemperature(fourCharCode(type), bytes);

@@ -8,6 +8,7 @@
 #include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Platform/VirtualSMC.h"
 #include "QuellinCore/Services/SMCService.h"
+#include "Support/Bytes.h"
 
 namespace quellin {
 namespace {
@@ -17,14 +18,8 @@ using testing::ElementsAre;
 using testing::Eq;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing_support::littleEndian;
 using Bytes = std::vector<std::uint8_t>;
-
-Bytes littleEndian(float value) {
-  const auto bits = std::bit_cast<std::uint32_t>(value);
-  Bytes bytes;
-  for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(bits >> shift));
-  return bytes;
-}
 
 class SMCServiceTest : public testing::Test {
  protected:

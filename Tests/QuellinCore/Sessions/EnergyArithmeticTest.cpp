@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/PowerSegments.h"
+#include "Support/SampleStates.h"
 
 namespace quellin {
 namespace {
@@ -22,9 +23,8 @@ namespace {
 using PowerSessionMetrics::powerSegments;
 using PowerSessionMetrics::wattHours;
 using testing::SizeIs;
+using testing_support::noonSeconds;
 using Fraction = boost::multiprecision::cpp_rational;
-
-constexpr double noon = 1741089600;
 
 double secondsOf(Instant instant) { return instant.time_since_epoch().count(); }
 
@@ -111,7 +111,7 @@ std::vector<Stretch> stretches(const std::vector<PowerSamplePoint>& points) {
 std::vector<PowerSamplePoint> randomPoints(std::mt19937_64& random) {
   const auto chance = [&] { return std::uniform_real_distribution<>{0, 1}(random); };
   std::vector<PowerSamplePoint> points;
-  PowerSamplePoint point{instantAt(noon), {}, "batteryDischarge", "Battery draw", false, {}};
+  PowerSamplePoint point{instantAt(noonSeconds), {}, "batteryDischarge", "Battery draw", false, {}};
   for (int index = 0; index < 400; ++index) {
     const double step = chance();
     point.timestamp += Seconds{step < 0.01 ? 1800 : step < 0.03 ? -7.3 : step < 0.05 ? 0 : 2 + chance() / 8};
@@ -144,7 +144,8 @@ void expectAgreement(const PowerSessionPowerSegment& segment, const Stretch& str
 /// One reading a step of `watts`, a function of the seconds since the first.
 std::vector<WattSample> sampled(double seconds, double step, const std::function<double(double)>& watts) {
   std::vector<WattSample> all;
-  for (double time = 0; time <= seconds; time += step) all.push_back({instantAt(noon + time), watts(time)});
+  for (double time = 0; time <= seconds; time += step)
+    all.push_back({instantAt(noonSeconds + time), watts(time)});
   return all;
 }
 

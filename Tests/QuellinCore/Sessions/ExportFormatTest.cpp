@@ -9,15 +9,15 @@
 #include "Support/DocumentedExample.h"
 #include "Support/MemoryStore.h"
 #include "Support/ProcessRows.h"
+#include "Support/SampleStates.h"
 
 namespace quellin {
 namespace {
 
 using testing_support::activity;
 using testing_support::energyRow;
+using testing_support::noonSeconds;
 using testing_support::telemetry;
-
-constexpr double noon = 1741089600;  // 2025-03-04T12:00:00Z
 
 std::vector<std::string> linesOf(const std::string& document) {
   std::vector<std::string> lines;
@@ -49,23 +49,24 @@ SystemPowerState stateDrawing(double watts, double second) {
   state.power.emplace().cpuPower = 4.25;
   state.power->systemPower = 4.25;
   state.sensors = {{"Tp01", "CPU P-core 1", 51.5}};
-  state.timestamp = instantAt(noon + second);
+  state.timestamp = instantAt(noonSeconds + second);
   return state;
 }
 
 /// The export that the documentation shows, with the identifiers of this run.
 std::string exampleExport() {
   const testing_support::MemoryStore fixture;
-  const auto session = fixture.store->start("Long compile", PowerSessionSource::cli, 60, instantAt(noon));
+  const auto session =
+      fixture.store->start("Long compile", PowerSessionSource::cli, 60, instantAt(noonSeconds));
   ProcessActivityInfo clang = activity("clang", 70.25);
   clang.cpuPercent = 50;
   clang.wakeupsPerSecond = 100;
   clang.energyWattsEstimate = 0.025;
   fixture.store->appendSample(session, stateDrawing(10, 0), {clang}, std::nullopt);
   fixture.store->appendSample(session, stateDrawing(20, 60), {},
-                              telemetry(noon + 59, {energyRow("clang", 120.5, 96.5)}));
-  fixture.store->stop(session, instantAt(noon + 60));
-  return fixture.store->exportJSONL(session, instantAt(noon + 3600));
+                              telemetry(noonSeconds + 59, {energyRow("clang", 120.5, 96.5)}));
+  fixture.store->stop(session, instantAt(noonSeconds + 60));
+  return fixture.store->exportJSONL(session, instantAt(noonSeconds + 3600));
 }
 
 TEST(ExportFormatTest, TheDocumentedExampleIsWhatIsWritten) {

@@ -21,9 +21,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing_support::kindThrownBy;
+using testing_support::noon;
 using testing_support::stateOnBattery;
-
-constexpr Instant noon = instantAt(1741089600);
 
 class ModelContextTest : public testing::Test {
  protected:

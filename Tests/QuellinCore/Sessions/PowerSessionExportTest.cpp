@@ -26,19 +26,19 @@ using testing::StartsWith;
 using testing_support::activity;
 using testing_support::energyRow;
 using testing_support::kindThrownBy;
+using testing_support::noonSeconds;
 using testing_support::stateOnBattery;
 using testing_support::telemetry;
-
-constexpr double noon = 1741089600;  // 2025-03-04T12:00:00Z
 
 class PowerSessionExportTest : public testing::Test {
  protected:
   std::shared_ptr<PowerSessionSample> append(double second) const {
-    return fixture.store->appendSample(session, stateOnBattery(instantAt(noon + second)), {}, std::nullopt);
+    return fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds + second)), {},
+                                       std::nullopt);
   }
 
   [[nodiscard]] std::string document() const {
-    return fixture.store->exportJSONL(session, instantAt(noon + 3600.75));
+    return fixture.store->exportJSONL(session, instantAt(noonSeconds + 3600.75));
   }
 
   /// The lines of the document, which must all be ended.
@@ -60,7 +60,7 @@ class PowerSessionExportTest : public testing::Test {
   }
 
   testing_support::MemoryStore fixture;
-  std::shared_ptr<PowerSession> session = fixture.start(noon, "Long compile");
+  std::shared_ptr<PowerSession> session = fixture.start(noonSeconds, "Long compile");
 };
 
 TEST_F(PowerSessionExportTest, ASessionWithoutSamplesIsOneLine) {
@@ -76,7 +76,7 @@ TEST_F(PowerSessionExportTest, ASessionWithoutSamplesIsOneLine) {
 }
 
 TEST_F(PowerSessionExportTest, AnEndedSessionHasItsEnd) {
-  fixture.store->interrupt(session, instantAt(noon + 60));
+  fixture.store->interrupt(session, instantAt(noonSeconds + 60));
   EXPECT_THAT(document(), HasSubstr(R"("endedAt":"2025-03-04T12:01:00Z")"));
   EXPECT_THAT(document(), HasSubstr(R"("status":"interrupted")"));
   session->setStatusRaw(std::nullopt);
@@ -100,25 +100,26 @@ TEST_F(PowerSessionExportTest, EverySampleIsALineOfItsOwnByTimestamp) {
   EXPECT_EQ(line.recordType, "sample");
   EXPECT_EQ(line.sample.id, samples[1]->id());
   EXPECT_EQ(line.sample.elapsedSeconds, 2.5);
-  EXPECT_EQ(line.sample.timestamp, instantAt(noon + 2)) << "whole seconds";
-  SystemPowerStateDTO snapshot(stateOnBattery(instantAt(noon + 2)));
+  EXPECT_EQ(line.sample.timestamp, instantAt(noonSeconds + 2)) << "whole seconds";
+  SystemPowerStateDTO snapshot(stateOnBattery(instantAt(noonSeconds + 2)));
   EXPECT_EQ(line.sample.snapshot, snapshot);
   EXPECT_EQ(line.sample.proTelemetry, std::nullopt);
 }
 
 TEST_F(PowerSessionExportTest, ProcessDataGoesWithItsSample) {
-  const auto rows = telemetry(noon, {energyRow("clang/llvm", 3.0)});
-  fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {activity("make\n", 2)}, rows);
+  const auto rows = telemetry(noonSeconds, {energyRow("clang/llvm", 3.0)});
+  fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds)), {activity("make\n", 2)}, rows);
   const auto line = read<PowerSessionSampleLine>(lines()[1]);
   EXPECT_THAT(line.sample.processActivities, ElementsAre(ProcessActivityDTO(activity("make\n", 2))));
   EXPECT_EQ(line.sample.proTelemetry, rows);
 }
 
 TEST_F(PowerSessionExportTest, TheTimestampIsThatOfTheSampleNotOfItsState) {
-  fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {}, {}, instantAt(noon + 5));
+  fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds)), {}, {},
+                              instantAt(noonSeconds + 5));
   const auto line = read<PowerSessionSampleLine>(lines()[1]);
-  EXPECT_EQ(line.sample.timestamp, instantAt(noon + 5));
-  EXPECT_EQ(line.sample.snapshot.timestamp, instantAt(noon));
+  EXPECT_EQ(line.sample.timestamp, instantAt(noonSeconds + 5));
+  EXPECT_EQ(line.sample.snapshot.timestamp, instantAt(noonSeconds));
 }
 
 TEST_F(PowerSessionExportTest, ACorruptSnapshotLosesItsLineOnly) {
@@ -136,8 +137,8 @@ TEST_F(PowerSessionExportTest, ACorruptSnapshotLosesItsLineOnly) {
 
 TEST_F(PowerSessionExportTest, CorruptProcessDataLosesNoLine) {
   const auto sample =
-      fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {activity("make", 2)},
-                                  telemetry(noon, {energyRow("clang", 3.0)}));
+      fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds)), {activity("make", 2)},
+                                  telemetry(noonSeconds, {energyRow("clang", 3.0)}));
   sample->setProcessActivityData("[{}]");
   sample->setProTelemetryData("[]");
   const auto line = read<PowerSessionSampleLine>(lines()[1]);
@@ -168,7 +169,7 @@ TEST_F(PowerSessionExportTest, ASinkGetsTheSameDocumentInPieces) {
   std::string gathered;
   std::size_t pieces = 0;
   std::size_t longest = 0;
-  fixture.store->exportJSONL(session, instantAt(noon + 3600.75), [&](std::string_view piece) {
+  fixture.store->exportJSONL(session, instantAt(noonSeconds + 3600.75), [&](std::string_view piece) {
     gathered.append(piece);
     ++pieces;
     longest = std::max(longest, piece.size());
@@ -180,11 +181,11 @@ TEST_F(PowerSessionExportTest, ASinkGetsTheSameDocumentInPieces) {
 
 TEST_F(PowerSessionExportTest, ASummaryWithoutJSONFormStopsTheExport) {
   const double most = std::numeric_limits<double>::max();
-  fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {activity("make", most)}, {});
-  fixture.store->appendSample(session, stateOnBattery(instantAt(noon)), {activity("make", most)}, {});
+  fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds)), {activity("make", most)}, {});
+  fixture.store->appendSample(session, stateOnBattery(instantAt(noonSeconds)), {activity("make", most)}, {});
   std::string gathered;
   const auto gather = [&](std::string_view piece) { gathered.append(piece); };
-  EXPECT_EQ(kindThrownBy([&] { fixture.store->exportJSONL(session, instantAt(noon), gather); }),
+  EXPECT_EQ(kindThrownBy([&] { fixture.store->exportJSONL(session, instantAt(noonSeconds), gather); }),
             StoreError::Kind::notEncodable);
   EXPECT_THAT(gathered, IsEmpty());
   append(1);  // the store can be written again
@@ -202,30 +203,31 @@ TEST_F(PowerSessionExportTest, ASampleWithoutJSONFormStopsTheExport) {
 TEST(PowerSessionExportFileTest, TheVersionIsThatOfTheSoftwareThatExports) {
   const testing_support::TemporaryFolder folder;
   PowerSessionStore("0.9.4", folder.path() / "store")
-      .start("Test", PowerSessionSource::app, 2, instantAt(noon));
+      .start("Test", PowerSessionSource::app, 2, instantAt(noonSeconds));
   PowerSessionStore store("1.0", folder.path() / "store");
   const auto session = store.sessions().front();
   EXPECT_EQ(session->appVersion(), "0.9.4");
-  EXPECT_THAT(store.exportJSONL(session, instantAt(noon)), StartsWith(R"({"appVersion":"1.0",)"));
+  EXPECT_THAT(store.exportJSONL(session, instantAt(noonSeconds)), StartsWith(R"({"appVersion":"1.0",)"));
 }
 
 TEST(PowerSessionExportFileTest, WhatAnotherProcessAppendsMeanwhileIsLeftOut) {
   const testing_support::TemporaryFolder folder;
   PowerSessionStore store("0.9.4", folder.path() / "store");
   PowerSessionStore other("0.9.4", folder.path() / "store");
-  const auto session = store.start("Test", PowerSessionSource::app, 2, instantAt(noon));
+  const auto session = store.start("Test", PowerSessionSource::app, 2, instantAt(noonSeconds));
   // So many segments that the sink is called between the first line and the second.
   constexpr int count = 400;
   for (int second = 0; second < count; ++second) {
-    SystemPowerState state = stateOnBattery(instantAt(noon + second));
+    SystemPowerState state = stateOnBattery(instantAt(noonSeconds + second));
     state.battery->acConnected = second % 2 == 0;
     store.appendSample(session, state, {}, std::nullopt);
   }
   std::string text;
-  store.exportJSONL(session, instantAt(noon), [&](std::string_view piece) {
+  store.exportJSONL(session, instantAt(noonSeconds), [&](std::string_view piece) {
     if (text.empty()) {
       EXPECT_EQ(std::ranges::count(piece, '\n'), 1) << "the first line alone";
-      other.appendSample(other.sessions().front(), stateOnBattery(instantAt(noon + count)), {}, std::nullopt);
+      other.appendSample(other.sessions().front(), stateOnBattery(instantAt(noonSeconds + count)), {},
+                         std::nullopt);
     }
     text.append(piece);
   });

@@ -15,6 +15,7 @@
 #include "Support/BracketDateText.h"
 #include "Support/Deaths.h"
 #include "Support/ManualClock.h"
+#include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
 #include "Support/TemporaryFolder.h"
@@ -25,14 +26,17 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsNull;
+using testing_support::activity;
 using testing_support::emptyState;
+using testing_support::energyRow;
 using testing_support::expectRefusedElsewhere;
 using testing_support::kindThrownBy;
+using testing_support::noon;
+using testing_support::noonSeconds;
 using testing_support::stateOnBattery;
+using testing_support::telemetry;
 using testing_support::TemporaryFolder;
 using Kind = StoreError::Kind;
-
-constexpr Instant noon = instantAt(1741089600);
 
 class PowerSessionStoreTest : public testing::Test {
  protected:
@@ -56,27 +60,7 @@ class PowerSessionStoreTest : public testing::Test {
   std::unique_ptr<PowerSessionStore> store = open();
 };
 
-ProcessActivityInfo activity(std::string name, double score) {
-  ProcessActivityInfo info;
-  info.pid = 7;
-  info.name = std::move(name);
-  info.impactScore = score;
-  return info;
-}
-
-ProTelemetrySnapshot telemetry() {
-  ProTelemetrySnapshot snapshot;
-  snapshot.isAvailable = true;
-  snapshot.source = "powermetrics";
-  snapshot.sampledAt = noon;
-  snapshot.processes.push_back({.pid = 3,
-                                .name = "clang",
-                                .energyImpact = 3.5,
-                                .cpuTimePercent = {},
-                                .wakeupsPerSecond = {},
-                                .diskBytesPerSecond = {}});
-  return snapshot;
-}
+ProTelemetrySnapshot telemetryAtNoon() { return telemetry(noonSeconds, {energyRow("clang", 3.5)}); }
 
 TEST_F(PowerSessionStoreTest, ASessionStartsActiveWithWhatWasAsked) {
   const auto session = store->start("Long compile", PowerSessionSource::cli, 2.5, noon);
@@ -144,7 +128,7 @@ TEST_F(PowerSessionStoreTest, ASampleHoldsTheStateAndItsColumns) {
   const auto session = start();
   const SystemPowerState state = stateOnBattery(noon + Seconds(1.5));
   const auto sample =
-      store->appendSample(session, state, {activity("clang", 4), activity("ninja", 2)}, telemetry());
+      store->appendSample(session, state, {activity("clang", 4), activity("ninja", 2)}, telemetryAtNoon());
   EXPECT_EQ(sample->timestamp(), noon + Seconds(1.5));
   EXPECT_EQ(sample->elapsedSeconds(), 1.5);
   EXPECT_EQ(sample->totalWatts(), 12.5);
@@ -160,12 +144,13 @@ TEST_F(PowerSessionStoreTest, ASampleHoldsTheStateAndItsColumns) {
   const std::vector<ProcessActivityDTO> activities{ProcessActivityDTO(activity("clang", 4)),
                                                    ProcessActivityDTO(activity("ninja", 2))};
   EXPECT_EQ(sample->processActivityData(), PowerSessionCoders::encoder.encode(activities).value_or(""));
-  EXPECT_EQ(sample->proTelemetryData(), PowerSessionCoders::encoder.encode(telemetry()).value_or(""));
+  EXPECT_EQ(sample->proTelemetryData(), PowerSessionCoders::encoder.encode(telemetryAtNoon()).value_or(""));
 }
 
 TEST_F(PowerSessionStoreTest, EverythingIsThereWhenTheStoreIsOpenedAgain) {
   const auto session = start();
-  const auto sample = store->appendSample(session, stateOnBattery(noon), {activity("clang", 4)}, telemetry());
+  const auto sample =
+      store->appendSample(session, stateOnBattery(noon), {activity("clang", 4)}, telemetryAtNoon());
   append(session, 1);
   const PowerSessionColumns sessionColumns = session->columns();
   const SampleColumns columns = sample->columns();
@@ -223,7 +208,7 @@ TEST_F(PowerSessionStoreTest, AStateWithoutJSONFormStoresNothing) {
 }
 
 TEST_F(PowerSessionStoreTest, ProTelemetryWithoutJSONFormIsLeftOut) {
-  ProTelemetrySnapshot snapshot = telemetry();
+  ProTelemetrySnapshot snapshot = telemetryAtNoon();
   snapshot.cpuPowerWatts = std::numeric_limits<double>::quiet_NaN();
   const auto sample = store->appendSample(start(), stateOnBattery(noon), {}, snapshot);
   EXPECT_EQ(sample->proTelemetryData(), std::nullopt);
@@ -360,7 +345,7 @@ TEST_F(PowerSessionStoreTest, InMemoryNothingIsWrittenAndThePathIsIgnored) {
   const auto unused = folder.path() / "unused.store";
   PowerSessionStore memory("0.9.4", unused, true, surroundings());
   const auto session = memory.start("in memory", PowerSessionSource::app, 1, noon);
-  memory.appendSample(session, stateOnBattery(noon), {activity("a", 1)}, telemetry());
+  memory.appendSample(session, stateOnBattery(noon), {activity("a", 1)}, telemetryAtNoon());
   memory.stop(session, noon);
   EXPECT_EQ(memory.samples(session).size(), 1U);
   EXPECT_TRUE(memory.container().path().empty());

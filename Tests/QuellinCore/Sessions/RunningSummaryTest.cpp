@@ -15,18 +15,14 @@ using testing::SizeIs;
 using testing_support::activity;
 using testing_support::emptyState;
 using testing_support::energyRow;
+using testing_support::stateDrawing;
 using testing_support::stateOnBattery;
 using testing_support::telemetry;
 
 class RunningSummaryTest : public testing::Test {
  protected:
   void ingest(double second, std::optional<double> watts, std::int64_t percent = 80) {
-    SystemPowerState state = emptyState(instantAt(second));
-    if (watts) {
-      state.battery.emplace().wattage = -*watts;
-      state.battery->chargePercent = percent;
-    }
-    running.ingest(state, {}, std::nullopt);
+    running.ingest(stateDrawing(instantAt(second), watts, percent), {}, std::nullopt);
   }
 
   [[nodiscard]] const PowerSessionSummary& summary() { return running.materialize(*session); }

@@ -7,6 +7,7 @@
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/SampleCursor.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
+#include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
 
@@ -15,23 +16,17 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing_support::activity;
 using testing_support::emptyState;
 using testing_support::kindThrownBy;
+using testing_support::noon;
 using testing_support::stateOnBattery;
 using OnDamage = SampleCursor::OnDamage;
-
-constexpr Instant noon = instantAt(1741089600);
 
 class SampleCursorTest : public testing::Test {
  protected:
   void append(double second) {
-    store.appendSample(session, stateOnBattery(noon + Seconds(second)), {activity()}, std::nullopt);
-  }
-  static ProcessActivityInfo activity() {
-    ProcessActivityInfo info;
-    info.name = "clang";
-    info.impactScore = 4;
-    return info;
+    store.appendSample(session, stateOnBattery(noon + Seconds(second)), {activity("clang", 4)}, std::nullopt);
   }
   void edit(const std::string& statement) { store.container().database().execute(statement); }
   std::vector<double> seconds(OnDamage onDamage = OnDamage::fail) {

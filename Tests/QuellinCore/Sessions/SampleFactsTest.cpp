@@ -7,6 +7,7 @@
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
 #include "QuellinCore/Sessions/SampleFacts.h"
+#include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
 
 namespace quellin {
@@ -15,16 +16,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::emptyState;
+using testing_support::energyRow;
 using testing_support::stateOnBattery;
-
-ProProcessEnergy row(std::optional<double> impact, std::optional<double> cpu, std::optional<double> wakeups) {
-  return {.pid = 1,
-          .name = "a",
-          .energyImpact = impact,
-          .cpuTimePercent = cpu,
-          .wakeupsPerSecond = wakeups,
-          .diskBytesPerSecond = {}};
-}
 
 ProcessActivityDTO activity(std::string name, double score) {
   ProcessActivityDTO dto;
@@ -35,8 +28,9 @@ ProcessActivityDTO activity(std::string name, double score) {
 
 TEST(SampleFactsTest, TheFirstPresentFigureOfATelemetryRowCountsWhenItIsAboveZero) {
   ProTelemetrySnapshot telemetry;
-  telemetry.processes = {row(3, 4, 5), row({}, 4, 5), row({}, {}, 5), row({}, {}, {}),
-                         row(0, 4, 5), row(-1, 4, 5), row({}, 0, 5)};
+  telemetry.processes = {energyRow("a", 3, 4, 5),    energyRow("a", {}, 4, 5), energyRow("a", {}, {}, 5),
+                         energyRow("a", {}, {}, {}), energyRow("a", 0, 4, 5),  energyRow("a", -1, 4, 5),
+                         energyRow("a", {}, 0, 5)};
   EXPECT_THAT(contributions(telemetry), ElementsAre(Contribution{"a", true, 3}, Contribution{"a", true, 4},
                                                     Contribution{"a", true, 5}));
 }
@@ -69,7 +63,7 @@ TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
   ProTelemetrySnapshot telemetry;
   telemetry.isAvailable = true;
   telemetry.sampledAt = instantAt(1741081260.75);
-  telemetry.processes = {row(3, {}, {})};
+  telemetry.processes = {energyRow("a", 3, {}, {})};
   std::vector<std::string> labels;
   for (const auto& state : states) {
     const SystemPowerStateDTO dto(state);

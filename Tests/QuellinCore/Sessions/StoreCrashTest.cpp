@@ -48,6 +48,12 @@ class Recording {
     acknowledgements_ = std::move(pipe->readEnd);
   }
 
+  Recording(const Recording&) = delete;
+  Recording& operator=(const Recording&) = delete;
+  Recording(Recording&&) = delete;
+  Recording& operator=(Recording&&) = delete;
+  ~Recording() { kill(); }
+
   // Waits for one acknowledgement; false when the recorder is gone.
   bool read(std::set<UUID>& acknowledged) {
     UUID::Bytes id{};
@@ -59,9 +65,10 @@ class Recording {
 
   // True when it was the kill that ended the recorder.
   bool kill() {
+    if (process_ == 0) return false;
     ::kill(process_, SIGKILL);
     int status = 0;
-    ::waitpid(process_, &status, 0);
+    ::waitpid(std::exchange(process_, 0), &status, 0);
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
   }
 

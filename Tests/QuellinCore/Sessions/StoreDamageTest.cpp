@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "Support/Bytes.h"
 #include "Support/RecordedStore.h"
 #include "Support/TemporaryFolder.h"
 
@@ -23,6 +24,7 @@ using testing_support::readStore;
 using testing_support::StoreReading;
 using testing_support::TemporaryFolder;
 using testing_support::untruth;
+using testing_support::withFlippedBit;
 
 class StoreDamageTest : public testing::Test {
  protected:
@@ -36,10 +38,7 @@ class StoreDamageTest : public testing::Test {
 
   // Reads a store of these bytes; the log is left out when it is empty.
   StoreReading readStoreOf(const std::string& fileBytes, const std::string& logBytes) {
-    for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(damaged.string() + suffix);
-    folder.write("damaged.store", fileBytes);
-    if (!logBytes.empty()) folder.write("damaged.store-wal", logBytes);
-    return readStore(damaged);
+    return testing_support::readStoreOf({.file = fileBytes, .log = logBytes}, damaged);
   }
 
   void expectTruthful(const StoreReading& reading, const std::string& what,
@@ -53,11 +52,6 @@ class StoreDamageTest : public testing::Test {
   std::string log;
   StoreReading whole;
 };
-
-std::string withFlippedBit(std::string bytes, std::size_t place, unsigned bit) {
-  bytes[place] = static_cast<char>(static_cast<unsigned char>(bytes[place]) ^ (1U << bit));
-  return bytes;
-}
 
 TEST_F(StoreDamageTest, TheUndamagedBytesReadWhole) {
   ASSERT_GT(log.size(), 20'000U);
@@ -77,7 +71,7 @@ TEST_F(StoreDamageTest, FlippedBitsOfTheFileShow) {
   std::mt19937 random(11);
   std::size_t reported = 0;
   const auto flip = [&](std::size_t place, unsigned bit) {
-    const StoreReading reading = readStoreOf(withFlippedBit(settled, place, bit), "");
+    const StoreReading reading = readStoreOf(withFlippedBit(settled, place * 8 + bit), "");
     expectTruthful(reading, "bit " + std::to_string(bit) + " of byte " + std::to_string(place));
     reported += reading.isWhole ? 0U : 1U;
   };
@@ -125,7 +119,7 @@ TEST_F(StoreDamageTest, DamageInTheLogLosesNoMoreThanItsEnd) {
   std::mt19937 random(13);
   for (int round = 0; round < 300; ++round) {
     const std::size_t place = random() % log.size();
-    expectTruthful(readStoreOf(file, withFlippedBit(log, place, static_cast<unsigned>(random() % 8))),
+    expectTruthful(readStoreOf(file, withFlippedBit(log, place * 8 + random() % 8)),
                    "byte " + std::to_string(place) + " of the log", Missing::theEnd);
   }
   for (std::size_t length = 1; length < log.size(); length += 1 + random() % 3000) {

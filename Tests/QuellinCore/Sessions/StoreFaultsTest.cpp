@@ -18,12 +18,11 @@ namespace {
 
 using testing_support::FaultyFileSystem;
 using testing_support::kindThrownBy;
+using testing_support::noon;
 using testing_support::stateOnBattery;
 using testing_support::TemporaryFolder;
 using Fault = FaultyFileSystem::Fault;
 using Kind = StoreError::Kind;
-
-constexpr Instant noon = instantAt(1741089600);
 
 std::string integrityOf(const std::filesystem::path& path) {
   Database database(path, Database::Access::readWrite, {});

@@ -13,30 +13,15 @@
 #include "QuellinCore/Sessions/Storage/SampleRows.h"
 #include "QuellinCore/Sessions/Storage/SessionBlobs.h"
 #include "QuellinCore/Sessions/Storage/StoreFile.h"
+#include "Support/Bytes.h"
 #include "Support/DocumentedExample.h"
 
 namespace quellin {
 namespace {
 
 using testing::Optional;
-
-std::string hexadecimal(std::string_view bytes) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  std::string text;
-  for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    text += {digits[value / 16], digits[value % 16]};
-  }
-  return text;
-}
-
-std::string bytesOf(std::string_view text) {
-  std::string bytes;
-  for (std::size_t index = 0; index + 1 < text.size(); index += 2) {
-    bytes.push_back(static_cast<char>(std::stoi(std::string(text.substr(index, 2)), nullptr, 16)));
-  }
-  return bytes;
-}
+using testing_support::bytesOfHex;
+using testing_support::hexOfBytes;
 
 /// The stored samples that the documentation shows.
 class StoreFormatTest : public testing::Test {
@@ -77,17 +62,17 @@ TEST_F(StoreFormatTest, TheDocumentedSamplesAreWhatIsWritten) {
   ASSERT_EQ(keysOf(1).first + 1, documentedKey("snapshot key"));
   blobs.insert(keysOf(1).first, {documented("reference text"), {}, {}});
   blobs.insert(keysOf(1).first + 1, {documented("snapshot text"), {}, {}});
-  EXPECT_EQ(hexadecimal(bytesIn("SELECT data FROM BlobReference")), documented("reference"));
-  EXPECT_EQ(hexadecimal(bytesIn("SELECT snapshotData FROM SampleBlobs WHERE key = 4294967297")),
+  EXPECT_EQ(hexOfBytes(bytesIn("SELECT data FROM BlobReference")), documented("reference"));
+  EXPECT_EQ(hexOfBytes(bytesIn("SELECT snapshotData FROM SampleBlobs WHERE key = 4294967297")),
             documented("snapshot"));
   const StoredFacts facts = storedFacts(documentedFacts());
   EXPECT_EQ(facts.powerSource, 0);
-  EXPECT_EQ(hexadecimal(facts.contributions.value_or("")), documented("contributions"));
+  EXPECT_EQ(hexOfBytes(facts.contributions.value_or("")), documented("contributions"));
 }
 
 TEST_F(StoreFormatTest, TheDocumentedSamplesAreReadBack) {
-  const std::string reference = bytesOf(documented("reference"));
-  const std::string snapshot = bytesOf(documented("snapshot"));
+  const std::string reference = bytesOfHex(documented("reference"));
+  const std::string snapshot = bytesOfHex(documented("snapshot"));
   Query(*database, "INSERT INTO BlobReference VALUES (?, ?)")
       .bind(documentedKey("reference key"))
       .bindBytes(reference)
@@ -98,7 +83,7 @@ TEST_F(StoreFormatTest, TheDocumentedSamplesAreReadBack) {
       .run();
   EXPECT_EQ(blobs.read(documentedKey("snapshot key")),
             (SampleBlobs{documented("snapshot text"), std::nullopt, std::nullopt}));
-  EXPECT_THAT(factsFrom(0, bytesOf(documented("contributions"))), Optional(documentedFacts()));
+  EXPECT_THAT(factsFrom(0, bytesOfHex(documented("contributions"))), Optional(documentedFacts()));
 }
 
 TEST_F(StoreFormatTest, ThePowerSourcesHaveTheDocumentedNumbers) {

@@ -17,6 +17,7 @@ using testing::SizeIs;
 using testing_support::activity;
 using testing_support::emptyState;
 using testing_support::energyRow;
+using testing_support::stateDrawing;
 using testing_support::stateOnBattery;
 using testing_support::telemetry;
 
@@ -24,12 +25,7 @@ using testing_support::telemetry;
 class StoredSummaryTest : public testing::Test {
  protected:
   void append(double second, std::optional<double> watts, std::int64_t percent = 80) {
-    SystemPowerState state = emptyState(instantAt(second));
-    if (watts) {
-      state.battery.emplace().wattage = -*watts;
-      state.battery->chargePercent = percent;
-    }
-    fixture.store->appendSample(session, state, {}, std::nullopt);
+    fixture.store->appendSample(session, stateDrawing(instantAt(second), watts, percent), {}, std::nullopt);
   }
 
   void appendSilicon(double second, double watts) {

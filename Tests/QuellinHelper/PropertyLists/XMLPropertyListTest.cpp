@@ -4,17 +4,13 @@
 
 #include "PropertyListText.h"
 #include "QuellinHelper/PropertyLists/XMLPropertyList.h"
+#include "Support/Bytes.h"
 
 namespace quellin {
 namespace {
 
 using namespace std::string_literals;
-
-std::string repeated(const std::string& text, std::size_t count) {
-  std::string result;
-  for (; count > 0; --count) result += text;
-  return result;
-}
+using testing_support::repeated;
 
 std::string read(const std::string& xml) { return described(parseXMLPropertyList(xml)); }
 std::string readValue(const std::string& element) {

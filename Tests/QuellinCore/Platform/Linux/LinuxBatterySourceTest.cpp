@@ -16,11 +16,11 @@ namespace quellin {
 namespace {
 
 using testing::HasSubstr;
-using testing_support::FaultyTree;
+using testing_support::faultySys;
 using testing_support::UnpackedTree;
 
 LinuxBatterySource sourceOf(const UnpackedTree& tree, std::map<std::string, int> faults = {}) {
-  return LinuxBatterySource{std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults))};
+  return LinuxBatterySource{faultySys(tree, std::move(faults))};
 }
 
 TEST(LinuxBatterySourceTest, ABatteryThatCountsChargeFillsTheTables) {

@@ -19,16 +19,12 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Optional;
-using testing_support::FaultyTree;
+using testing_support::faultySys;
 using testing_support::UnpackedTree;
 
 constexpr const char* package0 = "class/powercap/intel-rapl:0/energy_uj";
 constexpr const char* package1 = "class/powercap/intel-rapl:1/energy_uj";
 constexpr const char* graphics0 = "class/powercap/intel-rapl:0:1/energy_uj";
-
-std::shared_ptr<FaultyTree> faulty(const UnpackedTree& tree, std::map<std::string, int> faults = {}) {
-  return std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults));
-}
 
 void setCounter(const UnpackedTree& tree, const std::string& path, const std::string& microjoules) {
   tree.write({"sys/" + path, 0600, microjoules + "\n"});
@@ -52,7 +48,7 @@ TEST(LinuxEnergySourceTest, EveryDieOfAPackageIsAPackage) {
 
 TEST(LinuxEnergySourceTest, AZoneThatDoesNotSayWhatItCountsLeavesNoTotalComplete) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
-  LinuxEnergySource source{faulty(tree, {{"class/powercap/intel-rapl:1/name", EIO}})};
+  LinuxEnergySource source{faultySys(tree, {{"class/powercap/intel-rapl:1/name", EIO}})};
   EXPECT_EQ(source.begin(), nullptr);
   EXPECT_EQ(source.diagnose().availability, SourceAvailability::failed);
   EXPECT_EQ(source.diagnose().path, tree.path("sys/class/powercap/intel-rapl:1/name"));
@@ -60,7 +56,7 @@ TEST(LinuxEnergySourceTest, AZoneThatDoesNotSayWhatItCountsLeavesNoTotalComplete
 
 TEST(LinuxEnergySourceTest, TheGainsOfALaptopSplitProcessorAndGraphics) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/laptop-charge.tree");
-  LinuxEnergySource source{faulty(tree)};
+  LinuxEnergySource source{faultySys(tree)};
   const auto measurement = source.begin();
   ASSERT_NE(measurement, nullptr);
   setCounter(tree, package0, "1001500000");
@@ -73,7 +69,7 @@ TEST(LinuxEnergySourceTest, TheGainsOfALaptopSplitProcessorAndGraphics) {
 
 TEST(LinuxEnergySourceTest, TheGainsOfAServerAddUpAcrossAWrap) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
-  LinuxEnergySource source{faulty(tree)};
+  LinuxEnergySource source{faultySys(tree)};
   const auto measurement = source.begin();
   ASSERT_NE(measurement, nullptr);
   setCounter(tree, package0, "671150");  // 328850 up to the range's end, 671150 after it
@@ -85,7 +81,7 @@ TEST(LinuxEnergySourceTest, TheGainsOfAServerAddUpAcrossAWrap) {
 
 TEST(LinuxEnergySourceTest, AZoneThatFailsTakesOnlyItsTotalsAlong) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
-  const auto sys = faulty(tree);
+  const auto sys = faultySys(tree);
   LinuxEnergySource source{sys};
   const auto measurement = source.begin();
   sys->setFault(package1, EIO);
@@ -94,7 +90,7 @@ TEST(LinuxEnergySourceTest, AZoneThatFailsTakesOnlyItsTotalsAlong) {
 
 TEST(LinuxEnergySourceTest, WithoutASecondSampleThereIsNoResult) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/desktop.tree");
-  const auto sys = faulty(tree);
+  const auto sys = faultySys(tree);
   LinuxEnergySource source{sys};
   const auto measurement = source.begin();
   sys->setFault(package0, EIO);
@@ -103,7 +99,7 @@ TEST(LinuxEnergySourceTest, WithoutASecondSampleThereIsNoResult) {
 
 TEST(LinuxEnergySourceTest, CountersThatOnlyRootMayReadAreNotPermitted) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/desktop.tree");
-  LinuxEnergySource source{faulty(tree, {{package0, EACCES}})};
+  LinuxEnergySource source{faultySys(tree, {{package0, EACCES}})};
   EXPECT_EQ(source.begin(), nullptr);
   const SourceDiagnosis diagnosis = source.diagnose();
   EXPECT_EQ(diagnosis.availability, SourceAvailability::notPermitted);
@@ -114,14 +110,14 @@ TEST(LinuxEnergySourceTest, CountersThatOnlyRootMayReadAreNotPermitted) {
 
 TEST(LinuxEnergySourceTest, CountersThatCannotBeReadHaveFailed) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/desktop.tree");
-  LinuxEnergySource source{faulty(tree, {{package0, EIO}})};
+  LinuxEnergySource source{faultySys(tree, {{package0, EIO}})};
   EXPECT_EQ(source.begin(), nullptr);
   EXPECT_EQ(source.diagnose().availability, SourceAvailability::failed);
 }
 
 TEST(LinuxEnergySourceTest, AMachineWithoutCountersHasNone) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/virtual-machine.tree");
-  LinuxEnergySource source{faulty(tree)};
+  LinuxEnergySource source{faultySys(tree)};
   EXPECT_EQ(source.begin(), nullptr);
   const SourceDiagnosis absence{.source = "Energy counters",
                                 .availability = SourceAvailability::absent,
@@ -136,7 +132,7 @@ TEST(LinuxEnergySourceTest, AMachineWithoutCountersHasNone) {
 
 TEST(LinuxEnergySourceTest, ACounterThatCannotBeReadDoesNotHideTheOthers) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
-  LinuxEnergySource source{faulty(tree, {{package1, EACCES}})};
+  LinuxEnergySource source{faultySys(tree, {{package1, EACCES}})};
   EXPECT_NE(source.begin(), nullptr);
   const SourceDiagnosis diagnosis = source.diagnose();
   EXPECT_EQ(diagnosis.availability, SourceAvailability::available);
@@ -151,7 +147,7 @@ TEST(LinuxEnergySourceTest, TheDiagnosisTellsAbsenceFromRefusalAndFailure) {
                                                       {EACCES, SourceAvailability::notPermitted},
                                                       {EIO, SourceAvailability::failed}};
   for (const auto& [code, availability] : verdicts) {
-    LinuxEnergySource source{faulty(tree, {{"class/powercap", code}})};
+    LinuxEnergySource source{faultySys(tree, {{"class/powercap", code}})};
     EXPECT_EQ(source.diagnose().availability, availability) << code;
     EXPECT_EQ(source.diagnose().path, tree.path("sys/class/powercap")) << code;
   }
@@ -159,7 +155,7 @@ TEST(LinuxEnergySourceTest, TheDiagnosisTellsAbsenceFromRefusalAndFailure) {
 
 TEST(LinuxEnergySourceTest, TheDiagnosisNamesTheZones) {
   const UnpackedTree tree = UnpackedTree::fixture("linux/server.tree");
-  const SourceDiagnosis diagnosis = LinuxEnergySource{faulty(tree)}.diagnose();
+  const SourceDiagnosis diagnosis = LinuxEnergySource{faultySys(tree)}.diagnose();
   EXPECT_EQ(diagnosis.availability, SourceAvailability::available);
   EXPECT_EQ(diagnosis.reason, "Read: intel-rapl:0, intel-rapl:0:0, intel-rapl:1, intel-rapl:1:0.");
 }

@@ -18,13 +18,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using testing_support::FaultyTree;
+using testing_support::faultySys;
 using testing_support::UnpackedTree;
 using Service = HIDTemperatureService;
 
 LinuxHIDSensorSource sourceOf(const UnpackedTree& tree, std::map<std::string, int> faults = {}) {
-  return LinuxHIDSensorSource{
-      std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults))};
+  return LinuxHIDSensorSource{faultySys(tree, std::move(faults))};
 }
 
 TEST(LinuxHIDSensorSourceTest, InputsAreNamedByLabelElseByChipInNaturalOrder) {

@@ -20,12 +20,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using testing_support::FaultyTree;
+using testing_support::faultySys;
 using testing_support::UnpackedTree;
 
 std::shared_ptr<LinuxSMCSource> sourceOf(const UnpackedTree& tree, std::map<std::string, int> faults = {}) {
-  return std::make_shared<LinuxSMCSource>(
-      std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults)));
+  return std::make_shared<LinuxSMCSource>(faultySys(tree, std::move(faults)));
 }
 
 std::vector<std::int64_t> speeds(const std::shared_ptr<LinuxSMCSource>& source) {

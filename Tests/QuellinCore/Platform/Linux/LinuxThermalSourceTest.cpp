@@ -15,13 +15,13 @@
 namespace quellin {
 namespace {
 
-using testing_support::FaultyTree;
+using testing_support::faultySys;
 using testing_support::UnpackedTree;
 
 constexpr const char* profilePath = "firmware/acpi/platform_profile";
 
 LinuxThermalSource sourceOf(const UnpackedTree& tree, std::map<std::string, int> faults = {}) {
-  return LinuxThermalSource{std::make_shared<FaultyTree>(directoryTree(tree.path("sys")), std::move(faults))};
+  return LinuxThermalSource{faultySys(tree, std::move(faults))};
 }
 
 ThermalSignals signalsOf(const char* fixture) { return sourceOf(UnpackedTree::fixture(fixture)).read(); }

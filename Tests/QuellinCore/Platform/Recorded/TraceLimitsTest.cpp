@@ -7,6 +7,7 @@
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceLimits.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/Bytes.h"
 #include "Support/Replay.h"
 
 namespace quellin {
@@ -14,6 +15,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing_support::readEverything;
+using testing_support::withPiece;
 
 /// A tick with a number in every place where a rule reckons.
 const std::string tick =
@@ -33,13 +35,6 @@ const std::string tick =
     R"("bytesRead":5,"bytesWritten":6,"energy":7,"startToken":8}],"second":[{"pid":1,"name":"busy",)"
     R"("user":100000000,"system":200000000,"idleWakeups":30,"interruptWakeups":40,"bytesRead":50,)"
     R"("bytesWritten":60,"energy":70,"startToken":8}]}})";
-
-std::string tickWith(std::string_view piece, std::string_view replacement) {
-  std::string line = tick;
-  const std::size_t place = line.find(piece);
-  EXPECT_NE(place, std::string::npos) << piece;
-  return line.replace(place, piece.size(), replacement);
-}
 
 /// Why a line is refused; empty when it is not.
 std::string faultOf(const std::string& line) {
@@ -117,7 +112,7 @@ TEST(TraceLimitsTest, RefusesNumbersOnWhichARuleWouldEndTheProcess) {
                 "process 1 has a counter above 9223372036854775807"},
            Case{R"("bytesWritten":60)", R"("bytesWritten":9223372036854775808)", "process 1 has a counter"},
        }) {
-    const std::string line = tickWith(piece, replacement);
+    const std::string line = withPiece(tick, piece, replacement);
     EXPECT_THAT(faultOf(line), HasSubstr(reason)) << replacement;
     EXPECT_FALSE(plays(line)) << replacement;
   }
@@ -141,7 +136,7 @@ TEST(TraceLimitsTest, TakesTheLargestNumbersThatRulesCanReckonWith) {
            Case{R"("user":1,)", R"("user":9223372036854775807,)"},
            Case{R"("energy":70)", R"("energy":18446744073709551615)"},
        }) {
-    const std::string line = tickWith(piece, replacement);
+    const std::string line = withPiece(tick, piece, replacement);
     EXPECT_EQ(faultOf(line), "") << replacement;
     EXPECT_TRUE(plays(line)) << replacement;
   }

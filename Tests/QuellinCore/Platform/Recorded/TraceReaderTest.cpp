@@ -6,6 +6,7 @@
 #include "QuellinCore/Platform/Recorded/TraceCoding.h"
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/Bytes.h"
 #include "Support/TemporaryFolder.h"
 
 namespace quellin {
@@ -15,6 +16,7 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing_support::withPiece;
 
 constexpr const char* headerLine =
     R"({"kind":"trace","format":"quellin-trace","majorVersion":1,"minorVersion":0,"createdAt":1741081260.25,)"
@@ -65,13 +67,6 @@ TraceError errorOf(const std::string& line) {
 }
 
 /// `firstTick` with a piece of it replaced.
-std::string tickWith(std::string_view piece, std::string_view replacement) {
-  std::string tick = firstTick;
-  const std::size_t place = tick.find(piece);
-  EXPECT_NE(place, std::string::npos) << piece;
-  return tick.replace(place, piece.size(), replacement);
-}
-
 TEST(TraceReaderTest, ReadsHeaderAndTicks) {
   const std::string text = linesOf({headerLine, firstTick, secondTick});
   auto reader = TraceReader::over("day", bytesOfText(text));
@@ -102,7 +97,7 @@ TEST(TraceReaderTest, PassesOverWhatLaterVersionsAdd) {
       {R"({"minorVersion":7,"writer":{"name":"x"},"kind":"trace","format":"quellin-trace","majorVersion":1,)"
        R"("createdAt":1,"redactsSerialNumbers":false,"diagnoses":{"gpu":5}})",
        R"({"kind":"marker","wall":"noon","smc":5})", R"({"wall":1,"kind":"tick","monotonic":3,"gpu":[{}]})",
-       tickWith(R"("monotonic":100)", R"("monotonic":100,"display":{"nits":500})")}));
+       withPiece(firstTick, R"("monotonic":100)", R"("monotonic":100,"display":{"nits":500})")}));
   EXPECT_EQ(outcome.error, std::nullopt);
   EXPECT_THAT(outcome.ticks, ElementsAre(3, 100));
 }
@@ -220,7 +215,7 @@ TEST(TraceReaderTest, RefusesWrongTypesWithLineAndPlace) {
            Case{R"("wall":1741081260.5)", R"("wall":1e300)", "wall"},
            Case{R"("seconds":0.35)", R"("seconds":-1)", "processes.seconds"},
        }) {
-    const TraceError error = errorOf(tickWith(piece, replacement));
+    const TraceError error = errorOf(withPiece(firstTick, piece, replacement));
     EXPECT_EQ(error.path, "day");
     EXPECT_EQ(error.line, 3U) << replacement;
     EXPECT_THAT(error.reason, HasSubstr(place));

@@ -19,13 +19,8 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
+using testing_support::modeOf;
 using namespace testing_support;
-
-unsigned modeOf(const std::string& path) {
-  struct stat status{};
-  EXPECT_EQ(stat(path.c_str(), &status), 0);
-  return status.st_mode & 0777U;
-}
 
 HostAnswers tickAt(double monotonic) {
   HostAnswers answers;

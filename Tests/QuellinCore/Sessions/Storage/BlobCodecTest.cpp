@@ -5,9 +5,12 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Storage/BlobCodec.h"
+#include "Support/Bytes.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::withFlippedBit;
 
 using enum BlobRole;
 
@@ -22,11 +25,6 @@ std::string activity(int seed) {
   }
   text.back() = ']';
   return text;
-}
-
-std::string withFlippedBit(std::string stored, std::size_t bit) {
-  stored[bit / 8] = static_cast<char>(stored[bit / 8] ^ (1 << (bit % 8)));
-  return stored;
 }
 
 TEST(BlobCodecTest, AnythingComesBackByteForByte) {

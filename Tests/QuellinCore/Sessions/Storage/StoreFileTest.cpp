@@ -22,14 +22,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing_support::contentOf;
 using testing_support::kindThrownBy;
+using testing_support::modeOf;
 using testing_support::TemporaryFolder;
 using Kind = StoreError::Kind;
-
-mode_t modeOf(const std::filesystem::path& path) {
-  struct stat status{};
-  EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
-  return status.st_mode & 0777U;
-}
 
 std::string textOf(Database& database, std::string_view statement) {
   Query query(database, statement);

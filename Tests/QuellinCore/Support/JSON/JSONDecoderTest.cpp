@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/JSON/JSONDecoder.h"
+#include "Support/Bytes.h"
 
 namespace quellin {
 
@@ -13,6 +14,8 @@ template <>
 inline constexpr std::array rawValues<Season>{std::string_view{"spring"}, std::string_view{"late autumn"}};
 
 namespace {
+
+using testing_support::repeated;
 
 using Kind = DecodingError::Kind;
 using std::string_view_literals::operator""sv;
@@ -59,12 +62,6 @@ template <class T>
 DecodingError errorOf(std::string_view text) {
   auto result = decodeJSON<T>(text);
   return result ? DecodingError{Kind::dataCorrupted, "", "no error"} : result.error();
-}
-
-std::string repeated(std::string_view text, std::size_t times) {
-  std::string all;
-  for (std::size_t index = 0; index < times; ++index) all += text;
-  return all;
 }
 
 TEST(JSONDecoderTest, ReadsEveryKindOfFieldInAnyOrder) {
