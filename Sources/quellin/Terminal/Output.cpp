@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <tuple>
 #include <utility>
 
 #include "QuellinCore/Support/FileDescriptor.h"
@@ -35,6 +36,6 @@ void Output::flush() {
 
 void Talk::say(std::string_view text) const { raw("quellin: " + std::string{text} + "\n"); }
 
-void Talk::raw(std::string_view text) const { static_cast<void>(writeAll(descriptor_, text)); }
+void Talk::raw(std::string_view text) const { std::ignore = writeAll(descriptor_, text); }
 
 }  // namespace quellin::cli

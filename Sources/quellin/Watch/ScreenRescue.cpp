@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <unistd.h>
 
 #define NCURSES_NOMACROS
@@ -41,7 +42,7 @@ std::function<void()> screenRescue(const std::optional<termios>& settings) {
   for (const char* const capability : {"sgr0", "cnorm", "rmkx", "rmcup"})
     sequences += sequenceFor(capability);
   return [settings, sequences] {
-    static_cast<void>(writeAll(STDOUT_FILENO, sequences));
+    std::ignore = writeAll(STDOUT_FILENO, sequences);
     if (settings) tcsetattr(STDIN_FILENO, TCSANOW, &*settings);
   };
 }
