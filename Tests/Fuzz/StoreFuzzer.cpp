@@ -91,8 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::string file = isOpen ? stores.open.file : stores.settled;
   std::string log = isOpen ? stores.open.log : "";
   damage(isOpen ? log : file, feed);
-  // A file without a byte is a new store; what a damaged log holds may be lost from the damage on. Pages that
-  // are good in the wrong place can hide rows, but never make up any.
+  // A file without a byte is a new store; what a damaged log holds may be lost from the damage on. Several
+  // pages that are good in the wrong places can hide rows together, but never make up any.
   const Missing missing = isOpen || file.empty() ? Missing::theEnd : Missing::rows;
   const std::string found = testing_support::untruth(stores.read(file, log), stores.whole, missing);
   if (!found.empty()) std::fprintf(stderr, "%s\n", found.c_str());

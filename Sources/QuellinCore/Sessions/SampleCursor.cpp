@@ -39,7 +39,7 @@ struct SampleCursor::State {
         onDamage(onRowDamage),
         keys(keysOf(ofBlobs.session())),
         isInStoredOrder(order == Order::stored || isStoredInOrderOfTime(ofDatabase, keys)),
-        expected(keys.first),
+        expected(isInStoredOrder ? keys.first : keys.first - 1),
         end(nextSampleKey(ofDatabase, ofBlobs.session()).value_or(keys.first)),
         query(ofDatabase, isInStoredOrder ? inStoredOrder : inOrderOfTime),
         reader(query) {
@@ -47,13 +47,20 @@ struct SampleCursor::State {
   }
 
   // The keys of a session follow one another. A gap means rows that the file has lost, a step back pages that
-  // it has mixed up.
+  // it has mixed up. In order of time a row that is there twice stands beside itself, and the end tells how
+  // many have not come.
   bool hasKeyInPlace() {
-    if (!isInStoredOrder) return true;
+    if (!isInStoredOrder) return row.key >= keys.first && std::exchange(expected, row.key) != row.key;
     if (row.key < expected) return false;
     unreadable = std::max(unreadable, row.key - expected);
     expected = row.key + 1;
     return true;
+  }
+
+  void countMissing() {
+    unreadable = isInStoredOrder ? std::max(unreadable, end - expected)
+                                 : std::max(unreadable, end - keys.first - good - skipped);
+    expected = end;
   }
 
   void countSkipped() {
@@ -68,10 +75,11 @@ struct SampleCursor::State {
   OnDamage onDamage;
   KeyRange keys;
   bool isInStoredOrder;
-  std::int64_t expected;        // the key that comes next in stored order
+  std::int64_t expected;        // the key that comes next in stored order; the last one in order of time
   std::int64_t end;             // the key behind the last one
   std::int64_t unreadable = 0;  // rows since the last good one
   std::int64_t skipped = 0;
+  std::int64_t good = 0;
   Query query;
   RowReader reader;
   SampleRow row;
@@ -89,12 +97,12 @@ bool SampleCursor::next() {
   while (state.query.step()) {
     if (readSample(state.reader, state.row) && state.hasKeyInPlace()) {
       state.countSkipped();
+      ++state.good;
       return true;
     }
     ++state.unreadable;
   }
-  if (state.isInStoredOrder) state.unreadable = std::max(state.unreadable, state.end - state.expected);
-  state.expected = state.end;
+  state.countMissing();
   state.countSkipped();
   return false;
 }

@@ -145,6 +145,15 @@ TEST_F(SampleCursorTest, AMissingRowFailsOrIsCounted) {
   EXPECT_EQ(skipped, 2);
 }
 
+TEST_F(SampleCursorTest, MissingRowsOfAClockSetBackFailOrAreCounted) {
+  for (const double second : {3, 4, 1, 2, 5}) append(second);
+  EXPECT_THAT(seconds(), ElementsAre(1, 2, 3, 4, 5));
+  edit("DELETE FROM PowerSessionSample WHERE timestamp IN (1741089601, 1741089605)");
+  EXPECT_EQ(kindThrownBy([&] { seconds(); }), StoreError::Kind::damaged);
+  EXPECT_THAT(seconds(OnDamage::skip), ElementsAre(2, 3, 4));
+  EXPECT_EQ(skipped, 2);
+}
+
 TEST_F(SampleCursorTest, MissingLastRowsAreCountedByTheBlobsTheyLeave) {
   for (const double second : {1, 2, 3, 4}) append(second);
   edit("DELETE FROM PowerSessionSample WHERE timestamp >= 1741089603");
@@ -161,6 +170,18 @@ TEST_F(SampleCursorTest, MissingLastRowsAreCountedByTheBlobsTheyLeave) {
 TEST_F(SampleCursorTest, ADamagedSessionRecordIsNotListed) {
   edit("DROP TRIGGER editedSession; UPDATE PowerSession SET title = 'x'");
   EXPECT_EQ(kindThrownBy([&] { (void)store.sessions(); }), StoreError::Kind::damaged);
+}
+
+TEST_F(SampleCursorTest, SamplesTellOfASessionWhoseRecordIsGone) {
+  append(1);
+  store.stop(session, noon + Seconds(1));
+  const auto other = store.start("Other", PowerSessionSource::app, 1, noon);
+  store.appendSample(other, emptyState(noon), {}, std::nullopt);
+  EXPECT_EQ(store.sessions().size(), 2U);
+  edit("DROP TRIGGER deletedSession; DELETE FROM PowerSession WHERE title = 'Other'");
+  EXPECT_EQ(kindThrownBy([&] { (void)store.sessions(); }), StoreError::Kind::damaged);
+  EXPECT_EQ(kindThrownBy([&] { store.start("Third", PowerSessionSource::app, 1, noon); }),
+            StoreError::Kind::damaged);
 }
 
 TEST_F(SampleCursorTest, DamagedBlobsAreEmptyAndCounted) {

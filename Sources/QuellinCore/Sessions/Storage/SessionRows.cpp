@@ -39,16 +39,35 @@ SessionRow read(RowReader& reader) {
   return row;
 }
 
+// Samples tell of a session whose record is not where it must be, because a page of the file stands in the
+// place of the right one, or is an older version of it. One look per session finds the first sample behind
+// its own.
+bool hasLostSessions(Database& database) {
+  return database.integer(
+             "WITH RECURSIVE Owner(key) AS ("
+             " SELECT min(key) >> 32 FROM PowerSessionSample"
+             " UNION"
+             " SELECT (SELECT min(key) FROM PowerSessionSample WHERE key > (Owner.key << 32 | 0xFFFFFFFF)) "
+             ">> 32"
+             " FROM Owner WHERE Owner.key IS NOT NULL)"
+             "SELECT EXISTS (SELECT 1 FROM Owner WHERE key IS NOT NULL"
+             " AND NOT EXISTS (SELECT 1 FROM PowerSession WHERE PowerSession.key = Owner.key))") != 0;
+}
+
 }  // namespace
 
 std::vector<SessionRow> readSessions(Database& database) {
+  if (hasLostSessions(database)) {
+    throw database.error(StoreError::Kind::damaged, "the record of a session is missing");
+  }
   std::vector<SessionRow> rows;
   Query query(database, "SELECT * FROM PowerSession ORDER BY key");
   RowReader reader(query);
   while (query.step()) {
     reader.restart();
     rows.push_back(read(reader));
-    if (!reader.isWhole())
+    const bool isInPlace = rows.size() == 1 || rows.back().key > rows[rows.size() - 2].key;
+    if (!reader.isWhole() || !isInPlace)
       throw database.error(StoreError::Kind::damaged, "the record of a session is damaged");
   }
   return rows;
