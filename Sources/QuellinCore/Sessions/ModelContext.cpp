@@ -1,6 +1,8 @@
 #include "QuellinCore/Sessions/ModelContext.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 
 #include "QuellinCore/Sessions/SampleCursor.h"
 #include "QuellinCore/Sessions/Storage/CostRows.h"
@@ -103,9 +105,15 @@ SessionBlobs& ModelContext::blobsOfSession(std::int64_t key) {
 }
 
 void ModelContext::save() {
+  // While the disk is full, every new sample tries again: no attempt may cost more than a few samples do.
+  constexpr std::size_t samplesAtOnce = 64;
   requireCurrent(*executor_);
   if (!hasChanges()) return;
   try {
+    while (newSamples_.size() > samplesAtOnce) {
+      Transaction portion(database());
+      commit(portion, samplesAtOnce);
+    }
     Transaction transaction(database());
     commit(transaction);
   } catch (...) {
@@ -124,10 +132,10 @@ void ModelContext::forgetLostSessions() {
   }
 }
 
-void ModelContext::commit(Transaction& transaction) {
+void ModelContext::commit(Transaction& transaction, std::size_t mostSamples) {
   Written written;
   try {
-    written = write();
+    written = write(mostSamples);
     transaction.commit();
   } catch (...) {
     blobs_.clear();  // they may know references that are being undone
@@ -136,15 +144,17 @@ void ModelContext::commit(Transaction& transaction) {
   settle(written);
 }
 
-ModelContext::Written ModelContext::write() {
+ModelContext::Written ModelContext::write(std::size_t mostSamples) {
   Written written;
   for (const auto& session : deletedSessions_) deleteSession(database(), session->key_);
   for (const auto& session : newSessions_) {
     written.sessions.emplace_back(session, insertSession(database(), session->columns_));
   }
-  for (const auto& session : changedSessions_) updateSession(database(), {session->key_, session->columns_});
   for (const auto& [session, cost] : newCosts_) quellin::addCost(database(), keyIn(written, session), cost);
-  writeNewSamples(written);
+  writeNewSamples(mostSamples, written);
+  if (written.samples.size() < newSamples_.size()) return written;
+  // Last, so that no session is seen to have ended before all of its samples are there.
+  for (const auto& session : changedSessions_) updateSession(database(), {session->key_, session->columns_});
   for (const auto& sample : changedSamples_) {
     if (sample->unsavedBlobs_)
       blobsOfSession(sample->session_->key_).update(sample->key_, *sample->unsavedBlobs_);
@@ -159,8 +169,9 @@ std::int64_t ModelContext::keyIn(const Written& written, const std::shared_ptr<P
   return justInserted == written.sessions.end() ? session->key_ : justInserted->second;
 }
 
-void ModelContext::writeNewSamples(Written& written) {
-  for (const auto& [sample, facts] : newSamples_) {
+void ModelContext::writeNewSamples(std::size_t mostSamples, Written& written) {
+  const std::span<const NewSample> all(newSamples_);
+  for (const auto& [sample, facts] : all.first(std::min(mostSamples, all.size()))) {
     const std::int64_t session = keyIn(written, sample->session_);
     const auto key = nextSampleKey(database(), session);
     if (!key) {
@@ -183,18 +194,22 @@ void ModelContext::settle(const Written& written) {
     sample->unsavedBlobs_.reset();
     samples_[key] = sample;
   }
+  newSessions_.clear();
+  newCosts_.clear();
+  newSamples_.erase(newSamples_.begin(), newSamples_.begin() + std::ssize(written.samples));
+  if (newSamples_.empty()) settleChanges();
+  sweepIdentities();
+  for (const auto& session : std::exchange(deletedSessions_, {})) markDeleted(session);
+}
+
+void ModelContext::settleChanges() {
   for (const auto& session : changedSessions_) session->isChanged_ = false;
   for (const auto& sample : changedSamples_) {
     sample->isChanged_ = false;
     sample->unsavedBlobs_.reset();
   }
-  newSessions_.clear();
   changedSessions_.clear();
-  newCosts_.clear();
-  newSamples_.clear();
   changedSamples_.clear();
-  sweepIdentities();
-  for (const auto& session : std::exchange(deletedSessions_, {})) markDeleted(session);
 }
 
 void ModelContext::sweepIdentities() {

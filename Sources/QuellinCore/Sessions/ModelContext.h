@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -25,9 +26,9 @@ class Transaction;
 struct SessionRow;
 
 /// The unit of work over one container: it knows each stored model as one object while anybody holds it,
-/// gathers what was inserted, changed and deleted, and writes all of it, or nothing, at `save`. What a failed
-/// save could not write stays gathered for the next one. Every operation throws `StoreError` and must be
-/// called on the main executor. Made with std::make_shared.
+/// gathers what was inserted, changed and deleted, and writes it at `save`. What a failed save could not
+/// write stays gathered for the next one. Every operation throws `StoreError` and must be called on the main
+/// executor. Made with std::make_shared.
 class ModelContext final : public ModelOwner, public std::enable_shared_from_this<ModelContext> {
  public:  /// Over an open container, for use on `executor` alone.
   ModelContext(std::shared_ptr<ModelContainer> container, std::shared_ptr<const MainExecutor> executor);
@@ -52,7 +53,8 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   /// True when something is not saved.
   [[nodiscard]] bool hasChanges() const;
 
-  /// Writes everything that is not saved, or throws and writes nothing.
+  /// Writes everything that is not saved, or throws and writes nothing. Of the many samples that wait after
+  /// a long time without room on the disk, the oldest may have been written when it throws.
   void save();
 
   /// All sessions, those not saved among them, by `startedAt`, newest first; equal starts in the order
@@ -91,12 +93,13 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
     Keyed<PowerSessionSample> samples;
   };
   [[nodiscard]] Database& database() { return container_->database(); }
-  [[nodiscard]] Written write();
+  [[nodiscard]] Written write(std::size_t mostSamples);
   [[nodiscard]] static std::int64_t keyIn(const Written& written,
                                           const std::shared_ptr<PowerSession>& session);
-  void writeNewSamples(Written& written);
+  void writeNewSamples(std::size_t mostSamples, Written& written);
   void settle(const Written& written);
-  void commit(Transaction& transaction);
+  void settleChanges();
+  void commit(Transaction& transaction, std::size_t mostSamples = std::numeric_limits<std::size_t>::max());
   void forgetLostSessions();
   [[nodiscard]] bool isBeingDeleted(const std::shared_ptr<PowerSession>& session) const;
   [[nodiscard]] StoreError sessionGone() const;

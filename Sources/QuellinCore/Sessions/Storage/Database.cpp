@@ -1,5 +1,6 @@
 #include "QuellinCore/Sessions/Storage/Database.h"
 
+#include <cerrno>
 #include <chrono>
 #include <new>
 #include <string>
@@ -43,6 +44,14 @@ StoreError::Kind kindOf(int extendedCode) {
     default:
       return failed;
   }
+}
+
+// A full disk has a code of its own only where it refuses what is written; elsewhere, as for the index of the
+// log, and of a quota, the system's number for the error tells.
+int codeWithoutRoom(sqlite3* connection, int code) {
+  if ((code & 0xFF) != SQLITE_IOERR) return code;
+  const int number = sqlite3_system_errno(connection);
+  return number == ENOSPC || number == EDQUOT ? SQLITE_FULL : code;
 }
 
 std::string fileURI(const std::filesystem::path& path) {
@@ -133,9 +142,9 @@ StoreError Database::error(StoreError::Kind kind, std::string cause) const {
 }
 
 void Database::fail(int code) const {
-  const bool isOpen = connection_ != nullptr;
-  const std::string cause = isOpen ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(code);
-  throw error(kindOf(code), cause);
+  if (connection_ == nullptr) throw error(kindOf(code), sqlite3_errstr(code));
+  const int meant = codeWithoutRoom(connection_.get(), code);
+  throw error(kindOf(meant), meant == code ? sqlite3_errmsg(connection_.get()) : sqlite3_errstr(meant));
 }
 
 Database::Statement Database::take(std::string_view text) {
