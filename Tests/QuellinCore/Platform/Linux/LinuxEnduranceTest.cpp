@@ -1,0 +1,61 @@
+// Polls of a machine behind real files leave no descriptor and no memory behind.
+#include <memory>
+
+#include <gmock/gmock.h>
+
+#include "QuellinCore/Platform/Linux/LinuxBatterySource.h"
+#include "QuellinCore/Platform/Linux/LinuxEnergySource.h"
+#include "QuellinCore/Platform/Linux/LinuxHIDSensorSource.h"
+#include "QuellinCore/Platform/Linux/LinuxProcessSource.h"
+#include "QuellinCore/Platform/Linux/LinuxSMCSource.h"
+#include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
+#include "QuellinCore/Services/ProcessActivityService.h"
+#include "QuellinCore/Services/SystemReader.h"
+#include "Support/ManualClock.h"
+#include "Support/PolledEngine.h"
+#include "Support/TreeArchive.h"
+
+namespace quellin {
+namespace {
+
+using testing_support::PolledEngine;
+using testing_support::TakenResources;
+using testing_support::UnpackedTree;
+
+class LinuxEnduranceTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(LinuxEnduranceTest, PollsLeaveNothingBehind) {
+  constexpr int warmUp = 150;  // enough to fill the history
+  constexpr int polls = 1000;
+  constexpr std::int64_t mostHeap = 8 * 1024;
+  const auto tree = UnpackedTree::fixture(std::string("linux/") + GetParam() + ".tree");
+  const auto processTree = UnpackedTree::fixture("linux/processes.tree");
+  const auto sys = directoryTree(tree.path("sys"));
+  const PlatformSources sources{
+      .smc = std::make_shared<LinuxSMCSource>(sys),
+      .hid = std::make_shared<LinuxHIDSensorSource>(sys),
+      .battery = std::make_shared<LinuxBatterySource>(sys),
+      .energy = std::make_shared<LinuxEnergySource>(sys),
+      .thermal = std::make_shared<LinuxThermalSource>(sys),
+      .processes = std::make_shared<LinuxProcessSource>(directoryTree(processTree.path("proc")))};
+  testing_support::ManualMonotonicClock clock;
+  const SystemReader reader = SystemReader::over(sources, PrivilegedSMCHelperService{""}, clock);
+  const ProcessActivityService processes(sources.processes, clock);
+  PolledEngine polled([&] {
+    clock.sleeps.clear();
+    static_cast<void>(processes.sampleTopProcesses(5, Seconds{0.35}));
+    return reader.readAll();
+  });
+  for (int poll = 0; poll < warmUp; ++poll) polled.poll();
+  const TakenResources before;
+  for (int poll = 0; poll < polls; ++poll) polled.poll();
+  const TakenResources after;
+  EXPECT_EQ(after.descriptors, before.descriptors);
+  EXPECT_LE(after.heap, before.heap + mostHeap);
+}
+
+INSTANTIATE_TEST_SUITE_P(Machines, LinuxEnduranceTest,
+                         testing::Values("laptop-charge", "laptop-energy", "server"));
+
+}  // namespace
+}  // namespace quellin
