@@ -12,8 +12,9 @@
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || \
     QUELLIN_HAS_FEATURE(address_sanitizer) || QUELLIN_HAS_FEATURE(thread_sanitizer)
-#include <sanitizer/allocator_interface.h>
 #define QUELLIN_HEAP_OF_SANITIZER
+// From the interface of the sanitizers, whose header does not come with every compiler.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #elif defined(__APPLE__)
 #include <malloc/malloc.h>
 #else
