@@ -28,7 +28,7 @@ link_headers() {
   local name
   mkdir -p "$build/include"
   for name in simdjson.h expat.h expat_external.h fmt CLI boost sqlite3.h zstd.h zstd_errors.h \
-    curses.h ncurses_dll.h unctrl.h; do
+    curses.h ncurses_dll.h term.h unctrl.h; do
     if [ -e "/usr/include/$name" ]; then ln -sfn "/usr/include/$name" "$build/include/$name"; fi
   done
 }
