@@ -19,7 +19,8 @@ class SessionRecording {
  public:
   /// In the store that the options name; looks at the processes every `processInterval`. All must outlive the
   /// recording. Throws `StoreError`.
-  SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop, Seconds processInterval);
+  SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
+                   Seconds processInterval);
 
   [[nodiscard]] PowerSessionRecorder& recorder() { return recorder_; }
   [[nodiscard]] PowerSessionStore& store() { return *recorder_.store(); }
