@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include <CLI/CLI.hpp>
 
 #include "quellin/CommandLine/Command.h"
@@ -5,8 +9,11 @@
 
 namespace quellin::cli {
 
-const std::vector<Command>& commands() {
-  static const std::vector<Command> table{
+namespace {
+
+// What measures and records.
+std::vector<Command> measuringCommands() {
+  return {
       {"doctor",
        "Say what can be measured here, what cannot, and what would help",
        {"quellin doctor", "quellin doctor --json", "quellin doctor --source Examples/macbook.trace.jsonl"},
@@ -73,6 +80,12 @@ const std::vector<Command>& commands() {
                      [&options](Seconds length) { options.baseline = length; });
        },
        runCommand},
+  };
+}
+
+// What asks about recorded sessions and ends them.
+std::vector<Command> sessionCommands() {
+  return {
       {"sessions",
        "List the recorded sessions, newest first",
        {"quellin sessions", "quellin sessions --json | jq -r '.[].title'"},
@@ -123,6 +136,12 @@ const std::vector<Command>& commands() {
          app.add_flag("--force", options.force, "Delete even the active session");
        },
        deleteSession},
+  };
+}
+
+// The rest: raw sources, limits, and the program itself.
+std::vector<Command> otherCommands() {
+  return {
       {"capture",
        "Write a trace: what every source answers, before any rule sees it",
        {"quellin capture -o day.jsonl --for 10m", "quellin snapshot --source day.jsonl"},
@@ -169,6 +188,17 @@ const std::vector<Command>& commands() {
        },
        printCompletions},
   };
+}
+
+}  // namespace
+
+const std::vector<Command>& commands() {
+  static const std::vector<Command> table = [] {
+    std::vector<Command> all = measuringCommands();
+    std::ranges::move(sessionCommands(), std::back_inserter(all));
+    std::ranges::move(otherCommands(), std::back_inserter(all));
+    return all;
+  }();
   return table;
 }
 
