@@ -149,10 +149,7 @@ ExitStatus doctor(const Invocation& invocation) {
   } else {
     Presentation{report, invocation}.show();
   }
-  const bool anything = std::ranges::any_of(report.sources, [](const SourceDiagnosis& source) {
-    return source.availability == SourceAvailability::available;
-  });
-  if (!anything) return ExitStatus::nothingMeasurable;
+  if (!anyAvailable(report.sources)) return ExitStatus::nothingMeasurable;
   return report.store.isWhole ? ExitStatus::ok : ExitStatus::negative;
 }
 

@@ -51,8 +51,7 @@ class Recording {
   void showSummary() {
     if (!recording_.store().session(session_->id())) {
       throw Failure{ExitStatus::noSession,
-                    "the session was deleted from elsewhere; nothing is left of it. 'quellin record' begins "
-                    "another."};
+                    std::string{sessionDeletedText} + " 'quellin record' begins another."};
     }
     SlowWork work{invocation_, "summing up the session"};
     const SessionReport report = sessionReport(recording_.store(), session_);
@@ -91,7 +90,7 @@ class Recording {
   void sample(const std::function<void()>& done) {
     if (!recording_.isStillOurs()) {
       live_.end();
-      invocation_.talk.say("the session is no longer active: it was ended or deleted from elsewhere.");
+      invocation_.talk.say(sessionLostText);
       ticker_.end();
       return done();
     }
@@ -131,11 +130,7 @@ class Recording {
 }  // namespace
 
 ExitStatus record(const Invocation& invocation) {
-  const MeasuredHost host = MeasuredHost::open(invocation.options);
-  if (!anySource(host.sources)) {
-    throw Failure{ExitStatus::nothingMeasurable,
-                  "nothing can be measured here. 'quellin doctor' says why and what would help."};
-  }
+  const MeasuredHost host = MeasuredHost::openMeasurable(invocation.options);
   std::optional<SlowWork> opening{std::in_place, invocation, "opening the store"};
   Recording recording{invocation, host};
   opening.reset();

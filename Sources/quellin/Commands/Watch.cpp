@@ -23,11 +23,7 @@ void requireTerminal(const Invocation& invocation) {
 
 ExitStatus watch(const Invocation& invocation) {
   requireTerminal(invocation);
-  const MeasuredHost host = MeasuredHost::open(invocation.options);
-  if (!anySource(host.sources)) {
-    throw Failure{ExitStatus::nothingMeasurable,
-                  "nothing can be measured here. 'quellin doctor' says why and what would help."};
-  }
+  const MeasuredHost host = MeasuredHost::openMeasurable(invocation.options);
   Watch{invocation, host}.run();
   return ExitStatus::ok;
 }

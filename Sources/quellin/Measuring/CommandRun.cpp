@@ -61,8 +61,7 @@ class Span {
 
   [[nodiscard]] MeasuredSpan result() {
     if (!recording_.store().session(session_->id())) {
-      throw Failure{ExitStatus::notMeasured,
-                    "the session was deleted from elsewhere; nothing is left of it."};
+      throw Failure{ExitStatus::notMeasured, sessionDeletedText};
     }
     SessionReport report = sessionReport(recording_.store(), session_);
     const double seconds = host_.player ? report.summary.durationSeconds : (finishedAt_ - startedAt_).count();
@@ -72,7 +71,7 @@ class Span {
  private:
   void sample(const std::function<void()>& done) {
     if (!recording_.isStillOurs()) {
-      tellOnce("the session is no longer active: it was ended or deleted from elsewhere.");
+      tellOnce(sessionLostText);
       return done();
     }
     recording_.sample([this, done] {

@@ -36,6 +36,13 @@ MeasuredHost MeasuredHost::open(const Options& options) {
   return replay(options);
 }
 
+MeasuredHost MeasuredHost::openMeasurable(const Options& options) {
+  MeasuredHost host = open(options);
+  if (anyAvailable(host.sources.diagnose())) return host;
+  throw Failure{ExitStatus::nothingMeasurable,
+                "nothing can be measured here. 'quellin doctor' says why and what would help."};
+}
+
 Seconds MeasuredHost::interval(Seconds asked) const {
   const auto captured = player ? player->interval() : std::nullopt;
   if (!captured) return asked;
@@ -59,10 +66,9 @@ std::string measuredName(const Options& options) {
   return options.source == nativeSource ? "this machine" : options.source;
 }
 
-bool anySource(const PlatformSources& sources) {
-  return std::ranges::any_of(sources.diagnose(), [](const SourceDiagnosis& source) {
-    return source.availability == SourceAvailability::available;
-  });
+bool anyAvailable(const std::vector<SourceDiagnosis>& sources) {
+  return std::ranges::find(sources, SourceAvailability::available, &SourceDiagnosis::availability) !=
+         sources.end();
 }
 
 }  // namespace quellin::cli

@@ -25,6 +25,9 @@ struct MeasuredHost {
   /// The machine that `options` name. Throws `Failure`.
   [[nodiscard]] static MeasuredHost open(const Options& options);
 
+  /// As `open`; throws `Failure`, nothingMeasurable, when none of the machine's sources would give values.
+  [[nodiscard]] static MeasuredHost openMeasurable(const Options& options);
+
   /// From one reading to the next: a trace's own interval, as near as it can be told, else `asked`.
   [[nodiscard]] Seconds interval(Seconds asked) const;
 
@@ -39,6 +42,6 @@ struct MeasuredHost {
 [[nodiscard]] std::string measuredName(const Options& options);
 
 /// Whether any of the sources would give values.
-[[nodiscard]] bool anySource(const PlatformSources& sources);
+[[nodiscard]] bool anyAvailable(const std::vector<SourceDiagnosis>& sources);
 
 }  // namespace quellin::cli

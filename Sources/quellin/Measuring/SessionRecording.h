@@ -13,6 +13,13 @@
 
 namespace quellin::cli {
 
+/// What is said when others ended the session that is recorded, or deleted it.
+inline constexpr const char* sessionLostText =
+    "the session is no longer active: it was ended or deleted from elsewhere.";
+/// What is said instead of summing up a session that others deleted.
+inline constexpr const char* sessionDeletedText =
+    "the session was deleted from elsewhere; nothing is left of it.";
+
 /// Records one session over a machine: reads everything and hands it to the recorder. Used on the loop's
 /// thread.
 class SessionRecording {

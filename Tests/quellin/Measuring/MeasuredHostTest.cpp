@@ -23,15 +23,20 @@ MeasuredHost hostOf(const std::string& source) {
 struct MeasuredHostTest : testing::Test {
   TemporaryFolder folder;
 
-  // The interval of a trace with ticks at these monotonic times, where 1 s is asked for.
-  [[nodiscard]] double intervalOf(const std::vector<double>& ticks) const {
+  // A trace with nothing but ticks, at these monotonic times.
+  [[nodiscard]] std::string emptyTrace(const std::vector<double>& ticks) const {
     std::string trace =
         R"({"kind":"trace","format":"quellin-trace","majorVersion":1,"minorVersion":0,"createdAt":0,)"
         R"("redactsSerialNumbers":true})"
         "\n";
     for (const double tick : ticks)
       trace += R"({"kind":"tick","wall":0,"monotonic":)" + std::to_string(tick) + "}\n";
-    const MeasuredHost host = hostOf(folder.write("trace.jsonl", trace));
+    return folder.write("trace.jsonl", trace);
+  }
+
+  // The interval of such a trace, where 1 s is asked for.
+  [[nodiscard]] double intervalOf(const std::vector<double>& ticks) const {
+    const MeasuredHost host = hostOf(emptyTrace(ticks));
     return host.interval(Seconds{1}).count();
   }
 };
@@ -52,6 +57,21 @@ TEST_F(MeasuredHostTest, TheIntervalOfATraceIsRoundedUnlessNothingIsLeft) {
 }
 
 TEST_F(MeasuredHostTest, ATraceOfOneTickLeavesTheIntervalAsAsked) { EXPECT_DOUBLE_EQ(intervalOf({100}), 1); }
+
+TEST_F(MeasuredHostTest, AMachineIsMeasurableWhenAnyOfItsSourcesGivesValues) {
+  Options options;
+  options.source = exampleTrace();
+  EXPECT_NE(MeasuredHost::openMeasurable(options).player, nullptr);
+  options.source = emptyTrace({100, 101});
+  try {
+    static_cast<void>(MeasuredHost::openMeasurable(options));
+    FAIL() << "nothing was thrown";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.status(), ExitStatus::nothingMeasurable);
+    EXPECT_STREQ(failure.what(),
+                 "nothing can be measured here. 'quellin doctor' says why and what would help.");
+  }
+}
 
 TEST_F(MeasuredHostTest, AFileThatIsNoTraceIsNamed) {
   const std::string path = folder.write("notes.txt", "no trace\n");
