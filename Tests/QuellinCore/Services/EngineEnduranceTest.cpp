@@ -14,14 +14,12 @@
 namespace quellin {
 namespace {
 
+using testing_support::expectNothingLeftBehind;
 using testing_support::PolledEngine;
-using testing_support::TakenResources;
 
 constexpr int warmUp = 1000;
 constexpr int polls = 100'000;
 constexpr int recordedPolls = 20'000;  // a tick is decoded for each
-// Less than a byte for every tenth poll: the queues of the test allocate in blocks.
-constexpr std::int64_t mostHeap = 8 * 1024;
 
 const PrivilegedSMCHelperService noTool{""};
 
@@ -41,12 +39,8 @@ TEST(EngineEnduranceTest, PollsOfAMachineLeaveNothingBehind) {
     clock.sleeps.clear();
     return reader.readAll();
   });
-  for (int poll = 0; poll < warmUp; ++poll) polled.poll();
-  const TakenResources before;
-  for (int poll = 0; poll < polls; ++poll) polled.poll();
-  const TakenResources after;
-  EXPECT_EQ(after.descriptors, before.descriptors);
-  EXPECT_LE(after.heap, before.heap + mostHeap);
+  polled.poll(warmUp);
+  expectNothingLeftBehind([&] { polled.poll(polls); });
   EXPECT_EQ(polled.engine().history().size(), 120U);
   EXPECT_TRUE(polled.engine().currentState().battery && polled.engine().currentState().power);
   EXPECT_EQ(polled.engine().currentState().sensors.size(), 2U);
@@ -75,11 +69,9 @@ TEST(EngineEnduranceTest, PollsOfARecordedMachineLeaveNothingBehind) {
   };
   pollToTheEnd();
   int done = pollToTheEnd();
-  const TakenResources before;
-  while (done < recordedPolls) done += pollToTheEnd();
-  const TakenResources after;
-  EXPECT_EQ(after.descriptors, before.descriptors);
-  EXPECT_LE(after.heap, before.heap + mostHeap);
+  expectNothingLeftBehind([&] {
+    while (done < recordedPolls) done += pollToTheEnd();
+  });
   EXPECT_TRUE(polled.engine().currentState().battery);
 }
 

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -17,6 +18,13 @@ using testing_support::TalkPipe;
 struct LiveLineTest : testing::Test {
   TalkPipe pipe;
   ManualMonotonicClock clock;
+
+  // What a terminal of so many columns gets for a text.
+  std::string shown(std::size_t columns, const std::string& text) {
+    const Invocation invocation = pipe.onTerminal(columns);
+    LiveLine{invocation, clock}.show(text);
+    return pipe.said();
+  }
 };
 
 TEST_F(LiveLineTest, ATerminalShowsOneLineThatChanges) {
@@ -30,10 +38,7 @@ TEST_F(LiveLineTest, ATerminalShowsOneLineThatChanges) {
 }
 
 TEST_F(LiveLineTest, TheLineNeverRunsIntoTheNext) {
-  const Invocation invocation = pipe.onTerminal(6);
-  LiveLine line{invocation, clock};
-  line.show("12 °C, much more");
-  EXPECT_EQ(pipe.said(), "\r12 °C\x1b[K");
+  EXPECT_EQ(shown(6, "12 °C, much more"), "\r12 °C\x1b[K");
 }
 
 TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
@@ -49,19 +54,9 @@ TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
   EXPECT_EQ(pipe.said(), "\r0 s, 1 sample, 12 W\x1b[K\r0 s, 2 \x1b[K");
 }
 
-TEST_F(LiveLineTest, WideCharactersTakeTheirColumns) {
-  const Invocation invocation = pipe.onTerminal(7);
-  LiveLine line{invocation, clock};
-  line.show("日本語テ");
-  EXPECT_EQ(pipe.said(), "\r日本語\x1b[K");
-}
+TEST_F(LiveLineTest, WideCharactersTakeTheirColumns) { EXPECT_EQ(shown(7, "日本語テ"), "\r日本語\x1b[K"); }
 
-TEST_F(LiveLineTest, NamesCannotCommandTheTerminal) {
-  const Invocation invocation = pipe.onTerminal(80);
-  LiveLine line{invocation, clock};
-  line.show("a\x1b[2Jb");
-  EXPECT_EQ(pipe.said(), "\ra?[2Jb\x1b[K");
-}
+TEST_F(LiveLineTest, NamesCannotCommandTheTerminal) { EXPECT_EQ(shown(80, "a\x1b[2Jb"), "\ra?[2Jb\x1b[K"); }
 
 TEST_F(LiveLineTest, APipeGetsALineEveryTenSeconds) {
   const Invocation invocation = pipe.on({});
