@@ -9,11 +9,12 @@ install(TARGETS QuellinCore QuellinSessions EXPORT QuellinCoreTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program NAMELINK_COMPONENT development)
 
-# The contracts and all above them; not how one host fills them, and not what the store is made of.
+# The contracts and all above them; not how one host fills them, not what the store is made of, and not the
+# coroutines of the engine.
 install(DIRECTORY Sources/QuellinCore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h"
   PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE PATTERN Storage EXCLUDE
-  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE)
+  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE REGEX "/Support/(Awaiting)\\.h$" EXCLUDE)
 
 install(EXPORT QuellinCoreTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT development)
 configure_package_config_file(cmake/QuellinCoreConfig.cmake.in QuellinCoreConfig.cmake
@@ -22,11 +23,18 @@ write_basic_package_version_file(QuellinCoreConfigVersion.cmake COMPATIBILITY Sa
 install(FILES ${PROJECT_BINARY_DIR}/QuellinCoreConfig.cmake ${PROJECT_BINARY_DIR}/QuellinCoreConfigVersion.cmake
   DESTINATION ${configFolder} COMPONENT development)
 # The file finds its own prefix, so that the tree may be moved.
+set(requiresPrivate "simdjson sqlite3 libzstd")
+set(libsPrivate -pthread)
+if(APPLE)
+  string(APPEND libsPrivate " -framework CoreFoundation -framework IOKit -framework Foundation -lobjc")
+else()
+  string(APPEND requiresPrivate " icu-i18n icu-uc")
+endif()
 file(RELATIVE_PATH prefixFromPkgConfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/quellincore.pc.in quellincore.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quellincore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-install(FILES LICENSE THIRD_PARTY.md README.md docs/formats.md docs/security.md docs/linux.md
+install(FILES LICENSE THIRD_PARTY.md README.md docs/formats.md docs/security.md docs/linux.md docs/macos.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 
 # The manual page and the completions, as the program itself prints them.

@@ -15,7 +15,7 @@ set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libquellincore-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libsimdjson-dev, libsqlite3-dev, libzstd-dev, libicu-dev")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libboost1.81-dev | libboost-dev (>= 1.81), libsimdjson-dev, libsqlite3-dev, libzstd-dev, libicu-dev")
 set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
 "Says what the machine's power, battery, heat and fans are doing, which
 physical quantity each figure in watts is, and how much energy a stretch of

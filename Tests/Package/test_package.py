@@ -22,6 +22,7 @@ PROGRAM_FILES = {
     "bin/quellin", "libexec/quellin/QuellinHelper", "share/man/man1/quellin.1",
     "share/bash-completion/completions/quellin", "share/zsh/vendor-completions/_quellin",
     "share/fish/vendor_completions.d/quellin.fish", "lib/systemd/system/quellin-record.service",
+    "share/doc/Quellin/README.md", "share/doc/Quellin/linux.md", "share/doc/Quellin/macos.md",
 }
 
 
@@ -52,6 +53,9 @@ class PackageTest(unittest.TestCase):
                                          r"lib/cmake/QuellinCore/QuellinCoreConfig.cmake", name) for name in found))
         self.assertIn("include/QuellinCore/Sessions/PowerSessionStore.h", found)
         self.assertFalse([name for name in found if "/Linux/" in name or "/Darwin/" in name or "Test" in name])
+        including = [name for name in found if name.endswith(".h") and "#include <boost/" in
+                     (self.prefix / name).read_text(encoding="utf-8")]
+        self.assertEqual(including, ["include/QuellinCore/Support/AsioExecutor.h"])
 
     def test_the_tool_is_not_privileged_until_somebody_says_so(self):
         mode = os.stat(self.prefix / "libexec/quellin/QuellinHelper").st_mode
@@ -94,6 +98,9 @@ class PackageTest(unittest.TestCase):
         self.assertRegex(listing, r"-rwxr-xr-x root/root .*/QuellinHelper\n")
         control = run("dpkg-deb", "--field", made["quellin"], "Depends")
         self.assertIn("libsqlite3-0", control)
+        control = run("dpkg-deb", "--field", made["libquellincore-dev"], "Depends")
+        for needed in ("libboost1.81-dev", "libsimdjson-dev", "libsqlite3-dev", "libzstd-dev", "libicu-dev"):
+            self.assertIn(needed, control)
 
 
 if __name__ == "__main__":

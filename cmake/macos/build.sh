@@ -44,4 +44,6 @@ export CCACHE_COMPILERCHECK
 cd "$root"
 cmake --preset macos >"$build/configure.log" 2>&1 || { cat "$build/configure.log" >&2; exit 1; }
 cmake --build --preset macos -j "$jobs"
+grep -q '^Libs.private:.* -framework IOKit' "$build/quellincore.pc" || fail "quellincore.pc does not name the frameworks"
+if grep -q icu "$build/quellincore.pc"; then fail "quellincore.pc asks for what no Mac needs"; fi
 python3 "$here/check_macho.py" "$build/bin"
