@@ -19,7 +19,8 @@ template <>
 inline constexpr std::array rawValues<BatteryTimeRemainingKind>{std::string_view{"untilEmpty"},
                                                                 std::string_view{"untilFull"}};
 
-/// The internal battery and its charger at one instant.
+/// The internal battery and its charger at one instant. A capacity, the health, the cycle count, a voltage or
+/// a current of 0 may also be one that the host does not publish.
 struct BatteryInfo {
   std::int64_t chargePercent = 0;             ///< state of charge, at most 100
   std::int64_t currentCapacity = 0;           ///< present charge, mAh

@@ -10,10 +10,13 @@ std::optional<double> number(const std::optional<std::int64_t>& value) {
   return value ? std::optional<double>{static_cast<double>(*value)} : std::nullopt;
 }
 
-// Capacities, limits and temperatures that a host does not publish come as 0.
-std::optional<double> unlessZero(std::int64_t value) {
-  return value > 0 ? std::optional<double>{static_cast<double>(value)} : std::nullopt;
+// What a host does not publish comes as 0. Only where 0 may just as well be the figure is it shown as one: a
+// current, and a fan that stands still.
+std::optional<double> unlessZero(double value) {
+  return value > 0 ? std::optional<double>{value} : std::nullopt;
 }
+
+std::optional<double> unlessZero(std::int64_t value) { return unlessZero(static_cast<double>(value)); }
 
 std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 
@@ -102,12 +105,12 @@ void addBattery(Group group, const std::optional<BatteryInfo>& battery) {
   group.add("Full charge", unlessZero(battery->maxCapacity), "mAh");
   group.add("Design charge", unlessZero(battery->designCapacity), "mAh", "rated");
   group.add("Health", unlessZero(battery->healthPercent), "%", "derived");
-  group.add("Cycles", static_cast<double>(battery->cycleCount), "");
-  group.add("Voltage", battery->voltage, "V");
+  const auto voltage = unlessZero(battery->voltage);
+  group.add("Cycles", unlessZero(battery->cycleCount), "");
+  group.add("Voltage", voltage, "V");
   group.add("Current", battery->amperage, "A");
-  group.add("Terminal power", battery->wattage, "W", "derived");
-  group.add("Temperature", battery->temperature > 0 ? std::optional{battery->temperature} : std::nullopt,
-            "°C");
+  group.add("Terminal power", voltage ? std::optional{battery->wattage} : std::nullopt, "W", "derived");
+  group.add("Temperature", unlessZero(battery->temperature), "°C");
   group.add("Adapter", number(battery->adapterWatts), "W", "rated");
   group.add("Time to empty", number(battery->timeToEmpty()), "min", "estimated");
   group.add("Time to full", number(battery->timeToFullCharge()), "min", "estimated");
