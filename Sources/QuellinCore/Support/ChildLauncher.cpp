@@ -1,5 +1,6 @@
 #include "QuellinCore/Support/ChildLauncher.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -47,14 +48,15 @@ class AllSignalsBlocked {
 // The groups first: once the user id is gone for good, nobody could change them.
 bool becomeRoot() {
   const gid_t rootGroup = 0;
-  return setgroups(1, &rootGroup) == 0 && setgid(0) == 0 && setuid(0) == 0 && getuid() == 0 &&
-         geteuid() == 0 && getgid() == 0 && getegid() == 0;
+  if (setgroups(1, &rootGroup) != 0 || setgid(0) != 0 || setuid(0) != 0) return false;
+  if (getuid() == 0 && geteuid() == 0 && getgid() == 0 && getegid() == 0) return true;
+  // No call has failed, so none has left a reason.
+  errno = EPERM;
+  return false;
 }
 
 #if defined(__APPLE__)
 
-// With POSIX_SPAWN_SETEXEC a posix_spawn replaces the calling process, as exec does, and closes what exec
-// would not.
 void execute(const LaunchRequest& request, const SpawnAttributes& attributes, int) {
   pid_t unused = 0;
   errno = attributes.spawn(unused, request);
@@ -100,7 +102,7 @@ void execute(const LaunchRequest& request, const SpawnAttributes&, int& report) 
   if (becomeRoot()) execute(request, attributes, report);
   const int reason = errno;
   // A parent that is no longer there to read the reason has no use for it.
-  if (write(report, &reason, sizeof reason) < 0) _exit(startFailureStatus);
+  [[maybe_unused]] const ssize_t written = write(report, &reason, sizeof reason);
   _exit(startFailureStatus);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <tuple>
 #include <utility>
 
@@ -114,16 +115,22 @@ std::optional<std::string> BlobCodec::decodeCompressed(std::string_view payload)
   const auto reference = reader.varint();
   if (!reference) return std::nullopt;
   if (*reference == 0) return alone_.decompress(reader.rest());
-  const auto found = references_.find(static_cast<std::uint32_t>(*reference - 1));
+  const auto found = referenceWith(*reference - 1);
   return found == references_.end() ? std::nullopt : found->second.compressor.decompress(reader.rest());
 }
 
-std::optional<std::string> BlobCodec::decodeNumbers(std::string_view payload) const {
+std::optional<std::string> BlobCodec::decodeNumbers(std::string_view payload) {
   ByteReader reader(payload);
   const auto reference = reader.varint();
   if (!reference) return std::nullopt;
-  const auto found = references_.find(static_cast<std::uint32_t>(*reference));
+  const auto found = referenceWith(*reference);
   return found == references_.end() ? std::nullopt : found->second.shape.spell(reader.rest());
+}
+
+// A number too large for any reference must not be cut down to that of one.
+BlobCodec::References::iterator BlobCodec::referenceWith(std::uint64_t number) {
+  if (number > std::numeric_limits<std::uint32_t>::max()) return references_.end();
+  return references_.find(static_cast<std::uint32_t>(number));
 }
 
 }  // namespace quellin

@@ -60,11 +60,13 @@ class BlobCodec {
     BlobShape shape;
     BlobCompressor compressor;
   };
+  using References = std::map<std::uint32_t, Reference>;  // node-based: compressors point into their shapes
 
   [[nodiscard]] std::optional<std::string> decodeCompressed(std::string_view payload);
-  [[nodiscard]] std::optional<std::string> decodeNumbers(std::string_view payload) const;
+  [[nodiscard]] std::optional<std::string> decodeNumbers(std::string_view payload);
+  [[nodiscard]] References::iterator referenceWith(std::uint64_t number);
 
-  std::map<std::uint32_t, Reference> references_;  // node-based: compressors point into their shapes
+  References references_;
   BlobCompressor alone_{{}};
   std::uint32_t nextReference_ = 0;
 };

@@ -1,10 +1,14 @@
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <random>
 #include <string>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Storage/BlobCodec.h"
+#include "QuellinCore/Sessions/Storage/ByteStream.h"
+#include "QuellinCore/Support/Checksum.h"
 #include "Support/Bytes.h"
 
 namespace quellin {
@@ -25,6 +29,20 @@ std::string activity(int seed) {
   }
   text.back() = ']';
   return text;
+}
+
+/// `stored` with its leading reference number, of one byte, replaced and the checksum made anew.
+std::string withReference(const BlobIdentity& identity, const std::string& stored, std::uint64_t number) {
+  std::string payload;
+  appendVarint(payload, number);
+  payload += stored.substr(6);
+  std::string head(sizeof identity.key, '\0');
+  std::memcpy(head.data(), &identity.key, sizeof identity.key);
+  head += {static_cast<char>(identity.role), static_cast<char>(identity.siblings), stored.front()};
+  const std::uint32_t checksum = crc32c(payload, crc32c(head));
+  std::string bytes(sizeof checksum, '\0');
+  std::memcpy(bytes.data(), &checksum, sizeof checksum);
+  return stored.front() + bytes + payload;
 }
 
 TEST(BlobCodecTest, AnythingComesBackByteForByte) {
@@ -97,6 +115,22 @@ TEST(BlobCodecTest, ABlobWhoseReferenceIsMissingIsNotRead) {
   ASSERT_TRUE(numbers.has_value());
   EXPECT_EQ(reader.decode(of(snapshot), *numbers), std::nullopt);
   EXPECT_EQ(reader.decode(of(processActivity), compressed), std::nullopt);
+}
+
+TEST(BlobCodecTest, ANumberBeyondThatOfAnyReferenceIsNotCutDownToOne) {
+  BlobCodec codec;
+  codec.addReference(0, snapshot, "[1,2]");
+  codec.addReference(1, processActivity, activity(0));
+  const auto numbers = codec.encodeAsNumbers(of(snapshot), "[3,4]");
+  ASSERT_TRUE(numbers.has_value());
+  EXPECT_EQ(codec.decode(of(snapshot), withReference(of(snapshot), *numbers, 0)), "[3,4]");
+  const std::string compressed = codec.encode(of(processActivity), activity(1));
+  EXPECT_EQ(codec.decode(of(processActivity), withReference(of(processActivity), compressed, 2)),
+            activity(1));
+  constexpr std::uint64_t beyond = std::uint64_t{1} << 32U;
+  EXPECT_EQ(codec.decode(of(snapshot), withReference(of(snapshot), *numbers, beyond)), std::nullopt);
+  EXPECT_EQ(codec.decode(of(processActivity), withReference(of(processActivity), compressed, beyond + 2)),
+            std::nullopt);
 }
 
 TEST(BlobCodecTest, EveryFlippedBitAndEveryCutShows) {
