@@ -1,5 +1,7 @@
 #include "QuellinCore/Services/HelperInstallation.h"
 
+#include "QuellinCore/Support/Quoting.h"
+
 namespace quellin {
 namespace {
 
@@ -9,26 +11,7 @@ std::string_view folderOf(std::string_view path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-std::string replacing(std::string_view text, char character, std::string_view replacement) {
-  std::string result;
-  result.reserve(text.size());
-  for (const char current : text) {
-    if (current == character) {
-      result += replacement;
-    } else {
-      result += current;
-    }
-  }
-  return result;
-}
-
 }  // namespace
-
-std::string shellQuoted(std::string_view text) { return "'" + replacing(text, '\'', R"('\'')") + "'"; }
-
-std::string appleScriptEscaped(std::string_view text) {
-  return replacing(replacing(text, '\\', R"(\\)"), '"', R"(\")");
-}
 
 std::string installCommand(std::string_view source, std::string_view destination, std::string_view group) {
   return "/usr/bin/install -d -m 755 " + shellQuoted(folderOf(destination)) +

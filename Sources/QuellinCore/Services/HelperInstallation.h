@@ -9,12 +9,6 @@ namespace quellin {
 /// Where the installed tool lives: the folder for privileged tools and the tool's reverse-DNS label.
 inline constexpr std::string_view installedHelperPath = "/Library/PrivilegedHelperTools/org.quellin.helper";
 
-/// `text` as one word of a POSIX shell: in single quotes, each single quote in it closed, escaped, reopened.
-[[nodiscard]] std::string shellQuoted(std::string_view text);
-
-/// `text` escaped for the inside of an AppleScript string literal: backslashes, then double quotes.
-[[nodiscard]] std::string appleScriptEscaped(std::string_view text);
-
 /// The two commands that make the folder of `destination` and copy `source` there, owned by root and `group`
 /// with the set-user-ID bit, joined for a POSIX shell.
 [[nodiscard]] std::string installCommand(std::string_view source, std::string_view destination,

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "QuellinCore/Support/Quoting.h"
 #include "quellin/CommandLine/CommandLine.h"
 
 namespace quellin::cli {
@@ -45,24 +46,16 @@ std::string joined(const Words& words) {
   return text;
 }
 
-// Texts of the option table in single quotes of a shell.
-std::string quoted(const std::string& text) {
-  std::string result = "'";
-  for (const char character : text)
-    result += character == '\'' ? std::string{"'\\''"} : std::string{character};
-  return result + "'";
-}
-
 std::string bashText(const std::vector<Words>& all) {
   std::string names;
   std::string cases;
   for (const Words& words : all) {
     names += words.command + " ";
-    cases += "    " + words.command + ") words=" + quoted(joined(words)) + " ;;\n";
+    cases += "    " + words.command + ") words=" + shellQuoted(joined(words)) + " ;;\n";
   }
   return "_quellin() {\n  local words\n  case ${COMP_WORDS[1]} in\n" + cases +
-         "    *) words=" + quoted(names + "--help --version") +
-         " ;;\n  esac\n  [ \"$COMP_CWORD\" -eq 1 ] && words=" + quoted(names + "--help --version") +
+         "    *) words=" + shellQuoted(names + "--help --version") +
+         " ;;\n  esac\n  [ \"$COMP_CWORD\" -eq 1 ] && words=" + shellQuoted(names + "--help --version") +
          "\n  COMPREPLY=($(compgen -W \"$words\" -- \"${COMP_WORDS[COMP_CWORD]}\"))\n}\n"
          "complete -o default -F _quellin quellin\n";
 }
@@ -71,7 +64,7 @@ std::string zshText(const std::vector<Words>& all) {
   std::string names;
   std::string cases;
   for (const Words& words : all) {
-    names += "    " + quoted(words.command + ":" + words.purpose) + "\n";
+    names += "    " + shellQuoted(words.command + ":" + words.purpose) + "\n";
     cases += "    " + words.command + ") compadd -- " + joined(words) + " ;;\n";
   }
   return "#compdef quellin\n_quellin() {\n  local -a names\n  names=(\n" + names +
@@ -84,11 +77,11 @@ std::string fishText(const std::vector<Words>& all) {
   std::string text;
   for (const Words& words : all) {
     const std::string within =
-        "complete -c quellin -n " + quoted("__fish_seen_subcommand_from " + words.command);
+        "complete -c quellin -n " + shellQuoted("__fish_seen_subcommand_from " + words.command);
     text += "complete -c quellin -f -n __fish_use_subcommand -a " + words.command + " -d " +
-            quoted(words.purpose) + "\n";
+            shellQuoted(words.purpose) + "\n";
     for (const auto& [name, purpose] : words.options) {
-      text += within + " -l " + name.substr(2) + " -d " + quoted(purpose) + "\n";
+      text += within + " -l " + name.substr(2) + " -d " + shellQuoted(purpose) + "\n";
     }
     for (const auto& choice : words.choices)
       text.append(within).append(" -f -a ").append(choice).append("\n");
