@@ -19,11 +19,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include "QuellinCore/Platform/Linux/KernelText.h"
 #include "QuellinCore/Platform/Linux/ProcessClock.h"
 #include "QuellinCore/Platform/Linux/ProcessFiles.h"
 #include "QuellinCore/Services/ProcessActivityService.h"
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinCore/Support/Number.h"
 
 namespace quellin {
 namespace {

@@ -1,13 +1,13 @@
 #include "QuellinHelper/ProcessRow.h"
 
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string_view>
 
 #include "QuellinCore/Support/CheckedArithmetic.h"
+#include "QuellinCore/Support/Number.h"
 #include "QuellinHelper/PowermetricsSearch.h"
 
 namespace quellin {
@@ -31,10 +31,7 @@ std::optional<std::int32_t> pidFromText(std::string_view text) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;
   }
-  std::int32_t pid = 0;
-  const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), pid);
-  if (error != std::errc{} || rest != text.data() + text.size()) return std::nullopt;
-  return pid;
+  return parseNumber<std::int32_t>(text);
 }
 
 std::optional<std::int32_t> pidFromReal(double value) {

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <limits>
 #include <utility>
 
 #include "QuellinCore/Support/LetterCase.h"
+#include "QuellinCore/Support/Number.h"
 #include "QuellinHelper/PropertyLists/DecimalNumber.h"
 
 namespace quellin {
@@ -25,14 +25,6 @@ bool takePrefix(std::string_view& text, std::string_view prefix) {
   return true;
 }
 
-template <class Number>
-std::optional<Number> wholeNumber(std::string_view digits, int base) {
-  Number value = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, base);
-  if (error != std::errc{} || end != digits.data() + digits.size()) return std::nullopt;
-  return value;
-}
-
 /// Takes a run of digits from the front of `text`.
 std::string_view takeDigits(std::string_view& text) {
   const auto count = std::min(text.find_first_not_of("0123456789"), text.size());
@@ -44,7 +36,7 @@ std::string_view takeDigits(std::string_view& text) {
 std::optional<int> takeTwoDigits(std::string_view& text, std::string_view separator) {
   if (!takePrefix(text, separator)) return std::nullopt;
   const std::string_view digits = takeDigits(text);
-  return digits.size() == 2 ? wholeNumber<int>(digits, 10) : std::nullopt;
+  return digits.size() == 2 ? parseNumber<int>(digits) : std::nullopt;
 }
 
 constexpr std::uint8_t notBase64 = 64;
@@ -66,7 +58,7 @@ std::optional<PropertyListNode> parseXMLInteger(std::string_view text) {
   const bool isNegative = takePrefix(text, "-");
   if (!isNegative) takePrefix(text, "+");
   const int base = takePrefix(text, "0x") || takePrefix(text, "0X") ? 16 : 10;
-  const auto magnitude = wholeNumber<std::uint64_t>(text, base);
+  const auto magnitude = parseNumber<std::uint64_t>(text, base);
   if (!magnitude) return std::nullopt;
   if (!isNegative) return PropertyListNode{*magnitude};
   constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
@@ -87,7 +79,7 @@ std::optional<double> parseXMLReal(std::string_view text) {
 
 std::optional<Instant> parseXMLDate(std::string_view text) {
   const bool isNegative = takePrefix(text, "-");
-  const auto year = wholeNumber<int>(takeDigits(text), 10);
+  const auto year = parseNumber<int>(takeDigits(text));
   const auto month = takeTwoDigits(text, "-");
   const auto day = takeTwoDigits(text, "-");
   const auto hour = takeTwoDigits(text, "T");

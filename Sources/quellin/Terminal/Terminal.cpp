@@ -1,21 +1,19 @@
 #include "quellin/Terminal/Terminal.h"
 
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include "QuellinCore/Support/Number.h"
 
 namespace quellin::cli {
 namespace {
 
 std::optional<std::size_t> positiveNumber(const std::optional<std::string>& text) {
   if (!text) return std::nullopt;
-  std::size_t number = 0;
-  const char* const end = text->data() + text->size();
-  const auto [rest, error] = std::from_chars(text->data(), end, number);
-  if (error != std::errc{} || rest != end || number == 0) return std::nullopt;
-  return number;
+  const auto number = parseNumber<std::size_t>(*text);
+  return number && *number > 0 ? number : std::nullopt;
 }
 
 winsize ownSize(int descriptor) {

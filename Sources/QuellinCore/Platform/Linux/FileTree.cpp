@@ -10,6 +10,7 @@
 #include "QuellinCore/Platform/Linux/KernelText.h"
 #include "QuellinCore/Platform/Linux/SourceReport.h"
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinCore/Support/Number.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
@@ -119,7 +120,7 @@ std::expected<std::string, SystemError> readText(const FileTree& tree, const std
 std::expected<std::int64_t, SystemError> readInteger(const FileTree& tree, const std::string& path) {
   const auto text = readText(tree, path);
   if (!text) return std::unexpected(text.error());
-  const auto value = parseInteger(*text);
+  const auto value = parseNumber<std::int64_t>(*text);
   if (!value) return std::unexpected(SystemError{EINVAL});
   return *value;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "QuellinCore/Support/Number.h"
+
 namespace quellin {
 namespace {
 
@@ -28,8 +30,6 @@ std::string_view withoutSpaceAtEnds(std::string_view text) {
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(space) - first + 1);
 }
-
-std::optional<std::int64_t> parseInteger(std::string_view text) { return parseNumber<std::int64_t>(text); }
 
 std::optional<int> numberWithin(std::string_view name, std::string_view prefix, std::string_view suffix) {
   if (name.size() < prefix.size() + suffix.size() || !name.starts_with(prefix) || !name.ends_with(suffix)) {

@@ -7,6 +7,7 @@
 #include "QuellinCore/Platform/Linux/KernelText.h"
 #include "QuellinCore/Platform/Linux/ProcessFiles.h"
 #include "QuellinCore/Support/CheckedArithmetic.h"
+#include "QuellinCore/Support/Number.h"
 
 namespace quellin {
 namespace {

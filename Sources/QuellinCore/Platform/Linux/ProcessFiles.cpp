@@ -4,6 +4,7 @@
 #include <array>
 
 #include "QuellinCore/Platform/Linux/KernelText.h"
+#include "QuellinCore/Support/Number.h"
 
 namespace quellin {
 namespace {

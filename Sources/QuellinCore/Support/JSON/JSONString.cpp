@@ -1,8 +1,8 @@
 #include "QuellinCore/Support/JSON/JSONString.h"
 
-#include <charconv>
 #include <cstdint>
 
+#include "QuellinCore/Support/Number.h"
 #include "QuellinCore/Support/Surrogates.h"
 #include "QuellinCore/Support/Text.h"
 
@@ -34,10 +34,8 @@ constexpr char escapedCharacter(char letter) {
 // Takes "u" and four hexadecimal digits off the front.
 std::optional<char32_t> takeCodeUnit(std::string_view& rest) {
   if (rest.size() < 5 || rest.front() != 'u') return std::nullopt;
-  const std::string_view digits = rest.substr(1, 4);
-  std::uint16_t unit = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), unit, 16);
-  if (result.ec != std::errc{} || result.ptr != digits.data() + digits.size()) return std::nullopt;
+  const auto unit = parseNumber<std::uint16_t>(rest.substr(1, 4), 16);
+  if (!unit) return std::nullopt;
   rest.remove_prefix(5);
   return unit;
 }
