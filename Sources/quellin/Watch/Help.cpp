@@ -1,19 +1,11 @@
-#include <array>
 #include <string_view>
-#include <utility>
 
 #include "quellin/Presentation/Table.h"
+#include "quellin/Watch/Keys.h"
 #include "quellin/Watch/Layout.h"
 
 namespace quellin::cli {
 namespace {
-
-constexpr std::array<std::pair<std::string_view, std::string_view>, 5> keys{
-    {{"q", "end, as Esc and Ctrl-C do; a session recorded here is completed"},
-     {"s", "begin a session or go on with the active one; end it"},
-     {"+ -", "take readings less often, more often"},
-     {"p", "show or hide the processes"},
-     {"?", "show or leave this page"}}};
 
 constexpr std::string_view meaning =
     "The first figure is the one that stands for the whole machine; the line below it says what it includes. "
@@ -25,9 +17,9 @@ constexpr std::string_view meaning =
 void drawHelp(Canvas& canvas, int firstRow) {
   int row = firstRow + 1;
   canvas.write(row++, 0, "Keys", Style::strong);
-  for (const auto& [key, action] : keys) {
-    canvas.write(row, 2, key, Style::strong);
-    canvas.write(row++, 8, action);
+  for (const KeyGroup& keys : watchKeys()) {
+    canvas.write(row, 2, keys.names(" "), Style::strong);
+    canvas.write(row++, 8, keys.purpose);
   }
   canvas.write(++row, 0, "What is shown", Style::strong);
   const std::string text = wrapped(meaning, "  ", static_cast<std::size_t>(canvas.size().columns));

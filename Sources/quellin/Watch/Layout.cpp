@@ -1,7 +1,6 @@
 #include "quellin/Watch/Layout.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <fmt/format.h>
 
@@ -11,6 +10,7 @@
 #include "quellin/Presentation/ProcessTable.h"
 #include "quellin/Presentation/Table.h"
 #include "quellin/Watch/History.h"
+#include "quellin/Watch/Keys.h"
 #include "quellin/Watch/Panels.h"
 
 namespace quellin::cli {
@@ -210,18 +210,10 @@ class View {
       canvas_.write(row, 0, model_.session, model_.isRecording ? Style::good : Style::plain);
     }
     int column = 0;
-    for (const auto& [key, meaning] : keys()) {
-      column = canvas_.write(row + 1, column, key, Style::strong);
-      column = canvas_.write(row + 1, column + 1, meaning) + 2;
+    for (const KeyGroup& keys : watchKeys()) {
+      column = canvas_.write(row + 1, column, keys.names("/"), Style::strong);
+      column = canvas_.write(row + 1, column + 1, keys.labelFor(model_)) + 2;
     }
-  }
-
-  [[nodiscard]] std::vector<std::pair<std::string_view, std::string_view>> keys() const {
-    return {{"q", "quit"},
-            {"s", model_.isRecording ? "stop session" : "start session"},
-            {"+/-", "interval"},
-            {"p", model_.showsProcesses ? "hide processes" : "show processes"},
-            {"?", model_.showsHelp ? "back" : "help"}};
   }
 
   static constexpr int scaleColumns = 6;

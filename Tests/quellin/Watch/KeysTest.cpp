@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "quellin/Watch/Keys.h"
@@ -11,6 +14,7 @@ TEST(KeysTest, GivesEachKeyItsMeaning) {
   EXPECT_EQ(actionOf('+'), WatchAction::longerInterval);
   EXPECT_EQ(actionOf('='), WatchAction::longerInterval);
   EXPECT_EQ(actionOf('-'), WatchAction::shorterInterval);
+  EXPECT_EQ(actionOf('_'), WatchAction::shorterInterval);
   EXPECT_EQ(actionOf('p'), WatchAction::toggleProcesses);
   EXPECT_EQ(actionOf('?'), WatchAction::toggleHelp);
   EXPECT_EQ(actionOf('q'), WatchAction::quit);
@@ -21,6 +25,16 @@ TEST(KeysTest, IgnoresOtherKeys) {
   EXPECT_EQ(actionOf('x'), std::nullopt);
   EXPECT_EQ(actionOf(0), std::nullopt);
   EXPECT_EQ(actionOf(0x19A), std::nullopt);  // what the screen's library says of a new size
+}
+
+TEST(KeysTest, EachCharacterIsOfOneKeyOnly) {
+  std::string all;
+  for (const KeyGroup& keys : watchKeys()) {
+    all += keys.first.characters;
+    if (keys.second) all += keys.second->characters;
+  }
+  std::ranges::sort(all);
+  EXPECT_EQ(std::ranges::adjacent_find(all), all.end()) << all;
 }
 
 TEST(KeysTest, GoesThroughTheIntervals) {
