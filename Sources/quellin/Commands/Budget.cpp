@@ -2,11 +2,11 @@
 #include <tuple>
 
 #include "QuellinCore/Support/ISO8601.h"
-#include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
@@ -30,7 +30,7 @@ struct AlertLine {
 void print(const PowerBudgetMonitor::Alert& alert, Instant timestamp, const Invocation& invocation) {
   if (invocation.options.json) {
     const AlertLine line{timestamp, alert.component, alert.currentWatts, alert.thresholdWatts, alert.message};
-    if (const auto text = encodeJSON(line)) invocation.out.line(*text);
+    invocation.out.line(jsonText(line, JSONLayout::compact));
   } else {
     invocation.out.line(formatISO8601(timestamp) + "  " + alert.message);
   }

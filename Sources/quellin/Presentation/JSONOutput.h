@@ -6,10 +6,11 @@
 
 namespace quellin::cli {
 
-/// `record` as one JSON document for people and programs. Throws `Failure` when it has no JSON form.
+/// `record` as one JSON document for people and programs, in one line where the layout is compact. Throws
+/// `Failure` when it has no JSON form.
 template <class T>
-[[nodiscard]] std::string jsonText(const T& record) {
-  const auto text = encodeJSON(record, KeyOrder::declaration, JSONLayout::pretty);
+[[nodiscard]] std::string jsonText(const T& record, JSONLayout layout = JSONLayout::pretty) {
+  const auto text = encodeJSON(record, KeyOrder::declaration, layout);
   if (!text) {
     throw Failure{ExitStatus::failed, "no JSON can be written: " + text.error().path + " " +
                                           text.error().reason + ". The command without --json shows it."};
