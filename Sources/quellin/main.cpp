@@ -5,7 +5,6 @@
 #include <variant>
 #include <vector>
 
-#include "QuellinCore/Sessions/StoreError.h"
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "quellin/CommandLine/CommandLine.h"
 #include "quellin/CommandLine/Failure.h"
@@ -48,8 +47,6 @@ ExitStatus runMain(const std::vector<std::string>& arguments, const Talk& talk) 
   } catch (const Failure& failure) {
     talk.say(failure.what());
     return failure.status();
-  } catch (const StoreError& error) {
-    talk.say(error.what());
   } catch (const std::exception& error) {
     talk.say(error.what());
   }

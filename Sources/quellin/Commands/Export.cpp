@@ -42,23 +42,21 @@ ExitStatus exportSession(const Invocation& invocation) {
   ExportProgress progress{invocation};
   const auto store = openRecordedStore(options);
   const auto session = findSession(*store, options.word);
-  const Instant now = systemWallClock().now();
-  if (!options.output) {
-    store->exportJSONL(session, now, [&](std::string_view text) {
-      invocation.out.write(text);
+  const auto exportTo = [&](auto& place) {
+    store->exportJSONL(session, systemWallClock().now(), [&](std::string_view text) {
+      place.write(text);
       progress.add(text.size());
     });
     progress.end();
+  };
+  if (!options.output) {
+    exportTo(invocation.out);
     return ExitStatus::ok;
   }
   if (!options.force && std::filesystem::is_regular_file(*options.output))
     throw alreadyThere(*options.output);
   NewFile file{*options.output};
-  store->exportJSONL(session, now, [&](std::string_view text) {
-    file.write(text);
-    progress.add(text.size());
-  });
-  progress.end();
+  exportTo(file);
   file.publish(options.force);
   invocation.talk.say("exported session " + shortID(*session) + " to " + *options.output + ".");
   return ExitStatus::ok;
