@@ -43,6 +43,9 @@ class Recording {
       end();  // what was recorded up to the damage is a session of its own
       throw;
     }
+    recording_.readLast(host_.monotonicClock->now());
+    recording_.storeLast();
+    if (const auto failure = recording_.newFailure()) tell(*failure);
     end();
     const auto& failure = recording_.recorder().lastError();
     if (failure) throw Failure{ExitStatus::failed, *failure};

@@ -54,7 +54,14 @@ class Span {
     ticker_.run([this](const std::function<void()>& done) { sample(done); });
   }
 
-  void end() { recording_.end(); }
+  /// Reads once more what the session ends with. Called on the loop's thread, at the end of what is measured.
+  void readLast() { recording_.readLast(finishedAt_); }
+
+  void end() {
+    recording_.storeLast();
+    if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
+    recording_.end();
+  }
 
   /// Nothing is left of it.
   void drop() { recording_.recorder().remove(session_); }
@@ -157,6 +164,7 @@ std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const Meas
   invocation.talk.say("measuring the idle machine first; Ctrl-C ends it all.");
   span.run();
   span.finish();
+  span.readLast();
   span.end();
   if (span.ticker().wasInterrupted()) return std::nullopt;
   return span.result();
@@ -178,6 +186,7 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
     span.loop().executor()->post([&, how] {
       end = how;
       hasEnded = true;
+      span.readLast();
       if (isAwaited) return span.loop().stop();
       if (endsWithCommand) span.ticker().end();
     });

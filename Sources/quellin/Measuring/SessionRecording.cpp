@@ -11,13 +11,13 @@ namespace quellin::cli {
 SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
                                    Seconds processInterval)
     : host_(host),
+      loop_(loop),
       reader_(host.reader()),
       recorder_(
           loop.executor(),
           openStore(invocation.options,
                     {.executor = loop.executor(), .clock = *host.wallClock, .dateText = frugalDateText()}),
-          processInterval,
-          [&host](int limit, Seconds interval) { return host.topProcesses(limit, interval); },
+          processInterval, [this](int limit, Seconds interval) { return topProcesses(limit, interval); },
           makeBackground(), *host.wallClock),
       telemetry_(invocation.options.telemetry && host.isNative, loop, invocation.tool) {}
 
@@ -30,9 +30,25 @@ const std::shared_ptr<PowerSession>& SessionRecording::begin(const std::optional
 }
 
 void SessionRecording::sample(std::function<void()> done) {
-  const SystemPowerState state = reader_.readAll();
-  reading_ = state.primaryPowerReading();
-  recorder_.record(state, telemetry_.latest(), std::move(done));
+  last_.reset();
+  recorder_.record(read(), telemetry_.latest(), std::move(done));
+}
+
+void SessionRecording::readLast(Seconds end) {
+  const bool isRead =
+      host_.player ? readAt_.has_value() || host_.player->atEnd() : readAt_ && *readAt_ >= end;
+  if (!isRead) last_ = read();
+}
+
+void SessionRecording::storeLast() {
+  if (!last_ || !isStillOurs()) return;
+  isEnding_ = true;
+  bool isStored = false;
+  recorder_.record(*std::exchange(last_, std::nullopt), telemetry_.latest(), [&] {
+    isStored = true;
+    loop_.stop();
+  });
+  while (!isStored) loop_.runAgain();  // something older may stop it first
 }
 
 std::optional<std::string> SessionRecording::newFailure() {
@@ -44,6 +60,17 @@ std::optional<std::string> SessionRecording::newFailure() {
 
 void SessionRecording::end() {
   if (recorder_.activeSession() && isStillOurs()) recorder_.stop(host_.wallClock->now());
+}
+
+SystemPowerState SessionRecording::read() {
+  SystemPowerState state = reader_.readAll();
+  readAt_ = host_.monotonicClock->now();
+  reading_ = state.primaryPowerReading();
+  return state;
+}
+
+std::vector<ProcessActivityInfo> SessionRecording::topProcesses(int limit, Seconds interval) const {
+  return isEnding_ ? std::vector<ProcessActivityInfo>{} : host_.topProcesses(limit, interval);
 }
 
 }  // namespace quellin::cli

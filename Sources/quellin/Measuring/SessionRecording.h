@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/CommandLine/Command.h"
@@ -46,6 +48,15 @@ class SessionRecording {
   /// Reads everything and stores it as one sample; calls `done` once, inside this call or later.
   void sample(std::function<void()> done);
 
+  /// Reads everything once more for the sample that the session ends with, unless the last reading was taken
+  /// at `end`, on the machine's monotonic clock, or later. A trace tells of nothing between its ticks: it is
+  /// only read where nothing of it was. Samples that follow make it void.
+  void readLast(Seconds end);
+
+  /// Stores what `readLast` read; runs the loop until that is done. The processes are not looked at again:
+  /// what they cost by now is no part of the session.
+  void storeLast();
+
   /// What went wrong with the last sample; a failure is told once, for as long as it lasts.
   [[nodiscard]] std::optional<std::string> newFailure();
 
@@ -53,12 +64,19 @@ class SessionRecording {
   void end();
 
  private:
+  [[nodiscard]] SystemPowerState read();
+  [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
+
   const MeasuredHost& host_;
+  Loop& loop_;
   SystemReader reader_;
+  std::atomic<bool> isEnding_{false};  // told to the recorder's thread
   PowerSessionRecorder recorder_;
   TelemetryFeed telemetry_;
   std::shared_ptr<PowerSession> session_;
   std::optional<PowerReading> reading_;
+  std::optional<Seconds> readAt_;         // on the machine's monotonic clock
+  std::optional<SystemPowerState> last_;  // to be stored by `storeLast`
   std::optional<std::string> toldFailure_;
 };
 

@@ -1,4 +1,5 @@
 // Energy by counters, which a command over a tree of kernel files moves itself.
+#include <optional>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -13,6 +14,14 @@ using testing::HasSubstr;
 using testing::Not;
 using testing_support::FrontEnd;
 using testing_support::UnpackedTree;
+
+// The number behind the first `name` in a JSON text.
+std::optional<double> numberOf(const std::string& json, const std::string& name) {
+  const std::string key = "\"" + name + "\" : ";
+  const auto found = json.find(key);
+  return found == std::string::npos ? std::nullopt
+                                    : std::optional{std::stod(json.substr(found + key.size()))};
+}
 
 struct RunTreeTest : testing::Test {
   const UnpackedTree tree = UnpackedTree::fixture("linux/laptop-energy.tree");
@@ -47,12 +56,34 @@ TEST_F(RunTreeTest, CountsOnBehindTheEndOfACounter) {
 }
 
 TEST_F(RunTreeTest, CountersThatCannotBeReadAreNotShown) {
-  EXPECT_THAT(
+  const std::string said =
       frontEnd
           .run({"run", "--source", ".", "--", "sh", "-c",
                 "rm sys/class/powercap/intel-rapl:0/energy_uj sys/class/powercap/intel-rapl:0:0/energy_uj"})
-          .error,
-      Not(HasSubstr("Counters")));
+          .error;
+  EXPECT_THAT(said, testing::AllOf(HasSubstr("Exit status       0\n"), Not(HasSubstr("Counters"))));
+}
+
+TEST_F(RunTreeTest, ReadingsReachToTheEndOfTheCommand) {
+  constexpr double watts = 22;  // that the battery takes all the time
+  const std::string said =
+      frontEnd.run({"run", "--source", ".", "--json", "--interval", "1h", "--", "sleep", "1"}).error;
+  const auto seconds = numberOf(said, "seconds");
+  const auto joules = numberOf(said.substr(0, said.find("\"counters\"")), "joules");
+  ASSERT_TRUE(seconds && joules) << said;
+  EXPECT_NEAR(*joules / watts, *seconds, 0.5);
+  EXPECT_EQ(numberOf(said, "readings"), 2);
+}
+
+TEST_F(RunTreeTest, ACommandThatEndsAtOnceHasAReading) {
+  const std::string said =
+      frontEnd.run({"run", "--source", ".", "--json", "--interval", "1h", "--", "true"}).error;
+  EXPECT_THAT(numberOf(said, "readings"), testing::Optional(testing::AnyOf(1, 2))) << said;
+}
+
+TEST_F(RunTreeTest, ARecordingReachesToItsEnd) {
+  EXPECT_THAT(frontEnd.run({"record", "--source", ".", "--interval", "1h", "--for", "1ms"}).output,
+              HasSubstr("Samples           2, with watts: 2\n"));
 }
 
 }  // namespace
