@@ -7,8 +7,8 @@
 
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "quellin/CommandLine/CommandLine.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Commands/BundledHelper.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

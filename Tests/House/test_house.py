@@ -35,6 +35,20 @@ class IncludeDirections(Tree):
         self.assertEqual(house.include_violations(self.root),
                          ["QuellinCore/Support/A.h: QuellinCore/Support must not include QuellinCore/Models/B.h"])
 
+    def test_front_end_rooms_are_held_to_their_arrows(self):
+        self.write("quellin/Presentation/A.h", "")
+        self.write("quellin/Commands/B.cpp", '#include "quellin/Presentation/A.h"\n')
+        self.assertEqual(house.include_violations(self.root), [])
+        self.write("quellin/Terminal/C.h", '#include "quellin/Presentation/A.h"\n')
+        self.assertEqual(house.include_violations(self.root),
+                         ["quellin/Terminal/C.h: quellin/Terminal must not include quellin/Presentation/A.h"])
+
+    def test_front_end_rooms_stand_in_an_order(self):
+        below = set()
+        for room, includes in house.FRONT_END.items():
+            self.assertLessEqual({f"quellin/{name}" for name in includes}, below, room)
+            below.add(room)
+
     def test_an_included_file_exists_or_is_configured(self):
         self.write("QuellinHelper/A.h", '#include "QuellinHelper/Version.h"\n')
         self.assertEqual(house.include_violations(self.root),

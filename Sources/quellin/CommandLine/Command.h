@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "QuellinCore/Services/ProTelemetryService.h"
-#include "quellin/CommandLine/ExitStatus.h"
 #include "quellin/CommandLine/Options.h"
+#include "quellin/Outcome/ExitStatus.h"
 #include "quellin/Terminal/Output.h"
 #include "quellin/Terminal/Terminal.h"
 

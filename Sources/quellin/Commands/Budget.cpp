@@ -3,11 +3,11 @@
 
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/JSONOutput.h"
-#include "quellin/Terminal/LiveLine.h"
+#include "quellin/Progress/LiveLine.h"
 
 namespace quellin::cli {
 namespace {

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "QuellinCore/Services/ProTelemetryService.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 

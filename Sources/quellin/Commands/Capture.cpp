@@ -6,11 +6,11 @@
 #include "QuellinCore/Platform/Recorded/TraceCapture.h"
 #include "QuellinCore/Platform/Recorded/TraceWriter.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/Ticker.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Progress/LiveLine.h"
 #include "quellin/Storage/NewFile.h"
-#include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
 namespace {

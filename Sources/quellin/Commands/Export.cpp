@@ -3,12 +3,12 @@
 #include <optional>
 
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/NewFile.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
-#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 

@@ -4,11 +4,11 @@
 #include "QuellinCore/Platform/OwnExecutable.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Commands/BundledHelper.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/HelperText.h"
 #include "quellin/Presentation/JSONOutput.h"
-#include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

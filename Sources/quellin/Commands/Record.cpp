@@ -5,17 +5,18 @@
 
 #include "QuellinCore/Services/ProTelemetryService.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/Ticker.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/HelperText.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionProgress.h"
-#include "quellin/Presentation/SessionReport.h"
-#include "quellin/Presentation/Table.h"
+#include "quellin/Presentation/SessionText.h"
+#include "quellin/Progress/LiveLine.h"
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
-#include "quellin/Terminal/LiveLine.h"
-#include "quellin/Terminal/SlowWork.h"
+#include "quellin/Storage/SessionReport.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {
@@ -62,7 +63,7 @@ class Recording {
     if (invocation_.options.json) {
       writeJSON(invocation_.out, report);
     } else {
-      showReport(report, invocation_);
+      invocation_.out.write(sessionText(report, invocation_.outTerminal));
     }
   }
 

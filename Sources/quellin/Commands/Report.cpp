@@ -2,13 +2,13 @@
 
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/ReportDocument.h"
 #include "quellin/Presentation/ReportPage.h"
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/NewFile.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
-#include "quellin/Terminal/SlowWork.h"
 #include "quellin/Version.h"
 
 namespace quellin::cli {

@@ -3,12 +3,12 @@
 #include <string>
 
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/CommandRun.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/RunReport.h"
-#include "quellin/Presentation/Table.h"
 #include "quellin/Storage/NewFile.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

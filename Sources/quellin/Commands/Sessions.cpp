@@ -1,13 +1,14 @@
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
-#include "quellin/Terminal/SlowWork.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

@@ -1,8 +1,10 @@
+#include "quellin/CommandLine/Command.h"
 #include "quellin/Presentation/JSONOutput.h"
-#include "quellin/Presentation/SessionReport.h"
+#include "quellin/Presentation/SessionText.h"
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionReport.h"
 #include "quellin/Storage/SessionStore.h"
-#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 
@@ -14,7 +16,7 @@ ExitStatus showSession(const Invocation& invocation) {
   if (invocation.options.json) {
     writeJSON(invocation.out, report);
   } else {
-    showReport(report, invocation);
+    invocation.out.write(sessionText(report, invocation.outTerminal));
   }
   return ExitStatus::ok;
 }

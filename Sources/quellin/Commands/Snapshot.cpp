@@ -1,44 +1,15 @@
 #include <algorithm>
-#include <tuple>
 
-#include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Measuring/MeasuredHost.h"
-#include "quellin/Presentation/Figure.h"
-#include "quellin/Presentation/FigureTable.h"
 #include "quellin/Presentation/JSONOutput.h"
-#include "quellin/Presentation/ProcessTable.h"
-#include "quellin/Presentation/Table.h"
+#include "quellin/Presentation/SnapshotReport.h"
 
 namespace quellin::cli {
 namespace {
 
 constexpr int processLimit = 10;
 constexpr Seconds processInterval{0.35};
-
-struct SnapshotReport {
-  std::string source;
-  Instant timestamp;
-  std::vector<Figure> figures;
-  std::optional<std::vector<ProcessActivityInfo>> processes;
-
-  static constexpr auto fields() {
-    return std::tuple{
-        Field{"source", &SnapshotReport::source}, Field{"timestamp", &SnapshotReport::timestamp},
-        Field{"figures", &SnapshotReport::figures}, Field{"processes", &SnapshotReport::processes}};
-  }
-};
-
-void show(const SnapshotReport& report, const Invocation& invocation) {
-  const auto width = invocation.outTerminal.width;
-  invocation.out.line("Snapshot of " + printable(measuredName(invocation.options)) + " at " +
-                      formatISO8601(report.timestamp));
-  invocation.out.line("");
-  invocation.out.write(figureTable(report.figures, width));
-  if (!report.processes) return;
-  invocation.out.line("");
-  invocation.out.write(processTable(*report.processes, width));
-}
 
 }  // namespace
 
@@ -53,7 +24,8 @@ ExitStatus snapshot(const Invocation& invocation) {
   if (invocation.options.json) {
     writeJSON(invocation.out, report);
   } else {
-    show(report, invocation);
+    invocation.out.write(
+        snapshotText(report, measuredName(invocation.options), invocation.outTerminal.width));
   }
   const bool knowsAny = std::ranges::any_of(report.figures, &Figure::isKnown);
   if (knowsAny || (report.processes && !report.processes->empty())) return ExitStatus::ok;

@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "QuellinCore/Services/EnergySpan.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/Ticker.h"
-#include "quellin/Presentation/Table.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/SessionLookup.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

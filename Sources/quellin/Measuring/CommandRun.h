@@ -1,32 +1,13 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "QuellinCore/Models/SiliconEnergy.h"
-#include "QuellinCore/Sessions/PowerSession.h"
-#include "QuellinCore/Support/UUID.h"
 #include "quellin/CommandLine/Command.h"
-#include "quellin/Measuring/CommandProcess.h"
+#include "quellin/Measuring/MeasuredCommand.h"
 #include "quellin/Measuring/MeasuredHost.h"
-#include "quellin/Presentation/SessionReport.h"
 
 namespace quellin::cli {
-
-/// A stretch of time that was measured.
-struct MeasuredSpan {
-  SessionReport report;                   ///< what its session comes to
-  double seconds = 0;                     ///< how long it took
-  std::optional<SiliconEnergy> counters;  ///< what the counters gained from its first to its last moment
-};
-
-/// A command that was measured.
-struct MeasuredCommand {
-  std::optional<MeasuredSpan> span;  ///< absent when measuring failed, which was told
-  CommandEnd end;
-};
 
 /// Records a session of `length` over the idle machine. No value when the user interrupted it. Throws as
 /// `measureCommand`.

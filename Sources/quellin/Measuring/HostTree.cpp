@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 #ifdef __linux__
 #include "QuellinCore/Platform/Linux/LinuxBatterySource.h"

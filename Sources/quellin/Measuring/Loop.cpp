@@ -17,7 +17,7 @@
 #include <boost/asio/steady_timer.hpp>
 
 #include "QuellinCore/Support/AsioExecutor.h"
-#include "quellin/CommandLine/ExitStatus.h"
+#include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
 

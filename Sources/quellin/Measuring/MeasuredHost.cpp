@@ -6,8 +6,8 @@
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Services/ProcessActivityService.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/HostTree.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionStore.h"
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 

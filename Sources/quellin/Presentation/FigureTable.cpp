@@ -4,6 +4,7 @@
 
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Terminal/Output.h"
 
 namespace quellin::cli {

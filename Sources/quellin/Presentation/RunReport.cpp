@@ -3,7 +3,9 @@
 #include "QuellinCore/Models/PowerReadingRules.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/SessionText.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {

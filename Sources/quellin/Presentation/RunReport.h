@@ -10,7 +10,7 @@
 #include "QuellinCore/Sessions/RecorderCost.h"
 #include "QuellinCore/Sessions/SessionCoverage.h"
 #include "QuellinCore/Support/UUID.h"
-#include "quellin/Measuring/CommandRun.h"
+#include "quellin/Measuring/MeasuredCommand.h"
 
 namespace quellin::cli {
 

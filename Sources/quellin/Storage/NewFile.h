@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "QuellinCore/Support/FileDescriptor.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/RemovalOnSignal.h"
 
 namespace quellin::cli {

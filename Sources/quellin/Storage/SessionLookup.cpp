@@ -4,7 +4,7 @@
 #include <cctype>
 #include <vector>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

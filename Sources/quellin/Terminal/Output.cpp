@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "QuellinCore/Support/FileDescriptor.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

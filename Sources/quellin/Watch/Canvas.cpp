@@ -6,7 +6,8 @@
 #include <utility>
 
 #include "QuellinCore/Support/Text.h"
-#include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
+#include "quellin/Terminal/TextColumns.h"
 
 namespace quellin::cli {
 namespace {

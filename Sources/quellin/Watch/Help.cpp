@@ -1,6 +1,6 @@
 #include <string_view>
 
-#include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 #include "quellin/Watch/Keys.h"
 #include "quellin/Watch/Layout.h"
 

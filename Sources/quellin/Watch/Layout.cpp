@@ -8,7 +8,6 @@
 #include "quellin/Presentation/Figure.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/ProcessTable.h"
-#include "quellin/Presentation/Table.h"
 #include "quellin/Watch/History.h"
 #include "quellin/Watch/Keys.h"
 #include "quellin/Watch/Panels.h"

@@ -10,7 +10,7 @@
 #define NCURSES_NOMACROS
 #include <curses.h>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Watch/ScreenRescue.h"
 
 namespace quellin::cli {

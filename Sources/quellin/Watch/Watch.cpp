@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Watch/Layout.h"
 
 namespace quellin::cli {

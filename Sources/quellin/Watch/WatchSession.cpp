@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "quellin/Presentation/SessionProgress.h"
-#include "quellin/Presentation/Table.h"
 #include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 

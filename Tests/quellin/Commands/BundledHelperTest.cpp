@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "Support/TemporaryFolder.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Commands/BundledHelper.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "Support/TemporaryFolder.h"
 #include "Support/TreeArchive.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/HostTree.h"
 #include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "Support/Replay.h"
 #include "Support/TemporaryFolder.h"
-#include "quellin/CommandLine/Failure.h"
 #include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {

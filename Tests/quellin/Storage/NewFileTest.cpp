@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 
 #include "Support/TemporaryFolder.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/NewFile.h"
 
 namespace quellin::cli {

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "Support/MemoryStore.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/SessionLookup.h"
 
 namespace quellin::cli {

@@ -7,7 +7,7 @@
 #include "QuellinCore/Support/FileDescriptor.h"
 #include "Support/JoinedThread.h"
 #include "Support/TemporaryFolder.h"
-#include "quellin/CommandLine/Failure.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Terminal/Output.h"
 
 namespace quellin::cli {

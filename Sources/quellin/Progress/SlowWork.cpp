@@ -1,4 +1,4 @@
-#include "quellin/Terminal/SlowWork.h"
+#include "quellin/Progress/SlowWork.h"
 
 #include <utility>
 

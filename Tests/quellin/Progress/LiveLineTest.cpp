@@ -5,8 +5,8 @@
 
 #include "Support/ManualClock.h"
 #include "Support/PseudoTerminal.h"
+#include "quellin/Progress/LiveLine.h"
 #include "quellin/Support/TalkPipe.h"
-#include "quellin/Terminal/LiveLine.h"
 
 namespace quellin::cli {
 namespace {

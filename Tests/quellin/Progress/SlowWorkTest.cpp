@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "quellin/Progress/SlowWork.h"
 #include "quellin/Support/TalkPipe.h"
-#include "quellin/Terminal/SlowWork.h"
 
 namespace quellin::cli {
 namespace {

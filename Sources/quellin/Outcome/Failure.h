@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "quellin/CommandLine/ExitStatus.h"
+#include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
 

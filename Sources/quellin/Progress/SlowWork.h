@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "QuellinCore/Support/Clock.h"
-#include "quellin/Terminal/LiveLine.h"
+#include "quellin/Progress/LiveLine.h"
 
 namespace quellin::cli {
 

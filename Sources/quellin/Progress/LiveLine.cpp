@@ -1,6 +1,7 @@
-#include "quellin/Terminal/LiveLine.h"
+#include "quellin/Progress/LiveLine.h"
 
-#include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
+#include "quellin/Terminal/TextColumns.h"
 
 namespace quellin::cli {
 

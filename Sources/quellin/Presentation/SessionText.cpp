@@ -1,8 +1,9 @@
-#include "quellin/Presentation/SessionReport.h"
+#include "quellin/Presentation/SessionText.h"
 
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 
@@ -33,34 +34,24 @@ std::string withUnit(const std::string& text, const std::string& unit) {
   return text == unknown ? text : text + " " + unit;
 }
 
-// Text in lines "name  value".
-class Lines {
- public:
-  explicit Lines(const Invocation& invocation) : invocation_(invocation) {}
-
-  void add(const std::string& name, const std::string& value) const {
-    invocation_.out.write(namedLine(name, value));
-  }
-
- private:
-  const Invocation& invocation_;
-};
-
-void showFigures(const SessionReport& report, const Lines& lines) {
+std::string figureLines(const SessionReport& report) {
   const PowerSessionSummary& summary = report.summary;
-  lines.add("Duration", durationText(Seconds{summary.durationSeconds}));
-  lines.add("Samples", whole(summary.sampleCount) + ", with watts: " + whole(summary.wattSampleCount));
-  lines.add("Average", withUnit(decimal(summary.averageWatts, 2), "W"));
-  lines.add("Lowest, highest",
-            withUnit(decimal(summary.minWatts, 2), "W") + ", " + withUnit(decimal(summary.maxWatts, 2), "W"));
-  lines.add("Energy", withUnit(decimal(summary.totalWattHours, 3), "Wh"));
-  if (summary.averageWattsNote) lines.add("Note", *summary.averageWattsNote);
-  lines.add("Battery", change(summary.batteryPercentStart, summary.batteryPercentEnd));
-  lines.add("Hottest", withUnit(decimal(summary.maxTemperature, 1), "°C"));
-  lines.add("Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"));
-  lines.add("Thermal pressure", "at most " + whole(summary.maxThermalPressure) + " of 4");
-  lines.add("Coverage", coverageText(report.coverage));
-  lines.add("Recorder", recorderCostText(report.recorderCost));
+  std::string text;
+  text += namedLine("Duration", durationText(Seconds{summary.durationSeconds}));
+  text +=
+      namedLine("Samples", whole(summary.sampleCount) + ", with watts: " + whole(summary.wattSampleCount));
+  text += namedLine("Average", withUnit(decimal(summary.averageWatts, 2), "W"));
+  text += namedLine("Lowest, highest", withUnit(decimal(summary.minWatts, 2), "W") + ", " +
+                                           withUnit(decimal(summary.maxWatts, 2), "W"));
+  text += namedLine("Energy", withUnit(decimal(summary.totalWattHours, 3), "Wh"));
+  if (summary.averageWattsNote) text += namedLine("Note", *summary.averageWattsNote);
+  text += namedLine("Battery", change(summary.batteryPercentStart, summary.batteryPercentEnd));
+  text += namedLine("Hottest", withUnit(decimal(summary.maxTemperature, 1), "°C"));
+  text += namedLine("Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"));
+  text += namedLine("Thermal pressure", "at most " + whole(summary.maxThermalPressure) + " of 4");
+  text += namedLine("Coverage", coverageText(report.coverage));
+  text += namedLine("Recorder", recorderCostText(report.recorderCost));
+  return text;
 }
 
 // What a segment comes to stands first and fits into 80 columns.
@@ -97,31 +88,21 @@ std::string contributorTable(const std::vector<PowerSessionContributor>& contrib
 
 }  // namespace
 
-SessionReport sessionReport(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
-  return {.session = PowerSessionMetadataDTO{*session},
-          .summary = store.summary(session),
-          .coverage = store.coverage(session),
-          .recorderCost = store.cost(*session)};
-}
-
-void showReport(const SessionReport& report, const Invocation& invocation) {
-  Output& out = invocation.out;
+std::string sessionText(const SessionReport& report, const Terminal& terminal) {
   const auto& session = report.session;
-  out.line(invocation.outTerminal.styled(Style::strong, printable(session.title)));
-  const Lines lines{invocation};
-  lines.add("Session", session.id.text());
-  lines.add("Status", session.status);
-  lines.add("Started", formatISO8601(session.startedAt));
-  lines.add("Ended", session.endedAt ? formatISO8601(*session.endedAt) : "not yet");
-  showFigures(report, lines);
+  std::string text = terminal.styled(Style::strong, printable(session.title)) + "\n";
+  text += namedLine("Session", session.id.text());
+  text += namedLine("Status", session.status);
+  text += namedLine("Started", formatISO8601(session.startedAt));
+  text += namedLine("Ended", session.endedAt ? formatISO8601(*session.endedAt) : "not yet");
+  text += figureLines(report);
   if (!report.summary.powerSegments.empty()) {
-    out.line("");
-    out.write(segmentTable(report.summary.powerSegments, invocation.outTerminal.width));
+    text += "\n" + segmentTable(report.summary.powerSegments, terminal.width);
   }
   if (!report.summary.topContributors.empty()) {
-    out.line("");
-    out.write(contributorTable(report.summary.topContributors, invocation.outTerminal.width));
+    text += "\n" + contributorTable(report.summary.topContributors, terminal.width);
   }
+  return text;
 }
 
 }  // namespace quellin::cli

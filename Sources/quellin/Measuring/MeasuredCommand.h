@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+
+#include "QuellinCore/Models/SiliconEnergy.h"
+#include "quellin/Measuring/CommandProcess.h"
+#include "quellin/Storage/SessionReport.h"
+
+namespace quellin::cli {
+
+/// A stretch of time that was measured.
+struct MeasuredSpan {
+  SessionReport report;                   ///< what its session comes to
+  double seconds = 0;                     ///< how long it took
+  std::optional<SiliconEnergy> counters;  ///< what the counters gained from its first to its last moment
+};
+
+/// A command that was measured.
+struct MeasuredCommand {
+  std::optional<MeasuredSpan> span;  ///< absent when measuring failed, which was told
+  CommandEnd end;
+};
+
+}  // namespace quellin::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "QuellinCore/Sessions/RecorderCost.h"
+#include "QuellinCore/Sessions/SessionCoverage.h"
+#include "quellin/Storage/SessionReport.h"
+#include "quellin/Terminal/Terminal.h"
+
+namespace quellin::cli {
+
+/// How much of a session's time has readings, in words.
+[[nodiscard]] std::string coverageText(const SessionCoverage& coverage);
+
+/// What recording has cost, in words; "unknown" when nobody noted it.
+[[nodiscard]] std::string recorderCostText(const std::optional<RecorderCost>& cost);
+
+/// The report of a session as lines of text for `terminal`.
+[[nodiscard]] std::string sessionText(const SessionReport& report, const Terminal& terminal);
+
+}  // namespace quellin::cli
