@@ -117,18 +117,12 @@ std::vector<std::string> wordsOf(const Options& options) {
   return words;
 }
 
-bool isIgnored(int signal) {
-  struct sigaction action{};
-  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-}
-
-// What is sent to this program is meant for the command. What is typed reaches it without us, and what this
-// program was told to ignore the command ignores, too.
+// What is sent to this program is meant for the command. What is typed reaches it without us; nothing tells
+// it here from the same signal sent to a job in the foreground.
 void passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
   loop.beImperturbable();
-  for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT}) {
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2}) {
     const bool canBeTyped = signal == SIGINT || signal == SIGQUIT;
-    if (isIgnored(signal)) continue;
     loop.onSignal(signal, [signal, canBeTyped, &command] {
       if (!canBeTyped || !ownsTerminal()) command->send(signal);
     });

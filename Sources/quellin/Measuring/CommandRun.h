@@ -20,6 +20,9 @@ namespace quellin::cli {
 /// A trace's clock runs while the command runs. At maximum speed the two have no time in common: then the
 /// trace is played to its end, however long the command takes, and counts as the time of the command.
 ///
+/// The command gets TERM, HUP, INT, QUIT, USR1 and USR2 when they are sent to this process. While it is in
+/// the foreground of a terminal, INT and QUIT count as typed there, which the command gets by itself.
+///
 /// Throws `Failure`: notFound and notExecutable when the command cannot be started, notMeasured when another
 /// session is being recorded, and what the core throws. Measuring that fails afterwards leaves the command
 /// alone.

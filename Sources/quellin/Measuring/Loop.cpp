@@ -26,6 +26,11 @@ namespace {
 // Longer than anybody waits, and short enough to be counted in nanoseconds.
 constexpr Seconds longestDelay{1e9};
 
+bool isIgnored(int signal) {
+  struct sigaction action{};
+  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 void waitAgain(boost::asio::signal_set& set, std::function<void()> action) {
   set.async_wait([&set, action = std::move(action)](const boost::system::error_code& error, int) {
     if (error) return;
@@ -45,7 +50,7 @@ struct Loop::State {
 
   // Signals are heard on a thread of their own: the loop's may be held up by the hardware.
   boost::asio::io_context signalContext{1};
-  boost::asio::signal_set signals{signalContext, SIGINT, SIGTERM};
+  boost::asio::signal_set signals{signalContext};
   int interruptions = 0;      // seen by the signals' thread
   std::atomic<int> heard{0};  // by the loop's
   std::atomic<bool> isStopped{false};
@@ -55,6 +60,9 @@ struct Loop::State {
   std::thread signalThread;
 
   State() {
+    for (const int signal : {SIGINT, SIGTERM}) {
+      if (!isIgnored(signal)) signals.add(signal);
+    }
     waitForSignal();
     signalThread = std::thread{[this] { signalContext.run(); }};
   }
@@ -103,6 +111,7 @@ void Loop::onSuddenEnd(std::function<void()> action) {
 void Loop::beImperturbable() { state_->isImperturbable = true; }
 
 void Loop::onSignal(int signal, std::function<void()> action) {
+  if (isIgnored(signal)) return;
   auto& set = state_->others.emplace_back(state_->context, signal);
   waitAgain(set, std::move(action));
 }

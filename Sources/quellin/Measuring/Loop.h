@@ -8,7 +8,8 @@
 
 namespace quellin::cli {
 
-/// The event loop of a command that takes its time. Used on the thread that made it.
+/// The event loop of a command that takes its time. Used on the thread that made it. Signals that this
+/// program was started to ignore stay ignored, and so they do for the programs that it starts.
 class Loop {
  public:
   Loop();

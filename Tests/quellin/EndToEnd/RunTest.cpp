@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Support/TerminalProgram.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 
 namespace quellin::cli {
@@ -22,6 +23,7 @@ using testing_support::macbook;
 using testing_support::ProgramResult;
 using testing_support::ProgramStart;
 using testing_support::RunningProgram;
+using testing_support::TerminalProgram;
 
 struct RunTest : testing::Test {
   FrontEnd frontEnd;
@@ -104,7 +106,7 @@ class PassedSignalTest : public RunTest, public testing::WithParamInterface<int>
 
 TEST_P(PassedSignalTest, GoesToTheCommandWhichMayTakeItsTime) {
   ProgramStart start = frontEnd.start({"run", "--source", macbook, "--speed", "1", "--", "sh", "-c",
-                                       "trap 'echo heard; exit 9' INT TERM HUP QUIT; echo ready; "
+                                       "trap 'echo heard; exit 9' INT TERM HUP QUIT USR1 USR2; echo ready; "
                                        "while true; do sleep 0.01; done"});
   const auto prepare = start.prepare;
   start.prepare = [prepare] {
@@ -120,7 +122,41 @@ TEST_P(PassedSignalTest, GoesToTheCommandWhichMayTakeItsTime) {
   EXPECT_THAT(sessions(), AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, PassedSignalTest, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
+INSTANTIATE_TEST_SUITE_P(Signals, PassedSignalTest,
+                         testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2));
+
+TEST_F(RunTest, WhatIsTypedReachesTheCommandOnce) {
+  const std::string script =
+      "n=0; trap 'n=$((n+1)); echo interrupted' INT; trap 'echo heard $n; exit 3' USR1; echo ready; "
+      "while true; do sleep 0.01; done";
+  const ProgramStart start =
+      frontEnd.start({"run", "--source", macbook, "--speed", "1", "--", "sh", "-c", script});
+  TerminalProgram program{{.executable = start.executable,
+                           .arguments = {start.arguments.begin() + 1, start.arguments.end()},
+                           .environment = start.environment,
+                           .prepare = start.prepare}};
+  ASSERT_TRUE(program.waitFor("ready"));
+  program.type("\x03");
+  ASSERT_TRUE(program.waitFor("interrupted"));
+  program.sendSignal(SIGUSR1);  // passed on behind whatever else is
+  EXPECT_TRUE(program.waitFor("heard 1"));
+  EXPECT_EQ(program.finish().exitStatus, 3);
+}
+
+TEST_F(RunTest, WhatIsIgnoredTheCommandIgnoresToo) {
+  ProgramStart start =
+      frontEnd.start({"run", "--source", macbook, "--baseline", "10s", "--", "sh", "-c",
+                      "for s in INT TERM HUP QUIT USR1 USR2; do kill -$s $$; done; echo on"});
+  const auto prepare = start.prepare;
+  start.prepare = [prepare] {
+    prepare();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2})
+      std::signal(signal, SIG_IGN);
+  };
+  const ProgramResult result = testing_support::runProgram(start);
+  EXPECT_EQ(result.exitStatus, 0) << result;
+  EXPECT_EQ(result.output, "on\n");
+}
 
 TEST_F(RunTest, BeingAskedToEndDuringTheBaselineRunsNothing) {
   RunningProgram program{
