@@ -21,7 +21,7 @@ std::string coverageText(const SessionCoverage& coverage) {
 std::string recorderCostText(const std::optional<RecorderCost>& cost) {
   if (!cost) return unknown;
   return decimal(cost->cpuSeconds, 2) + " s of CPU time, " +
-         byteText(static_cast<double>(cost->bytesWritten)) + " written";
+         byteText(static_cast<double>(cost->bytesWritten)) + " written to the log";
 }
 
 namespace {
@@ -34,6 +34,12 @@ std::string withUnit(const std::string& text, const std::string& unit) {
   return text == unknown ? text : text + " " + unit;
 }
 
+// Extremes of different quantities are none: each segment has its own.
+std::string extremes(const PowerSessionSummary& summary) {
+  if (summary.averageWattsNote) return unknown;
+  return withUnit(decimal(summary.minWatts, 2), "W") + ", " + withUnit(decimal(summary.maxWatts, 2), "W");
+}
+
 std::string figureLines(const SessionReport& report) {
   const PowerSessionSummary& summary = report.summary;
   std::string text;
@@ -41,8 +47,7 @@ std::string figureLines(const SessionReport& report) {
   text +=
       namedLine("Samples", whole(summary.sampleCount) + ", with watts: " + whole(summary.wattSampleCount));
   text += namedLine("Average", withUnit(decimal(summary.averageWatts, 2), "W"));
-  text += namedLine("Lowest, highest", withUnit(decimal(summary.minWatts, 2), "W") + ", " +
-                                           withUnit(decimal(summary.maxWatts, 2), "W"));
+  text += namedLine("Lowest, highest", extremes(summary));
   text += namedLine("Energy", withUnit(decimal(summary.totalWattHours, 3), "Wh"));
   if (summary.averageWattsNote) text += namedLine("Note", *summary.averageWattsNote);
   text += namedLine("Battery", change(summary.batteryPercentStart, summary.batteryPercentEnd));

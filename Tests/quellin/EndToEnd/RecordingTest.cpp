@@ -75,7 +75,7 @@ TEST_F(RecordingTest, SaysWhatItCostUnlessEarlierSoftwareRecordedTheSession) {
   const FrontEnd::Words show{"show", "last", "--store", store};
   const FrontEnd::Words showJSON{"show", "last", "--store", store, "--json"};
   EXPECT_THAT(frontEnd.run(show).output,
-              ContainsRegex("\nRecorder          [0-9.]+ s of CPU time, [0-9.]+ .B written\n"));
+              ContainsRegex("\nRecorder          [0-9.]+ s of CPU time, [0-9.]+ .B written to the log\n"));
   EXPECT_GT(numberIn(frontEnd.run(showJSON).output, "bytesWritten"), 4096);
   Database(store, Database::Access::readWrite, {}).execute(testing_support::backToVersion1);
   EXPECT_THAT(frontEnd.run(show).output, HasSubstr("\nRecorder          unknown\n"));

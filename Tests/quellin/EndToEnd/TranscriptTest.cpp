@@ -14,8 +14,8 @@ TEST(TranscriptTest, MasksWhatDiffersFromRunToRunAndNothingElse) {
             "XXXXXXXX  completed\nXXXXXXXX  x, session XXXXXXXX, y");
   EXPECT_EQ(masked("/home/x/day.jsonl", "/home/x"), "HOME/day.jsonl");
   EXPECT_EQ(masked("\"\\/home\\/x\\/day.jsonl\"", "/home/x"), "\"HOME\\/day.jsonl\"");
-  EXPECT_EQ(masked("x\nRecorder          0.01 s of CPU time, 5.5 kB written\n1 s", "/home/x"),
-            "x\nRecorder          X s of CPU time, X kB written\n1 s");
+  EXPECT_EQ(masked("x\nRecorder          0.01 s of CPU time, 5.5 kB written to the log\n1 s", "/home/x"),
+            "x\nRecorder          X s of CPU time, X kB written to the log\n1 s");
   EXPECT_EQ(masked("  \"cpuSeconds\" : 1.5e-05,\n  \"bytesWritten\" : 12,\n  \"more\": 12", "/home/x"),
             "  \"cpuSeconds\" : X,\n  \"bytesWritten\" : X,\n  \"more\": 12");
   for (const char* const kept : {"0.12345678 W", "session 12345678901", "6c39de96 x", "12345678.5"}) {
