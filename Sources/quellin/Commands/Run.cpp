@@ -63,12 +63,10 @@ class Runs {
 
   // Returns the status of the first run that did not succeed, else 0.
   int run() {
-    std::optional<MeasuredHost> host = MeasuredHost::open(options_);
-    if (options_.baseline && !measureBaseline(*host)) return interruptedStatus;
+    if (options_.baseline && !measureBaseline()) return interruptedStatus;
     int status = 0;
     for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
-      if (turn > 1) host = MeasuredHost::open(options_);
-      status = runOnce(*host, turn);
+      status = runOnce(turn);
     }
     if (options_.json) sink_.write(jsonText(report_) + "\n");
     sink_.finish();
@@ -84,15 +82,18 @@ class Runs {
     return text;
   }
 
-  bool measureBaseline(const MeasuredHost& host) {
+  bool measureBaseline() {
+    const MeasuredHost host = MeasuredHost::open(options_);
     const auto idle = measureIdle(invocation_, host, title_ + ", idle", *options_.baseline);
     if (!idle) return false;
+    if (host.player) idleTicks_ = host.player->ticksPlayed();
     report_.idle = spanReport(*idle);
     show("idle", spanText(*report_.idle, sink_.width()));
     return true;
   }
 
-  int runOnce(const MeasuredHost& host, int turn) {
+  int runOnce(int turn) {
+    const MeasuredHost host = MeasuredHost::open(options_, idleTicks_);
     const MeasuredCommand measured = measureCommand(invocation_, host, title_);
     report_.runs.push_back(commandReport(measured, report_.idle));
     const std::string turnText =
@@ -110,6 +111,7 @@ class Runs {
   const Options& options_ = invocation_.options;
   ResultSink sink_;
   RunReport report_;
+  std::size_t idleTicks_ = 0;  // of a trace, at its beginning
   std::string title_;
 };
 

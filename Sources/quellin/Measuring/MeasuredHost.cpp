@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <expected>
 #include <filesystem>
+#include <utility>
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Services/ProcessActivityService.h"
@@ -14,8 +16,18 @@ namespace {
 
 constexpr std::string_view nativeSource = "native";
 
-MeasuredHost replay(const Options& options) {
-  auto player = TracePlayer::open(options.source, options.speed);
+std::expected<std::shared_ptr<TracePlayer>, TraceError> playerOf(const Options& options,
+                                                                 std::size_t skippedTicks) {
+  auto reader = TraceReader::open(options.source);
+  if (!reader) return std::unexpected(reader.error());
+  for (std::size_t tick = 0; tick < skippedTicks; ++tick) {
+    if (const auto skipped = reader->next(); !skipped) return std::unexpected(skipped.error());
+  }
+  return TracePlayer::over(*std::move(reader), options.speed);
+}
+
+MeasuredHost replay(const Options& options, std::size_t skippedTicks) {
+  const auto player = playerOf(options, skippedTicks);
   if (!player) throw Failure{ExitStatus::failed, player.error().message()};
   return {.sources = recordedSources(*player),
           .player = *player,
@@ -26,14 +38,14 @@ MeasuredHost replay(const Options& options) {
 
 }  // namespace
 
-MeasuredHost MeasuredHost::open(const Options& options) {
+MeasuredHost MeasuredHost::open(const Options& options, std::size_t skippedTicks) {
   if (options.source == nativeSource) {
     return {.sources = PlatformSources::native(), .player = nullptr, .isNative = true};
   }
   if (std::filesystem::is_directory(options.source)) {
     return {.sources = hostTree(options.source), .player = nullptr, .isNative = false};
   }
-  return replay(options);
+  return replay(options, skippedTicks);
 }
 
 MeasuredHost MeasuredHost::openMeasurable(const Options& options) {

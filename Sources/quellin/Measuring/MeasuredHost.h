@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,8 +23,8 @@ struct MeasuredHost {
   MonotonicClock* monotonicClock = &systemMonotonicClock();
   const WallClock* wallClock = &systemWallClock();
 
-  /// The machine that `options` name. Throws `Failure`.
-  [[nodiscard]] static MeasuredHost open(const Options& options);
+  /// The machine that `options` name; of a trace, what follows its first `skippedTicks`. Throws `Failure`.
+  [[nodiscard]] static MeasuredHost open(const Options& options, std::size_t skippedTicks = 0);
 
   /// As `open`; throws `Failure`, nothingMeasurable, when none of the machine's sources would give values.
   [[nodiscard]] static MeasuredHost openMeasurable(const Options& options);

@@ -46,6 +46,7 @@ void Ticker::finished() {
     nextAt_ = std::max(nextAt_, now);
     return loop_.after(nextAt_ - now, [this] { begin(); });
   }
+  if (isLastTick()) return stopNow();
   loop_.after(host_.player->untilNext(), [this] {
     if (const auto moved = host_.player->advance(); !moved) damage_ = moved.error().message();
     begin();
@@ -54,9 +55,13 @@ void Ticker::finished() {
 
 void Ticker::stopNow() { loop_.stop(); }
 
-bool Ticker::isOver() const {
-  if (isEnding_ || !host_.player) return isEnding_;
-  return host_.player->atEnd() || (duration_ && host_.monotonicClock->now() - startedAt_ > *duration_);
+bool Ticker::isOver() const { return isEnding_ || (host_.player && host_.player->atEnd()); }
+
+// The next tick of the trace would be behind the end: somebody else may want it.
+bool Ticker::isLastTick() const {
+  const auto answers = host_.player->answers();
+  const auto untilNext = host_.player->interval();
+  return duration_ && answers && untilNext && answers->monotonic + *untilNext - startedAt_ > *duration_;
 }
 
 }  // namespace quellin::cli

@@ -37,6 +37,7 @@ class Ticker {
   void finished();
   void stopNow();
   [[nodiscard]] bool isOver() const;
+  [[nodiscard]] bool isLastTick() const;
 
   Loop& loop_;
   const MeasuredHost& host_;

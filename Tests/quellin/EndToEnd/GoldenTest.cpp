@@ -70,6 +70,7 @@ TEST_F(GoldenTest, CommandsThatAreRun) {
   transcript.run(with({"--json", "--title", "Nothing", "--", "true"}));
   transcript.run(with({"--baseline", "60s", "--", "sh", "-c", "echo done; exit 4"}));
   transcript.run(with({"--repeat", "2", "--title", "Twice", "--", "echo", "work"}));
+  transcript.run(with({"--baseline", "60s", "--repeat", "2", "--title", "Alike", "--", "true"}));
   transcript.run(with({"--repeat", "2", "--title", "Not twice", "--", "false"}));
   transcript.run(with({"--", "there-is-no-such-command"}));
   transcript.run(with({"--", "/"}));
