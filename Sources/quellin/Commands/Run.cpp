@@ -68,6 +68,7 @@ class Runs {
     for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
       status = runOnce(turn);
     }
+    if (report_.runs.size() > 1) showTogether();
     if (options_.json) sink_.write(jsonText(report_) + "\n");
     sink_.finish();
     return status;
@@ -98,9 +99,14 @@ class Runs {
     report_.runs.push_back(commandReport(measured, report_.idle));
     const std::string turnText =
         options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
-    show(title_ + turnText, cli::commandText(report_.runs.back(), sink_.width()));
+    show(title_ + turnText, cli::commandText(report_.runs.back(), report_.idle.has_value(), sink_.width()));
     const int status = measured.end.shellStatus();
     return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;
+  }
+
+  void showTogether() {
+    const std::string text = runsText(report_.runs, sink_.width());
+    if (!text.empty()) show(title_ + ", all " + std::to_string(report_.runs.size()), text);
   }
 
   void show(const std::string& heading, const std::string& text) {

@@ -72,7 +72,10 @@ class Span {
     }
     SessionReport report = sessionReport(recording_.store(), session_);
     const double seconds = host_.player ? report.summary.durationSeconds : (finishedAt_ - startedAt_).count();
-    return {.report = std::move(report), .seconds = seconds, .counters = counters_};
+    MeasuredSpan span{
+        .report = std::move(report), .seconds = seconds, .counters = counters_, .countersPath = std::nullopt};
+    if (counters_) span.countersPath = host_.sources.energy->diagnose().path;
+    return span;
   }
 
  private:

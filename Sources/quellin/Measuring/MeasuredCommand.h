@@ -10,9 +10,10 @@ namespace quellin::cli {
 
 /// A stretch of time that was measured.
 struct MeasuredSpan {
-  SessionReport report;                   ///< what its session comes to
-  double seconds = 0;                     ///< how long it took
-  std::optional<SiliconEnergy> counters;  ///< what the counters gained from its first to its last moment
+  SessionReport report;                     ///< what its session comes to
+  double seconds = 0;                       ///< how long it took
+  std::optional<SiliconEnergy> counters;    ///< what the counters gained from its first to its last moment
+  std::optional<std::string> countersPath;  ///< where those are; absent with them
 };
 
 /// A command that was measured.

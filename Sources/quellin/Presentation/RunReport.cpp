@@ -1,6 +1,9 @@
 #include "quellin/Presentation/RunReport.h"
 
+#include <algorithm>
+
 #include "QuellinCore/Models/PowerReadingRules.h"
+#include "QuellinCore/Sessions/Analysis/EnergyOverRuns.h"
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/SessionText.h"
@@ -32,16 +35,17 @@ std::string timeText(double seconds) {
   return text;
 }
 
-std::string countersText(const CountedEnergy& counters) {
+std::string countersText(const CountedEnergy& counters, const std::optional<std::string>& path) {
   return energyText(counters.joules, counters.wattHours) + ", " + decimal(counters.averageWatts, 2) +
          " W on average; " + std::string{powerReadingTexts(countedKind).label} + " (" + counters.confidence +
-         "), counted over exactly this time";
+         "), counted over exactly this time" + (path ? " by " + *path : "");
 }
 
 std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<std::size_t> width) {
   Table table{{{"Source"},
                {"Joules", Alignment::right},
                {"Wh", Alignment::right},
+               {"Seconds", Alignment::right},
                {"Avg W", Alignment::right},
                {"Max W", Alignment::right},
                {"Readings", Alignment::right},
@@ -49,20 +53,26 @@ std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<
                {"Kind"}}};
   for (const SourceEnergy& source : sources) {
     table.add({source.sourceLabel, decimal(source.joules, 2), decimal(source.wattHours, 3),
-               decimal(source.averageWatts, 2), decimal(source.maxWatts, 2), whole(source.readings),
-               source.confidence, source.sourceKind});
+               decimal(source.seconds, 3), decimal(source.averageWatts, 2), decimal(source.maxWatts, 2),
+               whole(source.readings), source.confidence, source.sourceKind});
   }
   return table.text(width);
 }
 
-std::string aboveIdleTable(const std::vector<EnergyAboveIdle>& sources, std::optional<std::size_t> width) {
+std::string aboveIdleTable(const CommandReport& report, std::optional<std::size_t> width) {
   Table table{{{"Above idle"},
                {"Joules", Alignment::right},
                {"Avg W", Alignment::right},
-               {"Idle W", Alignment::right}}};
-  for (const EnergyAboveIdle& source : sources) {
-    table.add({source.sourceKind, decimal(source.joules, 2), decimal(source.watts, 2),
-               decimal(source.idleWatts, 2)});
+               {"Idle W", Alignment::right},
+               {"Confidence"}}};
+  for (const SourceEnergy& source : report.measured->sources) {
+    const auto above = std::ranges::find(report.aboveIdle, source.sourceKind, &EnergyAboveIdle::sourceKind);
+    if (above == report.aboveIdle.end()) {
+      table.add({source.sourceLabel, unknown, unknown, "no idle reading", source.confidence});
+    } else {
+      table.add({source.sourceLabel, decimal(above->joules, 2), decimal(above->watts, 2),
+                 decimal(above->idleWatts, 2), source.confidence});
+    }
   }
   return table.text(width);
 }
@@ -70,7 +80,7 @@ std::string aboveIdleTable(const std::vector<EnergyAboveIdle>& sources, std::opt
 std::string processShareTable(const std::vector<ContributorShare>& processes,
                               std::optional<std::size_t> width) {
   Table table{{{"Process"},
-               {"% of these", Alignment::right},
+               {"% of scores", Alignment::right},
                {"Score", Alignment::right},
                {"Source"},
                {"Confidence"}}};
@@ -89,12 +99,14 @@ SpanReport spanReport(const MeasuredSpan& span) {
                     .seconds = span.seconds,
                     .sources = energyBySource(session.summary.powerSegments),
                     .counters = std::nullopt,
+                    .countersPath = std::nullopt,
                     .processes = {},
                     .coverage = session.coverage,
                     .recorderCost = session.recorderCost};
   // What was measured of a shorter span's processes is mostly of the time behind it.
   if (span.seconds >= processMeasurementInterval.count())
     report.processes = contributorShares(session.summary.topContributors);
+  report.countersPath = span.countersPath;
   if (span.counters) report.counters = counted(*span.counters, span.seconds);
   return report;
 }
@@ -119,7 +131,7 @@ CommandReport commandReport(const MeasuredCommand& measured, const std::optional
 std::string spanText(const SpanReport& report, std::optional<std::size_t> width) {
   std::string text = namedLine("Session", report.session.text());
   text += namedLine("Time", timeText(report.seconds));
-  if (report.counters) text += namedLine("Counters", countersText(*report.counters));
+  if (report.counters) text += namedLine("Counters", countersText(*report.counters, report.countersPath));
   text += namedLine("Coverage", coverageText(report.coverage));
   text += namedLine("Recorder", recorderCostText(report.recorderCost));
   if (report.sources.empty()) {
@@ -131,7 +143,7 @@ std::string spanText(const SpanReport& report, std::optional<std::size_t> width)
   return text;
 }
 
-std::string commandText(const CommandReport& report, std::optional<std::size_t> width) {
+std::string commandText(const CommandReport& report, bool hasBaseline, std::optional<std::size_t> width) {
   std::string text = report.signal ? namedLine("Ended by", "signal " + whole(report.signal))
                                    : namedLine("Exit status", whole(report.exitStatus));
   if (!report.measured) return text;
@@ -139,8 +151,35 @@ std::string commandText(const CommandReport& report, std::optional<std::size_t> 
     text += namedLine("Above idle", decimal(report.countedJoulesAboveIdle, 2) + " J by the counters");
   }
   text += spanText(*report.measured, width);
-  if (!report.aboveIdle.empty()) text += "\n" + aboveIdleTable(report.aboveIdle, width);
+  if (hasBaseline && !report.measured->sources.empty()) text += "\n" + aboveIdleTable(report, width);
   return text;
+}
+
+std::string runsText(const std::vector<CommandReport>& runs, std::optional<std::size_t> width) {
+  std::vector<std::vector<SourceEnergy>> sources;
+  std::vector<double> countedJoules;
+  std::string confidence;
+  for (const CommandReport& run : runs) {
+    if (!run.measured) continue;
+    sources.push_back(run.measured->sources);
+    if (!run.measured->counters) continue;
+    countedJoules.push_back(run.measured->counters->joules);
+    confidence = run.measured->counters->confidence;
+  }
+  Table table{{{"Over the runs"},
+               {"Mean J", Alignment::right},
+               {"Lowest J", Alignment::right},
+               {"Highest J", Alignment::right},
+               {"Runs", Alignment::right},
+               {"Confidence"}}};
+  const auto add = [&table](const std::string& name, const ValueSpread& joules, const std::string& trust) {
+    table.add({name, decimal(joules.mean, 2), decimal(joules.lowest, 2), decimal(joules.highest, 2),
+               whole(joules.count), trust});
+  };
+  if (const auto joules = spreadOf(countedJoules)) add("Counters", *joules, confidence);
+  const std::vector<EnergyOverRuns> energies = energyOverRuns(sources);
+  for (const EnergyOverRuns& energy : energies) add(energy.sourceLabel, energy.joules, energy.confidence);
+  return countedJoules.empty() && energies.empty() ? std::string{} : table.text(width);
 }
 
 }  // namespace quellin::cli

@@ -39,16 +39,17 @@ struct SpanReport {
   double seconds = 0;                        ///< how long it took
   std::vector<SourceEnergy> sources;         ///< by readings, each power source for itself
   std::optional<CountedEnergy> counters;     ///< absent where the counters cannot be read
+  std::optional<std::string> countersPath;   ///< where those are; absent with them
   std::vector<ContributorShare> processes;   ///< that cost the most; empty where it was too short
   SessionCoverage coverage;                  ///< of the session
   std::optional<RecorderCost> recorderCost;  ///< of measuring itself
 
   static constexpr auto fields() {
     return std::tuple{
-        Field{"session", &SpanReport::session},          Field{"seconds", &SpanReport::seconds},
-        Field{"sources", &SpanReport::sources},          Field{"counters", &SpanReport::counters},
-        Field{"processes", &SpanReport::processes},      Field{"coverage", &SpanReport::coverage},
-        Field{"recorderCost", &SpanReport::recorderCost}};
+        Field{"session", &SpanReport::session},           Field{"seconds", &SpanReport::seconds},
+        Field{"sources", &SpanReport::sources},           Field{"counters", &SpanReport::counters},
+        Field{"countersPath", &SpanReport::countersPath}, Field{"processes", &SpanReport::processes},
+        Field{"coverage", &SpanReport::coverage},         Field{"recorderCost", &SpanReport::recorderCost}};
   }
 };
 
@@ -90,7 +91,11 @@ struct RunReport {
 /// The stretch of time as text; tables are cut to `width` columns.
 [[nodiscard]] std::string spanText(const SpanReport& report, std::optional<std::size_t> width);
 
-/// The run as text.
-[[nodiscard]] std::string commandText(const CommandReport& report, std::optional<std::size_t> width);
+/// The run as text; `hasBaseline` tells whether the idle machine was measured.
+[[nodiscard]] std::string commandText(const CommandReport& report, bool hasBaseline,
+                                      std::optional<std::size_t> width);
+
+/// What several runs come to together, as text; empty when none has energy.
+[[nodiscard]] std::string runsText(const std::vector<CommandReport>& runs, std::optional<std::size_t> width);
 
 }  // namespace quellin::cli

@@ -44,15 +44,24 @@ struct RunTreeTest : testing::Test {
 };
 
 TEST_F(RunTreeTest, IsTheDifferenceOfTheCounters) {
-  EXPECT_THAT(
-      saidOfCounterAt("53500000"),
-      testing::AllOf(HasSubstr("Counters          2.50 J (0.001 Wh), "),
-                     HasSubstr("; IOReport silicon power (ioReport), counted over exactly this time\n")));
+  EXPECT_THAT(saidOfCounterAt("53500000"),
+              testing::AllOf(HasSubstr("Counters          2.50 J (0.001 Wh), "),
+                             HasSubstr("; IOReport silicon power (ioReport), counted over exactly this time "
+                                       "by ./sys/class/powercap\n")));
 }
 
 TEST_F(RunTreeTest, CountsOnBehindTheEndOfACounter) {
   setCounters("65532000000", "3000000");
   EXPECT_THAT(saidOfCounterAt("1389012"), HasSubstr("Counters          2.00 J "));
+}
+
+TEST_F(RunTreeTest, RepeatedRunsAreSummedUp) {
+  const std::string said = frontEnd
+                               .run({"run", "--source", ".", "--repeat", "2", "--", "sh", "-c",
+                                     "echo 53500000 > sys/class/powercap/intel-rapl:0/energy_uj"})
+                               .error;
+  EXPECT_THAT(said, testing::ContainsRegex("Over the runs +Mean J +Lowest J +Highest J +Runs +Confidence\n"
+                                           "Counters +1\\.25 +0\\.00 +2\\.50 +2 +ioReport\n"));
 }
 
 TEST_F(RunTreeTest, CountersThatCannotBeReadAreNotShown) {
