@@ -5,12 +5,15 @@
 #include "quellin/CommandLine/Command.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 #include "quellin/EndToEnd/Transcript.h"
+#include "quellin/Support/Golden.h"
 
 namespace quellin::cli {
 namespace {
 
+using testing_support::expectGolden;
 using testing_support::FrontEnd;
 using testing_support::macbook;
+using testing_support::masked;
 using testing_support::Transcript;
 
 struct GoldenTest : testing::Test {
@@ -98,6 +101,15 @@ TEST_F(GoldenTest, ASessionFromItsRecordingToItsDeletion) {
   transcript.run({"delete", "zzz"});
   transcript.run({"sessions", "--json"});
   transcript.expectGolden("session.txt");
+}
+
+TEST_F(GoldenTest, WhatTheReadmeShows) {
+  const auto expectPicture = [this](const std::string& name, const std::string& text) {
+    expectGolden(QUELLIN_PROJECT "/docs/" + name, masked(text, frontEnd.home().path().string()));
+  };
+  expectPicture("record.txt",
+                frontEnd.run({"record", "--source", macbook, "--title", "A day in March"}).output);
+  expectPicture("run.txt", frontEnd.run({"run", "--source", macbook, "--title", "Build", "true"}).error);
 }
 
 TEST_F(GoldenTest, ACaptureAndWhatIsRefused) {
