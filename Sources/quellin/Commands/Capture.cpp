@@ -1,5 +1,6 @@
 #include <expected>
 #include <filesystem>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -30,10 +31,20 @@ TraceWriter create(const Options& options, const TraceHeader& header) {
   return orFail(std::move(writer));
 }
 
+// A trace is read while it is played.
+void refuseToReplaceItsSource(const Options& options) {
+  std::error_code absent;
+  if (std::filesystem::equivalent(options.source, *options.output, absent)) {
+    throw Failure{ExitStatus::usage,
+                  *options.output + ": this is the very trace that is played. Choose another name."};
+  }
+}
+
 }  // namespace
 
 ExitStatus capture(const Invocation& invocation) {
   const Options& options = invocation.options;
+  refuseToReplaceItsSource(options);
   const MeasuredHost host = MeasuredHost::open(options);
   TraceWriter writer = create(options, traceHeader(host.sources, *host.wallClock));
   LiveLine live{invocation};

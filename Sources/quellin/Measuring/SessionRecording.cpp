@@ -16,7 +16,7 @@ SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredH
       recorder_(
           loop.executor(),
           openStore(invocation.options,
-                    {.executor = loop.executor(), .clock = *host.wallClock, .dateText = frugalDateText()}),
+                    {.executor = loop.executor(), .dateText = frugalDateText()}),
           processInterval, [this](int limit, Seconds interval) { return topProcesses(limit, interval); },
           makeBackground(), *host.wallClock),
       telemetry_(invocation.options.telemetry && host.isNative, loop, invocation.tool) {}

@@ -21,7 +21,7 @@ std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::s
   std::vector<std::shared_ptr<PowerSession>> found = store.sessions();
   if (found.empty())
     throw Failure{ExitStatus::noSession, "there are no sessions yet. 'quellin record' makes one."};
-  if (name == "last") return found.front();
+  if (name == "last") return *std::ranges::max_element(found, {}, &PowerSession::createdAt);
   const std::string beginning = upperCased(name);
   // Every identifier begins with nothing, but nobody means one by it.
   std::erase_if(found, [&](const auto& session) {

@@ -63,8 +63,7 @@ std::optional<std::string> WatchSession::failure() const {
 }
 
 void WatchSession::open() {
-  auto store = openStore(
-      options_, {.executor = loop_.executor(), .clock = *host_.wallClock, .dateText = frugalDateText()});
+  auto store = openStore(options_, {.executor = loop_.executor(), .dateText = frugalDateText()});
   recorder_ = std::make_unique<PowerSessionRecorder>(
       loop_.executor(), std::move(store), options_.processInterval.value_or(usualProcessInterval),
       [this](int limit, Seconds interval) { return host_.topProcesses(limit, interval); }, makeBackground(),

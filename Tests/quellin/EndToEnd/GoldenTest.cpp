@@ -118,6 +118,7 @@ TEST_F(GoldenTest, ACaptureAndWhatIsRefused) {
   transcript.run({"capture", "--source", macbook, "--for", "20s", "-o", path});
   transcript.run({"capture", "--source", macbook, "--for", "10s", "-o", path, "--force"});
   transcript.run({"capture", "--source", macbook, "-o", frontEnd.pathOf("absent/copy.jsonl")});
+  transcript.run({"capture", "--source", path, "-o", path, "--force"});
   transcript.run({"record", "--source", path, "--title", "The copy"});
   transcript.run({"snapshot", "--source", frontEnd.pathOf("absent.jsonl")});
   transcript.run({"snapshot", "--source", frontEnd.home().write("notes.txt", "no trace\n")});

@@ -42,6 +42,13 @@ TEST_F(SessionLookupTest, FindsAnIdentifierTheBeginningOfOneAndTheLast) {
   EXPECT_EQ(findSession(*memory.store, "last"), newer);
 }
 
+TEST_F(SessionLookupTest, TheLastIsTheOneThatWasMadeLast) {
+  finished(5000);
+  memory.clock.set(memory.clock.now() + Seconds{1});
+  const auto ofAnOldTrace = finished(1000);
+  EXPECT_EQ(findSession(*memory.store, "last"), ofAnOldTrace);
+}
+
 TEST_F(SessionLookupTest, TheCaseOfTheIdentifierDoesNotMatter) {
   const auto session = finished(1000);
   std::string lower = session->id().text();

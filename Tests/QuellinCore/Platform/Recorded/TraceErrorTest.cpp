@@ -10,6 +10,8 @@ TEST(TraceErrorTest, SaysWhatWhereAndWhatToDo) {
   EXPECT_EQ(error.message(), "day.jsonl, line 7: it is damaged. Capture it again.");
   error.line.reset();
   EXPECT_EQ(error.message(), "day.jsonl: it is damaged. Capture it again.");
+  error.reason = "That was not valid JSON.";
+  EXPECT_EQ(error.message(), "day.jsonl: That was not valid JSON. Capture it again.");
 }
 
 }  // namespace
