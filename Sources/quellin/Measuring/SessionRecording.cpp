@@ -15,8 +15,7 @@ SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredH
       reader_(host.reader()),
       recorder_(
           loop.executor(),
-          openStore(invocation.options,
-                    {.executor = loop.executor(), .dateText = frugalDateText()}),
+          openStore(invocation.options, {.executor = loop.executor(), .dateText = frugalDateText()}),
           processInterval, [this](int limit, Seconds interval) { return topProcesses(limit, interval); },
           makeBackground(), *host.wallClock),
       telemetry_(invocation.options.telemetry && host.isNative, loop, invocation.tool) {}

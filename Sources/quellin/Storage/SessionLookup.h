@@ -8,8 +8,8 @@
 namespace quellin::cli {
 
 /// The session that `name` names: an identifier, the beginning of one that no other session shares, or "last"
-/// for the one that was recorded last: over a trace a session may have started long before. Throws `Failure`: noSession when there is none, usage when there are
-/// several.
+/// for the one that was recorded last: over a trace a session may have started long before. Throws `Failure`:
+/// noSession when there is none, usage when there are several.
 [[nodiscard]] std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::string& name);
 
 /// As much of a session's identifier as people need to see.

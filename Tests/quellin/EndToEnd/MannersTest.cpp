@@ -19,6 +19,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 using testing_support::contentOf;
@@ -202,23 +203,34 @@ TEST_F(MannersTest, AStoreThatCannotBeOpenedIsNamedWithAWayOut) {
   EXPECT_THAT(result.error, AllOf(StartsWith("quellin: "), HasSubstr(damaged)));
 }
 
-TEST_F(MannersTest, BashCompletesCommandsOptionsAndChoices) {
+TEST_F(MannersTest, BashCompletesWhatMayStandThere) {
+  static_cast<void>(frontEnd.home().write("day 1.jsonl", ""));
   const std::string script = R"(
     source <("$0" completions bash)
     complete_at() { COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _quellin; echo "${COMPREPLY[*]}"; }
+    cd "$1"
     complete_at quellin sn
     complete_at quellin record --ti
     complete_at quellin helper in
     complete_at quellin --v
+    complete_at quellin show la
+    complete_at quellin record --source na
+    complete_at quellin record --source day
+    complete_at quellin export last -o day
+    complete_at quellin record --speed ''
+    complete_at quellin record --title ''
+    complete_at quellin run -- bas
+    complete_at quellin run --json -- cat --title day
     complete -p quellin
   )";
   ProgramStart start{.executable = "/bin/bash",
-                     .arguments = {"bash", "--norc", "-c", script, QUELLIN_EXECUTABLE},
+                     .arguments = {"bash", "--norc", "-c", script, QUELLIN_EXECUTABLE, frontEnd.pathOf("")},
                      .environment = {"PATH=/usr/bin:/bin"}};
   const ProgramResult result = runProgram(start);
-  EXPECT_EQ(result.output,
-            "snapshot\n--title\ninstall\n--version\n"
-            "complete -o default -F _quellin quellin\n");
+  EXPECT_THAT(result.output,
+              MatchesRegex("snapshot\n--title\ninstall\n--version\nlast\n"
+                           "native\nday 1.jsonl\nday 1.jsonl\nmax\n\n(.* )?bash( .*)?\nday 1.jsonl\n"
+                           "complete -F _quellin quellin\n"));
   EXPECT_THAT(result.error, IsEmpty());
 }
 
