@@ -39,7 +39,8 @@ TEST(EnergyOverRunsTest, EachSourceStandsForItselfInTheOrderOfAppearance) {
 }
 
 TEST(EnergyOverRunsTest, ASourceWithoutAnyEnergyIsLeftOut) {
-  EXPECT_THAT(energyOverRuns(std::vector{std::vector{energy("a", std::nullopt)}}), IsEmpty());
+  const std::vector<std::vector<SourceEnergy>> runs{{energy("a", std::nullopt)}};
+  EXPECT_THAT(energyOverRuns(runs), IsEmpty());
 }
 
 }  // namespace
