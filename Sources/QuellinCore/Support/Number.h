@@ -12,8 +12,9 @@ namespace quellin {
 template <std::integral Integer>
 [[nodiscard]] std::optional<Integer> parseNumber(std::string_view text, int base = 10) {
   Integer value{};
-  const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data(), end, value, base);
+  const char* const begin = text.data();
+  const char* const end = begin + text.size();
+  const auto [rest, error] = std::from_chars(begin, end, value, base);
   if (error != std::errc{} || rest != end) return std::nullopt;
   return value;
 }
