@@ -24,6 +24,12 @@ std::string recorderCostText(const std::optional<RecorderCost>& cost) {
          byteText(static_cast<double>(cost->bytesWritten)) + " written to the log";
 }
 
+std::string thermalPressureText(const PowerSessionSummary& summary) {
+  if (summary.sampleCount == 0) return unknown;
+  if (summary.maxThermalPressure == 0) return "0 of 4, or not told by the system";
+  return "at most " + whole(summary.maxThermalPressure) + " of 4";
+}
+
 namespace {
 
 std::string change(const std::optional<std::int64_t>& from, const std::optional<std::int64_t>& to) {
@@ -53,7 +59,7 @@ std::string figureLines(const SessionReport& report) {
   text += namedLine("Battery", change(summary.batteryPercentStart, summary.batteryPercentEnd));
   text += namedLine("Hottest", withUnit(decimal(summary.maxTemperature, 1), "°C"));
   text += namedLine("Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"));
-  text += namedLine("Thermal pressure", "at most " + whole(summary.maxThermalPressure) + " of 4");
+  text += namedLine("Thermal pressure", thermalPressureText(summary));
   text += namedLine("Coverage", coverageText(report.coverage));
   text += namedLine("Recorder", recorderCostText(report.recorderCost));
   return text;

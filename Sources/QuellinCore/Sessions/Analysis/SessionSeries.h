@@ -38,7 +38,7 @@ struct SessionSeries {
   SeriesColumn<std::int64_t> batteryPercent;  ///< charge
   SeriesColumn<double> maxTemperature;        ///< degrees Celsius, of the hottest sensor
   SeriesColumn<std::int64_t> maxFanRPM;       ///< of the fastest fan
-  std::vector<std::int64_t> thermalPressure;  ///< 0 (none) to 4
+  std::vector<std::int64_t> thermalPressure;  ///< 0 (none, or not told) to 4
 
   static constexpr auto fields() {
     using Series = SessionSeries;
