@@ -18,6 +18,15 @@ CLI::Validator namesAFile() {
   return {[](const std::string& path) { return std::string{path.empty() ? "the name is empty" : ""}; }, ""};
 }
 
+// Elsewhere a lone dash often means standard output.
+CLI::Validator namesANewFile() {
+  return {[](const std::string& path) {
+            return std::string{path == "-" ? "'-' is not standard output here; a file of that name is './-'"
+                                           : ""};
+          },
+          ""};
+}
+
 std::string exampleText(const std::vector<std::string_view>& examples) {
   std::string text = "Examples:\n";
   for (const auto example : examples) text += "  " + std::string{example} + "\n";
@@ -145,7 +154,10 @@ void addDuration(CLI::App& app, const std::string& name, const std::string& desc
 
 CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description) {
   app.add_flag("--force", options.force, "Replace a file that is there already");
-  return app.add_option("-o,--output", options.output, description)->check(namesAFile())->type_name("FILE");
+  return app.add_option("-o,--output", options.output, description)
+      ->check(namesAFile())
+      ->check(namesANewFile())
+      ->type_name("FILE");
 }
 
 void addTitle(CLI::App& app, Options& options, const std::string& otherwise) {
