@@ -29,7 +29,7 @@ if(differs)
   file(REMOVE_RECURSE ${build})
   file(COPY ${web}/package.json ${web}/package-lock.json DESTINATION ${build})
   execute_process(
-    COMMAND ${npm} ci --prefix ${build} --ignore-scripts --omit-lockfile-registry-resolved --no-audit --no-fund
+    COMMAND ${npm} ci --prefix ${build} --ignore-scripts --no-audit --no-fund
       --loglevel=error --fetch-retries=1 --fetch-timeout=60000
     WORKING_DIRECTORY ${build} RESULT_VARIABLE failed)
   if(failed)

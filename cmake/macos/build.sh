@@ -19,7 +19,7 @@ install_toolchain() {
   rm -rf "$prefix"
   mkdir -p "$prefix"
   cp "$here/toolchain/package.json" "$here/toolchain/package-lock.json" "$prefix/"
-  npm ci --prefix "$prefix" --ignore-scripts --omit-lockfile-registry-resolved --no-audit --no-fund --loglevel=error
+  npm ci --prefix "$prefix" --ignore-scripts --no-audit --no-fund --loglevel=error
   cp "$here/toolchain/package-lock.json" "$prefix/installed-lock.json"
 }
 
