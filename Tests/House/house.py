@@ -54,12 +54,17 @@ ALLOWED_FILES = {
                                                   "StoreError")],
 }
 
+# The same of the report's page.
+PAGE_ROOMS = {"data": [], "common": [], "plot": ["data", "common"], "page": ["data", "common"]}
+
+PAGE_IMPORT = re.compile(r'^import\s[^"]*"(\.[^"]+)";', re.MULTILINE)
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 TEST = re.compile(r"^(TEST|TEST_F|TEST_P|TYPED_TEST|TYPED_TEST_P)\(\s*(\w+)\s*,\s*(\w+)\s*\)", re.MULTILINE)
 
 # Executable.Prefix/Suite/0.Case/parameter, of which only suite and case are always there; a parameter may hold anything.
 REGISTERED = re.compile(r"[^.]+\.(?P<suites>[^.]+)\.(?P<case>\w+)")
 
+BUDGETED = (".h", ".cpp", ".js", ".mjs", ".css")
 MAX_LINES = 450
 MAX_MEDIAN = 130
 
@@ -94,9 +99,23 @@ def include_violations(sources):
     return found
 
 
+def page_import_violations(root):
+    """Imports between the rooms of the report's page that run against the arrows."""
+    found = []
+    source = Path(root) / "Web/src"
+    for room, allowed in PAGE_ROOMS.items():
+        for path in sorted((source / room).glob("*.js")):
+            for target in PAGE_IMPORT.findall(path.read_text(encoding="utf-8")):
+                target_room = (path.parent / target).resolve().relative_to(source.resolve()).parts[0]
+                if target_room not in (room, *allowed):
+                    found.append(f"Web/src/{room}/{path.name}: {room} must not import {target}")
+    return found
+
+
 def budget_violations(sources):
     """Files over the line budget, and a median that has grown past it."""
-    lengths = {path: len(path.read_text(encoding="utf-8").splitlines()) for path in source_files(sources)}
+    lengths = {path: len(path.read_text(encoding="utf-8").splitlines()) for path in Path(sources).rglob("*")
+               if path.suffix in BUDGETED and "node_modules" not in path.parts}
     found = [f"{path}: {length} lines, the budget is {MAX_LINES}" for path, length in lengths.items()
              if length > MAX_LINES]
     if lengths and statistics.median(lengths.values()) > MAX_MEDIAN:
@@ -105,8 +124,8 @@ def budget_violations(sources):
 
 
 def budgets_of_tree(root):
-    """`budget_violations` of the sources and of the tests: both are read by people."""
-    return [line for part in ("Sources", "Tests") for line in budget_violations(Path(root) / part)]
+    """`budget_violations` of the sources, the page and the tests: all are read by people."""
+    return [line for part in ("Sources", "Web", "Tests") for line in budget_violations(Path(root) / part)]
 
 
 def test_cases(path):

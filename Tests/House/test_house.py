@@ -100,11 +100,23 @@ class Budget(Tree):
 
 
     def test_tests_have_the_budget_of_sources(self):
-        for part in ("Sources", "Tests"):
+        for part in ("Sources", "Web", "Tests"):
             self.write(f"{part}/Room/A.cpp", "x\n" * 100)
         self.assertEqual(house.budgets_of_tree(self.root), [])
         self.write("Tests/Room/A.cpp", "x\n" * (house.MAX_LINES + 1))
         self.assertIn("Tests", house.budgets_of_tree(self.root)[0])
+
+    def test_the_page_has_it_too_but_not_what_it_is_made_with(self):
+        for suffix in (".js", ".mjs", ".css"):
+            self.write(f"Web/long{suffix}", "x\n" * (house.MAX_LINES + 1))
+            self.write(f"Web/node_modules/long{suffix}", "x\n" * (house.MAX_LINES + 1))
+        self.assertEqual(len([line for line in house.budgets_of_tree(self.root) if "long" in line]), 3)
+
+    def test_imports_of_the_page_follow_the_arrows(self):
+        self.write("Web/src/plot/a.js", 'import { b } from "../common/b.js";\nimport "./c.js";\nimport uPlot from "uplot";\n')
+        self.assertEqual(house.page_import_violations(self.root), [])
+        self.write("Web/src/common/b.js", 'import { a } from "../plot/a.js";\n')
+        self.assertEqual(len(house.page_import_violations(self.root)), 1)
 
 
 class Registration(Tree):

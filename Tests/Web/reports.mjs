@@ -1,5 +1,5 @@
 // Reports as the program writes them, for the tests that look at them in a browser.
-import { execFileSync } from "node:child_process";
+import { execFileSync, spawn } from "node:child_process";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -11,6 +11,7 @@ function required(name) {
   return value;
 }
 
+const python = required("QUELLIN_PYTHON");
 const quellin = required("QUELLIN_EXECUTABLE");
 const macbook = join(required("QUELLIN_EXAMPLES"), "macbook.trace.jsonl");
 export const chromium = required("QUELLIN_CHROMIUM");
@@ -24,16 +25,44 @@ export class Reports {
       { encoding: "utf8", stdio: ["ignore", "pipe", "pipe"] });
   }
 
-  /** Records the example trace, changed by `change`, and returns the report's address and what `show` says. */
-  record(title, { change = (text) => text, words = [] } = {}) {
+  // Takes all samples out of the store.
+  #empty() {
+    const program = "import sqlite3, sys; store = sqlite3.connect(sys.argv[1]); "
+      + "store.execute('DELETE FROM PowerSessionSample'); store.commit()";
+    execFileSync(python, ["-c", program, join(this.folder, "store")]);
+  }
+
+  /** Records the example trace, changed by `change`, loses the samples when `isEmptied`, and returns the report's address and what `show` says. */
+  record(title, { change = (text) => text, words = [], isEmptied = false } = {}) {
     const trace = join(this.folder, "trace.jsonl");
     writeFileSync(trace, change(readFileSync(macbook, "utf8")));
     this.#run("record", "--source", trace, "--title", title, ...words);
+    if (isEmptied) this.#empty();
     const shown = JSON.parse(this.#run("show", "last", "--json"));
     const path = join(this.folder, `${shown.session.id}.html`);
     this.#run("report", "last", "-o", path);
     this.#run("delete", "last");
     return { shown, path, address: pathToFileURL(path).href };
+  }
+
+  /** The report of the example trace, recorded up to its first sample and then left to itself. */
+  recordActive(title) {
+    const recording = spawn(quellin, ["record", "--source", macbook, "--speed", "1", "--title", title, "--store", join(this.folder, "active")],
+      { stdio: ["ignore", "ignore", "pipe"] });
+    return new Promise((resolve, reject) => {
+      let said = "";
+      recording.once("exit", () => reject(new Error(`the recording has ended: ${said}`)));
+      recording.stderr.setEncoding("utf8").on("data", (text) => {
+        said += text;
+        if (!said.includes("1 sample")) return;
+        recording.removeAllListeners("exit").once("exit", () => {
+          const path = join(this.folder, "active.html");
+          execFileSync(quellin, ["report", "last", "-o", path, "--store", join(this.folder, "active")], { stdio: "pipe" });
+          resolve(pathToFileURL(path).href);
+        });
+        recording.kill("SIGKILL");
+      });
+    });
   }
 
   /** The report at `path` with other data. */

@@ -4,6 +4,7 @@ import { bandsOf, visibleBands } from "../../Web/src/data/bands.js";
 import { lowerBound, nearest } from "../../Web/src/data/search.js";
 import { expand, readSession } from "../../Web/src/data/session.js";
 import { slicesOf } from "../../Web/src/data/slices.js";
+import { makeTrack } from "../../Web/src/data/track.js";
 
 test("absent values stand where they are absent", () => {
   const column = (values, absent) => [...expand({ values, absent: absent.map(([first, count]) => ({ first, count })) }, 5)];
@@ -45,12 +46,35 @@ test("the embedded data are laid out by moments since 1970", () => {
   assert.deepEqual([...session.watts], [1, 5, 3, NaN, 4]);
 });
 
+test("a thermal pressure that never rises from 0 may be one that nobody told: it is absent", () => {
+  const told = (thermalPressure) => {
+    const { analysis } = document;
+    const series = { ...analysis.series, thermalPressure };
+    return [...readSession({ ...document, analysis: { ...analysis, series } }).thermalPressure];
+  };
+  assert.deepEqual(told([0, 0, 0, 0, 0]), [NaN, NaN, NaN, NaN, NaN]);
+  assert.deepEqual(told([0, 0, 1, 0, 0]), [0, 0, 1, 0, 0]);
+});
+
 test("without a limit nothing is too long, and other data are refused", () => {
   const { longestCoveredSeconds, ...analysis } = document.analysis;
   assert.equal(longestCoveredSeconds, 10);
   assert.equal(readSession({ ...document, analysis }).longestCovered, Infinity);
   assert.throws(() => readSession({ ...document, majorVersion: 2 }), /not the data/);
   assert.throws(() => readSession({ ...document, format: "trace" }), /not the data/);
+});
+
+test("time of just the longest covered length is no gap, whatever the moment of the start", () => {
+  const start = 1000.5;
+  assert.ok(start + 0.7 - start > 0.7, "the sum is rounded upwards");
+  const samples = {
+    seconds: [0, 0.7], time: [start, start + 0.7], source: [0, 0], count: 2, longestCovered: 0.7,
+  };
+  assert.deepEqual(bandsOf(samples), [{ source: 0, start, end: start + 0.7 }]);
+  assert.deepEqual(makeTrack(samples, [5, 6]).gaps, []);
+  const shorter = { ...samples, longestCovered: 0.6 };
+  assert.equal(bandsOf(shorter).length, 2);
+  assert.deepEqual(makeTrack(shorter, [5, 6]).gaps, [{ start, end: start + 0.7 }]);
 });
 
 test("a band lasts until the next one, or until a gap", () => {

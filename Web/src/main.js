@@ -2,7 +2,7 @@
 import { Clock } from "./data/clock.js";
 import { readSession } from "./data/session.js";
 import { showContributors } from "./page/contributors.js";
-import { element, place } from "./page/dom.js";
+import { element, place } from "./common/dom.js";
 import { showFooter } from "./page/footer.js";
 import { showGlance } from "./page/glance.js";
 import { showMasthead, showWhen } from "./page/masthead.js";
@@ -15,7 +15,7 @@ import { showValues } from "./page/values.js";
 import { makePlots } from "./plot/plots.js";
 import { View } from "./plot/view.js";
 
-// As wide as the plots are on paper, in points.
+// As wide as all is on paper.
 const paperWidth = "680px";
 
 function showPlots(page) {

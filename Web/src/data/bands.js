@@ -1,11 +1,13 @@
 // Stretches on one power source, to be drawn behind the plot.
+import { isCovered } from "./session.js";
 
 /** The stretches of a session, in order. One lasts until the next begins, or, before a gap, until its last sample. */
-export function bandsOf({ time, source, count, longestCovered }) {
+export function bandsOf(samples) {
+  const { time, source, count } = samples;
   const bands = [];
   for (let index = 0; index < count; ++index) {
     const band = bands.at(-1);
-    const isNear = index > 0 && time[index] - time[index - 1] <= longestCovered;
+    const isNear = index > 0 && isCovered(samples, index - 1, index);
     if (band && isNear) band.end = time[index];
     if (!band || !isNear || band.source !== source[index]) {
       bands.push({ source: source[index], start: time[index], end: time[index] });

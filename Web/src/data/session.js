@@ -17,6 +17,17 @@ export function expand({ values, absent }, count) {
   return all;
 }
 
+// A session keeps 0 also where the system tells none: where there is nothing else, none may have been told.
+function toldPressure(values) {
+  return Float64Array.from(values, values.some((value) => value > 0) ? undefined : () => NaN);
+}
+
+/** Whether the time between two samples with readings is short enough to count as measured. It is taken between their
+ *  places in the session: the moments of `time` are rounded. */
+export function isCovered({ seconds, longestCovered }, from, to) {
+  return seconds[to] - seconds[from] <= longestCovered;
+}
+
 /** Reads the document of a report. Moments are seconds since 1970 from here on. */
 export function readSession(document) {
   if (document.format !== "quellin-report" || document.majorVersion !== 1) {
@@ -29,13 +40,14 @@ export function readSession(document) {
   return {
     document, session, summary, coverage, recorderCost, sourceTotals, count, start, end,
     sources: series.sources,
+    seconds: series.seconds,
     time: Float64Array.from(series.seconds, (seconds) => start + seconds),
     source: Uint16Array.from(series.source),
     watts: expand(series.watts, count),
     batteryPercent: expand(series.batteryPercent, count),
     maxTemperature: expand(series.maxTemperature, count),
     maxFanRPM: expand(series.maxFanRPM, count),
-    thermalPressure: Float64Array.from(series.thermalPressure),
+    thermalPressure: toldPressure(series.thermalPressure),
     gaps: gaps.map((gap) => ({ start: start + gap.startSeconds, end: start + gap.endSeconds })),
     longestCovered: longestCoveredSeconds ?? Infinity,
   };

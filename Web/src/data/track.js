@@ -1,8 +1,10 @@
 // A line to be drawn: the samples that it goes through, and where it is broken.
+import { isCovered } from "./session.js";
 
-/** The samples that carry `values`, of all or of those that `isOn` takes. The line is broken where two of them are
- *  more than `longest` seconds apart, and where a sample that is not on it lies between. */
-export function makeTrack(time, values, longest, isOn = () => true) {
+/** The samples that carry `values`, of all or of those that `isOn` takes. The line is broken where the time
+ *  between two of them is not covered, and where a sample that is not on it lies between. */
+export function makeTrack(samples, values, isOn = () => true) {
+  const { time } = samples;
   const on = Float64Array.from(values, (value, index) => (isOn(index) ? value : NaN));
   const breaks = new Uint32Array(on.length);  // before or at each sample
   const gaps = [];
@@ -13,7 +15,7 @@ export function makeTrack(time, values, longest, isOn = () => true) {
     isCut ||= !isOn(index);
     breaks[index] = count;
     if (Number.isNaN(on[index])) continue;
-    if (last >= 0 && time[index] - time[last] > longest) {
+    if (last >= 0 && !isCovered(samples, last, index)) {
       gaps.push({ start: time[last], end: time[index] });
       isCut = true;
     }

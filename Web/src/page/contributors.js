@@ -1,5 +1,5 @@
 import { decimal } from "../data/format.js";
-import { element, foreign, place, table } from "./dom.js";
+import { element, foreign, place, table } from "../common/dom.js";
 
 const origins = {
   powermetrics: "Measured by powermetrics",
@@ -24,7 +24,7 @@ export function showContributors({ session }) {
     const caption = origins[origin] ?? origin;
     place("contributors", element("h3", {}, caption), table(caption, [
       { heading: "Process", cell: (row) => foreign(row.name) },
-      { heading: "", cell: (row) => bar(highest > 0 ? row.score / highest : 0) },
+      { heading: "Share of the highest score", isHeadingUnseen: true, cell: (row) => bar(highest > 0 ? row.score / highest : 0) },
       { heading: "Score", isNumber: true, cell: (row) => decimal(row.score, 1) },
       { heading: "Confidence", cell: (row) => row.confidence },
     ], rows));

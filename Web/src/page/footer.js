@@ -1,4 +1,4 @@
-import { element, place } from "./dom.js";
+import { element, place } from "../common/dom.js";
 
 /** Where the page comes from. */
 export function showFooter({ session }) {

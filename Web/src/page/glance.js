@@ -1,6 +1,6 @@
 import { bytes, change, counted, decimal, duration, unknown, whole, withUnit } from "../data/format.js";
 import { confidenceText } from "./provenance.js";
-import { element, place } from "./dom.js";
+import { element, place } from "../common/dom.js";
 import { swatch } from "./swatch.js";
 
 // Watt-hours and the like of one power source.
@@ -44,6 +44,12 @@ function costFact(cost) {
   return [`${decimal(cost.cpuSeconds, 2)} s`, `of CPU time; ${bytes(cost.bytesWritten)} written`];
 }
 
+// Nothing above 0 may be what nobody told.
+function pressureFact({ sampleCount, maxThermalPressure }) {
+  if (sampleCount === 0) return [unknown];
+  return [`${maxThermalPressure} of 4`, maxThermalPressure > 0 ? "at most" : "or not told by the system"];
+}
+
 /** What the session comes to. */
 export function showGlance({ session }) {
   const { summary, coverage } = session;
@@ -61,7 +67,7 @@ export function showGlance({ session }) {
     battery: ["Battery", change(summary.batteryPercentStart, summary.batteryPercentEnd)],
     temperature: ["Hottest sensor", withUnit(decimal(summary.maxTemperature, 1), "\u00b0C"), "at most"],
     fan: ["Fastest fan", withUnit(whole(summary.maxFanRPM), "rpm"), "at most"],
-    pressure: ["Thermal pressure", `${summary.maxThermalPressure} of 4`, "at most"],
+    pressure: ["Thermal pressure", ...pressureFact(summary)],
     recorder: ["Recorder's own cost", ...costFact(session.recorderCost)],
   };
   place("facts", Object.entries(facts).map(([name, [term, text, note]]) =>

@@ -1,5 +1,5 @@
 import { counted, duration, decimal } from "../data/format.js";
-import { choice, element, foreign, place } from "./dom.js";
+import { choice, element, foreign, place } from "../common/dom.js";
 import { themeSwitch } from "./theme.js";
 
 function download(session) {
@@ -9,11 +9,17 @@ function download(session) {
   URL.revokeObjectURL(address);
 }
 
+function statusText({ session, document }, clock) {
+  if (session.status !== "active") return session.status;
+  const written = Date.parse(document.createdAt) / 1000;
+  return `still being recorded, as of ${clock.date(written)}, ${clock.time(written)}`;
+}
+
 /** When the session was, in the time of the page's clock. */
 export function showWhen({ session, clock }) {
-  const { status, sampleInterval } = session.session;
+  const { sampleInterval } = session.session;
   document.getElementById("when").textContent = [
-    clock.span(session.start, session.end), duration(session.end - session.start), status,
+    clock.span(session.start, session.end), duration(session.end - session.start), statusText(session, clock),
     `${counted(session.summary.sampleCount, "sample")}, one every ${Number(decimal(sampleInterval, 3))} s`,
   ].join(" \u00b7 ");
 }

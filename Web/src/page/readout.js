@@ -1,5 +1,5 @@
 import { decimal, whole, withUnit } from "../data/format.js";
-import { element, foreign, place } from "./dom.js";
+import { element, foreign, place } from "../common/dom.js";
 import { swatch } from "./swatch.js";
 
 /** The figures of the sample that the cursor is on. */
@@ -9,7 +9,7 @@ export function showReadout({ session, view, clock }) {
     ["batteryPercent", "Battery", (index) => withUnit(whole(session.batteryPercent[index]), "%")],
     ["maxTemperature", "Hottest", (index) => withUnit(decimal(session.maxTemperature[index], 1), "\u00b0C")],
     ["maxFanRPM", "Fan", (index) => withUnit(whole(session.maxFanRPM[index]), "rpm")],
-    ["thermalPressure", "Pressure", (index) => `${session.thermalPressure[index]} of 4`],
+    ["thermalPressure", "Pressure", (index) => withUnit(whole(session.thermalPressure[index]), "of 4")],
   ];
   const cells = new Map();
   const cell = (name, heading) => {
@@ -35,14 +35,18 @@ export function showReadout({ session, view, clock }) {
   });
 }
 
-/** Buttons that zoom. */
+/** Buttons that zoom and move on. */
 export function showZoom({ view }) {
   const button = (label, name, act) =>
     element("button", { type: "button", "aria-label": name, title: name, onclick: act }, label);
   const all = button("Whole session", "Show the whole session", () => view.showAll());
-  place("zoom", button("\u2212", "Zoom out", () => view.zoom(2)), button("+", "Zoom in", () => view.zoom(0.5)), all);
+  const earlier = button("\u2039", "Earlier", () => view.pan(-0.5));
+  const later = button("\u203a", "Later", () => view.pan(0.5));
+  place("zoom", earlier, later, button("\u2212", "Zoom out", () => view.zoom(2)), button("+", "Zoom in", () => view.zoom(0.5)), all);
   const update = () => {
     all.disabled = view.isWhole;
+    earlier.disabled = view.isAtStart;
+    later.disabled = view.isAtEnd;
   };
   view.on("range", update);
   update();

@@ -1,5 +1,5 @@
 import { change, decimal, duration } from "../data/format.js";
-import { element, place, table } from "./dom.js";
+import { element, place, table } from "../common/dom.js";
 import { swatch } from "./swatch.js";
 
 const charger = (isConnected) => (isConnected === undefined ? "unknown" : isConnected ? "connected" : "none");

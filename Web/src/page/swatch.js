@@ -1,5 +1,5 @@
-import { sourceFill } from "../plot/palette.js";
-import { element } from "./dom.js";
+import { sourceFill } from "../common/palette.js";
+import { element } from "../common/dom.js";
 
 const size = 14;
 

@@ -1,4 +1,4 @@
-import { choice } from "./dom.js";
+import { choice } from "../common/dom.js";
 
 function apply(theme) {
   if (theme === "auto") delete document.documentElement.dataset.theme;

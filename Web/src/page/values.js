@@ -1,6 +1,6 @@
 import { decimal, whole } from "../data/format.js";
 import { slicesOf } from "../data/slices.js";
-import { element, place, table } from "./dom.js";
+import { element, place, table } from "../common/dom.js";
 
 const sliceCount = 40;
 

@@ -1,6 +1,6 @@
 // What is drawn behind and above the lines: gaps, and the power sources.
 import { visibleBands } from "../data/bands.js";
-import { colour, colourName, gapFill, sourceFill } from "./palette.js";
+import { colour, colourName, gapFill, sourceFill } from "../common/palette.js";
 
 const ribbonHeight = 9;
 const ribbonGap = 5;

@@ -1,12 +1,15 @@
 // One plot: a canvas of the plotting library that follows the view.
 import uPlot from "uplot";
 import { lineOf, tableOf } from "../data/line.js";
-import { element } from "../page/dom.js";
+import { element } from "../common/dom.js";
 import { paintGaps } from "./decor.js";
 import { listenToKeys } from "./keys.js";
-import { colour } from "./palette.js";
+import { colour } from "../common/palette.js";
 
 const axisWidth = 56;
+
+// Half of the widest label of the axis of time, which may stand at the very end of the plot.
+const labelRoom = 28;
 
 const minute = 60;
 const hour = 60 * minute;
@@ -67,7 +70,7 @@ export class Plot {
       class: "plot", id: `plot-${options.name}`, tabindex: "0", role: "application",
       "aria-roledescription": "plot", "aria-label": options.description, "aria-describedby": "keys",
     }, element("figcaption", {}, options.title, element("span", { class: "unit" }, options.unit)), this.host);
-    listenToKeys(this.figure, page.view, () => this.host.clientWidth - axisWidth);
+    listenToKeys(this.figure, page.view, () => this.host.clientWidth - axisWidth - labelRoom);
     page.view.on("range", () => this.#fill());
     page.view.on("cursor", () => this.#follow());
     this.build();
@@ -78,7 +81,7 @@ export class Plot {
     this.#plot?.destroy();
     const { lines, height, paintBehind, paintAbove, room = 8 } = this.#options;
     this.#plot = new uPlot({
-      width: this.#width(), height, padding: [room, 12, 0, 0], legend: { show: false },
+      width: this.#width(), height, padding: [room, labelRoom, 0, 0], legend: { show: false },
       tzDate: this.#page.clock.zone === "utc" ? (moment) => uPlot.tzDate(new Date(moment * 1000), "UTC") : undefined,
       scales: { x: { time: true, auto: false }, y: { range: (plot, low, high) => this.#options.range(low, high) } },
       axes: [timeAxis(this.#page, this.#options.namesTime), valueAxis(this.#options)],
@@ -122,7 +125,7 @@ export class Plot {
 
   #fill() {
     const { session, view } = this.#page;
-    const columns = Math.max(this.#width() - axisWidth, 1) * devicePixelRatio;
+    const columns = Math.max(this.#width() - axisWidth - labelRoom, 1) * devicePixelRatio;
     const lines = this.#options.lines.map(({ track }) => lineOf(track, view.start, view.end, columns));
     const { data, lonely } = tableOf(lines, session.time);
     this.#lonely = lonely;

@@ -2,7 +2,7 @@
 import { bandsOf } from "../data/bands.js";
 import { makeTrack } from "../data/track.js";
 import { paintBands, paintRibbon, ribbonRoom } from "./decor.js";
-import { colourName } from "./palette.js";
+import { colourName } from "../common/palette.js";
 import { Plot } from "./plot.js";
 
 const fromZero = (low, high) => [0, high > 0 ? high * 1.1 : 1];
@@ -24,7 +24,7 @@ function temperatureRange(low, high) {
 function powerPlot(page) {
   const { session } = page;
   const lines = session.sources.map(({ kind }, index) => ({
-    track: makeTrack(session.time, session.watts, session.longestCovered, (sample) => session.source[sample] === index),
+    track: makeTrack(session, session.watts, (sample) => session.source[sample] === index),
     ink: colourName(kind), isFilled: true,
   })).filter(({ track }) => !track.isEmpty);
   if (lines.length === 0) return undefined;
@@ -40,7 +40,7 @@ function powerPlot(page) {
 
 // A plot of one figure; none where it was never read.
 function figurePlot({ session }, name, options) {
-  const track = makeTrack(session.time, session[name], session.longestCovered);
+  const track = makeTrack(session, session[name]);
   if (track.isEmpty) return undefined;
   return { name, gaps: track.gaps, height: 110, ...options, lines: [{ track, ink: "--figure", ...options.line }] };
 }

@@ -19,8 +19,16 @@ export class View {
     return Math.max(this.#session.end, this.#session.start + leastSeconds);
   }
 
+  get isAtStart() {
+    return this.start === this.#session.start;
+  }
+
+  get isAtEnd() {
+    return this.end === this.#fullEnd;
+  }
+
   get isWhole() {
-    return this.start === this.#session.start && this.end === this.#fullEnd;
+    return this.isAtStart && this.isAtEnd;
   }
 
   /** @param {"range" | "cursor"} what */
@@ -37,9 +45,10 @@ export class View {
     const { start: first } = this.#session;
     const length = Math.min(Math.max(end - start, leastSeconds), this.#fullEnd - first);
     const middle = (start + end) / 2;
-    this.start = Math.min(Math.max(middle - length / 2, first), this.#fullEnd - length);
+    this.start = Math.max(middle - length / 2, first);
     this.end = this.start + length;
-    if (length === this.#fullEnd - first) [this.start, this.end] = [first, this.#fullEnd];
+    if (this.end >= this.#fullEnd) [this.start, this.end] = [this.#fullEnd - length, this.#fullEnd];
+    if (length === this.#fullEnd - first) this.start = first;
     this.#tell("range");
   }
 

@@ -20,11 +20,14 @@ export function foreign(text) {
   return element("bdi", {}, text);
 }
 
-/** A table of `columns`, each with a `heading`, a `cell` for a row and, for figures, `isNumber`. It can be scrolled
+/** A table of `columns`, each with a `heading`, a `cell` for a row and, for figures, `isNumber`; a heading may be
+ *  for readers of the screen alone (`isHeadingUnseen`). It can be scrolled
  *  with the keyboard where it is wider than the page. */
 export function table(caption, columns, rows) {
   const classOf = ({ isNumber }) => (isNumber ? "number" : undefined);
-  const head = columns.map((column) => element("th", { scope: "col", class: classOf(column) }, column.heading));
+  const headingOf = ({ heading, isHeadingUnseen }) =>
+    isHeadingUnseen ? element("span", { class: "unseen" }, heading) : heading;
+  const head = columns.map((column) => element("th", { scope: "col", class: classOf(column) }, headingOf(column)));
   const body = rows.map((row) =>
     element("tr", {}, columns.map((column) => element("td", { class: classOf(column), "data-heading": column.heading }, column.cell(row)))));
   return element("div", { class: "scroll", tabindex: "0", role: "region", "aria-label": caption },
