@@ -62,7 +62,7 @@ test("the numbers in the page are those of the summary", () => look(macbook.addr
   assert.equal(await fact("pressure"), `${summary.maxThermalPressure} of 4`);
   const { cpuSeconds, bytesWritten } = macbook.shown.recorderCost;
   assert.equal(await fact("recorder"), `${decimal(cpuSeconds, 2)} s`);
-  assert.equal(await page.text("[data-fact=recorder] .note"), `of CPU time; ${bytes(bytesWritten)} written`);
+  assert.equal(await page.text("[data-fact=recorder] .note"), `of CPU time; ${bytes(bytesWritten)} written to the log`);
   assert.equal(await fact("coverage"), `${decimal((100 * coverage.coveredSeconds) / coverage.durationSeconds, 1)} %`);
 }));
 

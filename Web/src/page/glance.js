@@ -41,7 +41,7 @@ function coverageFact({ durationSeconds, coveredSeconds, gapCount, longestGapSec
 
 function costFact(cost) {
   if (!cost) return [unknown];
-  return [`${decimal(cost.cpuSeconds, 2)} s`, `of CPU time; ${bytes(cost.bytesWritten)} written`];
+  return [`${decimal(cost.cpuSeconds, 2)} s`, `of CPU time; ${bytes(cost.bytesWritten)} written to the log`];
 }
 
 // Nothing above 0 may be what nobody told.
