@@ -13,8 +13,8 @@ namespace quellin::cli {
 /// How much of a session's time has readings, in words.
 [[nodiscard]] std::string coverageText(const SessionCoverage& coverage);
 
-/// The highest thermal pressure of a session, in words. A session keeps 0 also where the system tells none, so
-/// only a higher one is known to have been told.
+/// The highest thermal pressure of a session, in words. A session keeps 0 also where the system tells none,
+/// so only a higher one is known to have been told.
 [[nodiscard]] std::string thermalPressureText(const PowerSessionSummary& summary);
 
 /// What recording has cost, in words; "unknown" when nobody noted it.
