@@ -38,16 +38,12 @@ class Recording {
 
   void run() {
     start();
-    try {
-      ticker_.run([this](const std::function<void()>& done) { sample(done); });
-    } catch (...) {
-      end();  // what was recorded up to the damage is a session of its own
-      throw;
-    }
+    ticker_.run([this](const std::function<void()>& done) { sample(done); });
     recording_.readLast(host_.monotonicClock->now());
     recording_.storeLast();
     if (const auto failure = recording_.newFailure()) tell(*failure);
-    end();
+    live_.end();
+    recording_.end();
     const auto& failure = recording_.recorder().lastError();
     if (failure) throw Failure{ExitStatus::failed, *failure};
   }
@@ -84,11 +80,6 @@ class Recording {
     if (invocation_.options.title) {
       invocation_.talk.say("the active session keeps its title; --title is for a new one.");
     }
-  }
-
-  void end() {
-    live_.end();
-    recording_.end();
   }
 
   void sample(const std::function<void()>& done) {

@@ -20,6 +20,14 @@ SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredH
           makeBackground(), *host.wallClock),
       telemetry_(invocation.options.telemetry && host.isNative, loop, invocation.tool) {}
 
+SessionRecording::~SessionRecording() {
+  try {
+    end();
+  } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
+    // What went wrong before is on its way to the user already.
+  }
+}
+
 const std::shared_ptr<PowerSession>& SessionRecording::begin(const std::optional<std::string>& title,
                                                              Seconds interval) {
   session_ = recorder_.start(title, PowerSessionSource::cli, host_.interval(interval).count(),
@@ -58,7 +66,8 @@ std::optional<std::string> SessionRecording::newFailure() {
 }
 
 void SessionRecording::end() {
-  if (recorder_.activeSession() && isStillOurs()) recorder_.stop(host_.wallClock->now());
+  if (session_ && recorder_.activeSession() == session_ && isStillOurs())
+    recorder_.stop(host_.wallClock->now());
 }
 
 SystemPowerState SessionRecording::read() {

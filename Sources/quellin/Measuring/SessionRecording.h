@@ -30,6 +30,13 @@ class SessionRecording {
   /// recording. Throws `StoreError`.
   SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
                    Seconds processInterval);
+  SessionRecording(const SessionRecording&) = delete;
+  SessionRecording& operator=(const SessionRecording&) = delete;
+  SessionRecording(SessionRecording&&) = delete;
+  SessionRecording& operator=(SessionRecording&&) = delete;
+  /// Ends the session, as `end` does, when nothing else has: what is recorded up to a failure is a session of
+  /// its own.
+  ~SessionRecording();
 
   [[nodiscard]] PowerSessionRecorder& recorder() { return recorder_; }
   [[nodiscard]] PowerSessionStore& store() { return *recorder_.store(); }
@@ -60,7 +67,7 @@ class SessionRecording {
   /// What went wrong with the last sample; a failure is told once, for as long as it lasts.
   [[nodiscard]] std::optional<std::string> newFailure();
 
-  /// Ends the session unless somebody else did.
+  /// Ends the session unless that has been done, here or elsewhere. Throws `StoreError`.
   void end();
 
  private:

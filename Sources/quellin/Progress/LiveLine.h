@@ -16,6 +16,12 @@ class LiveLine {
   explicit LiveLine(const Invocation& invocation, const MonotonicClock& clock = systemMonotonicClock())
       : talk_(invocation.talk), terminal_(invocation.talkTerminal), clock_(clock) {}
 
+  LiveLine(const LiveLine&) = delete;
+  LiveLine& operator=(const LiveLine&) = delete;
+  LiveLine(LiveLine&&) = delete;
+  LiveLine& operator=(LiveLine&&) = delete;
+  ~LiveLine() { end(); }
+
   /// Shows `text` instead of what was shown before.
   void show(const std::string& text);
 

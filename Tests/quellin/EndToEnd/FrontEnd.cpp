@@ -1,7 +1,10 @@
 #include "quellin/EndToEnd/FrontEnd.h"
 
+#include <sstream>
 #include <unistd.h>
 #include <utility>
+
+#include "Support/Replay.h"
 
 namespace quellin::testing_support {
 
@@ -19,6 +22,14 @@ ProgramStart FrontEnd::start(const Words& arguments, const Words& environment) c
 
 ProgramResult FrontEnd::run(const Words& arguments, const Words& environment) const {
   return runProgram(start(arguments, environment));
+}
+
+std::string FrontEnd::damagedTrace(int goodLines) const {
+  std::istringstream whole{contentOf(exampleTrace())};
+  std::string damaged;
+  std::string line;
+  for (int count = 0; count < goodLines && std::getline(whole, line); ++count) damaged += line + "\n";
+  return home_.write("damaged", damaged + "{\n" + line + "\n");
 }
 
 }  // namespace quellin::testing_support

@@ -23,6 +23,9 @@ class FrontEnd {
   [[nodiscard]] ProgramResult run(const Words& arguments, const Words& environment = {}) const;
 
   [[nodiscard]] const TemporaryFolder& home() const { return home_; }
+  /// Writes the first lines of the example trace, and behind them one that is damaged; returns the path.
+  [[nodiscard]] std::string damagedTrace(int goodLines) const;
+
   /// A file in the home folder.
   [[nodiscard]] std::string pathOf(const std::string& name) const { return home_.pathOf(name); }
   [[nodiscard]] const std::string& folder() const { return folder_; }

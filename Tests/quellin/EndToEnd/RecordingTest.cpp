@@ -1,13 +1,11 @@
 #include <chrono>
 #include <csignal>
-#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/FirstVersion.h"
-#include "Support/Replay.h"
 #include "Support/TerminalProgram.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 
@@ -163,13 +161,8 @@ TEST_F(RecordingTest, DeletedFromElsewhereItSaysSo) {
 }
 
 TEST_F(RecordingTest, ADamagedTraceEndsTheSessionWhereItIsDamaged) {
-  std::istringstream whole{testing_support::contentOf(testing_support::exampleTrace())};
-  std::string damaged;
-  std::string line;
-  for (int count = 0; count < 4 && std::getline(whole, line); ++count) damaged += line + "\n";
-  damaged += "{\n" + line + "\n";
   const ProgramResult result =
-      frontEnd.run({"record", "--title", "Damaged", "--source", frontEnd.home().write("damaged", damaged)});
+      frontEnd.run({"record", "--title", "Damaged", "--source", frontEnd.damagedTrace(4)});
   EXPECT_EQ(result.exitStatus, 1) << result;
   EXPECT_THAT(result.error, HasSubstr(frontEnd.pathOf("damaged") + ", line 5: "));
   const std::string session = frontEnd.run({"show", "last", "--json"}).output;

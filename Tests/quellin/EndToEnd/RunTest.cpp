@@ -93,6 +93,22 @@ TEST_F(RunTest, ASessionThatIsDeletedMeanwhileDoesNotDisturbTheCommand) {
   EXPECT_EQ(run(remove, {"--speed", "200"}).exitStatus, 125) << "nothing was measured";
 }
 
+TEST_F(RunTest, ADamagedTraceLeavesNoSessionActive) {
+  const std::string damaged = frontEnd.damagedTrace(12);
+  const ProgramResult measured = frontEnd.run({"run", "--source", damaged, "--", "echo", "ran"});
+  EXPECT_EQ(measured.exitStatus, 125) << "nothing was measured";
+  EXPECT_EQ(measured.output, "ran\n");
+  EXPECT_THAT(measured.error, HasSubstr("line 13: "));
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
+  const ProgramResult idle =
+      frontEnd.run({"run", "--source", damaged, "--baseline", "10m", "--", "echo", "ran"});
+  EXPECT_EQ(idle.exitStatus, 125);
+  EXPECT_EQ(idle.output, "") << "without the baseline that was asked for nothing is run";
+  EXPECT_THAT(idle.error, HasSubstr("line 13: "));
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("idle"), Not(HasSubstr("active"))));
+  EXPECT_EQ(run("true").exitStatus, 0) << "the next run is not held up";
+}
+
 TEST_F(RunTest, ATraceIsPlayedAtItsPaceWhileTheCommandRuns) {
   // Twenty minutes at this speed are a fifth of a second.
   const ProgramResult outlasted = run("sleep 1; echo done", {"--speed", "6000", "--title", "Outlasted"});

@@ -19,7 +19,7 @@ struct LiveLineTest : testing::Test {
   TalkPipe pipe;
   ManualMonotonicClock clock;
 
-  // What a terminal of so many columns gets for a text.
+  // What a terminal of so many columns gets for a line with this text, until it goes.
   std::string shown(std::size_t columns, const std::string& text) {
     const Invocation invocation = pipe.onTerminal(columns);
     LiveLine{invocation, clock}.show(text);
@@ -38,7 +38,7 @@ TEST_F(LiveLineTest, ATerminalShowsOneLineThatChanges) {
 }
 
 TEST_F(LiveLineTest, TheLineNeverRunsIntoTheNext) {
-  EXPECT_EQ(shown(6, "12 °C, much more"), "\r12 °C\x1b[K");
+  EXPECT_EQ(shown(6, "12 °C, much more"), "\r12 °C\x1b[K\n");
 }
 
 TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
@@ -54,9 +54,9 @@ TEST_F(LiveLineTest, TheLineFollowsTheWidthOfTheWindow) {
   EXPECT_EQ(pipe.said(), "\r0 s, 1 sample, 12 W\x1b[K\r0 s, 2 \x1b[K");
 }
 
-TEST_F(LiveLineTest, WideCharactersTakeTheirColumns) { EXPECT_EQ(shown(7, "日本語テ"), "\r日本語\x1b[K"); }
+TEST_F(LiveLineTest, WideCharactersTakeTheirColumns) { EXPECT_EQ(shown(7, "日本語テ"), "\r日本語\x1b[K\n"); }
 
-TEST_F(LiveLineTest, NamesCannotCommandTheTerminal) { EXPECT_EQ(shown(80, "a\x1b[2Jb"), "\ra?[2Jb\x1b[K"); }
+TEST_F(LiveLineTest, NamesCannotCommandTheTerminal) { EXPECT_EQ(shown(80, "a\x1b[2Jb"), "\ra?[2Jb\x1b[K\n"); }
 
 TEST_F(LiveLineTest, APipeGetsALineEveryTenSeconds) {
   const Invocation invocation = pipe.on({});

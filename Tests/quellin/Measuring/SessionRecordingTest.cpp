@@ -1,0 +1,89 @@
+#include <optional>
+
+#include <gmock/gmock.h>
+
+#include "Support/Replay.h"
+#include "Support/TemporaryFolder.h"
+#include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Support/TalkPipe.h"
+
+namespace quellin::cli {
+namespace {
+
+// Recordings of the example trace into a store of their own.
+struct SessionRecordingTest : testing::Test {
+  testing_support::TemporaryFolder folder;
+  testing_support::TalkPipe talk;
+  const Invocation surroundings = talk.onTerminal(80);
+  const Options options = optionsOf(folder.path() / "a.store");
+  const Invocation invocation{.options = options,
+                              .out = surroundings.out,
+                              .talk = surroundings.talk,
+                              .outTerminal = surroundings.outTerminal,
+                              .talkTerminal = surroundings.talkTerminal,
+                              .tool = surroundings.tool};
+  const MeasuredHost host = MeasuredHost::open(options);
+  Loop loop;
+  std::optional<SessionRecording> recording;
+
+  static Options optionsOf(const std::filesystem::path& store) {
+    Options options;
+    options.source = testing_support::exampleTrace();
+    options.store = store;
+    return options;
+  }
+
+  std::shared_ptr<PowerSession> begin() {
+    recording.emplace(invocation, host, loop, Seconds{30});
+    return recording->begin("Ours", Seconds{1});
+  }
+
+  // One sample, to the end.
+  void sample() {
+    recording->sample([this] { loop.executor()->post([this] { loop.stop(); }); });
+    loop.runAgain();
+  }
+
+  [[nodiscard]] std::string statusOf(const UUID& session) const {
+    PowerSessionStore store{"reader", *options.store};
+    const auto found = store.session(session);
+    return found ? found->statusRaw().value_or("none") : "gone";
+  }
+};
+
+TEST_F(SessionRecordingTest, EndsItsSessionWhenItGoes) {
+  const UUID session = begin()->id();
+  sample();
+  EXPECT_EQ(statusOf(session), "active");
+  recording.reset();
+  EXPECT_EQ(statusOf(session), "completed");
+}
+
+TEST_F(SessionRecordingTest, LeavesASessionAloneThatItDidNotBegin) {
+  PowerSessionStore store{"elsewhere", *options.store};
+  const auto session = store.start("Theirs", PowerSessionSource::cli, 1, instantAt(1000));
+  recording.emplace(invocation, host, loop, Seconds{30});
+  EXPECT_NE(recording->recorder().activeSession(), nullptr);
+  recording.reset();
+  EXPECT_EQ(statusOf(session->id()), "active");
+}
+
+TEST_F(SessionRecordingTest, NoticesThatTheSessionWasEndedOrDeletedElsewhere) {
+  PowerSessionStore store{"elsewhere", *options.store};
+  for (const bool isDeleted : {false, true}) {
+    const UUID session = begin()->id();
+    sample();
+    EXPECT_TRUE(recording->isStillOurs());
+    if (isDeleted) {
+      store.remove(store.session(session));
+    } else {
+      store.interrupt(store.session(session), instantAt(2000));
+    }
+    EXPECT_FALSE(recording->isStillOurs());
+    recording.reset();
+    EXPECT_EQ(statusOf(session), isDeleted ? "gone" : "interrupted") << "the recording leaves it as it is";
+  }
+}
+
+}  // namespace
+}  // namespace quellin::cli
