@@ -25,7 +25,8 @@ T orFail(std::expected<T, TraceError> result) {
 TraceWriter create(const Options& options, const TraceHeader& header) {
   auto writer = TraceWriter::create(*options.output, header,
                                     options.force ? ExistingFile::replaced : ExistingFile::refused);
-  if (!writer && !options.force && std::filesystem::exists(*options.output)) {
+  std::error_code unknown;
+  if (!writer && !options.force && std::filesystem::exists(*options.output, unknown)) {
     throw alreadyThere(*options.output);
   }
   return orFail(std::move(writer));

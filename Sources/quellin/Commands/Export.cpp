@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 
 #include "quellin/CommandLine/Command.h"
@@ -53,11 +52,9 @@ ExitStatus exportSession(const Invocation& invocation) {
     exportTo(invocation.out);
     return ExitStatus::ok;
   }
-  if (!options.force && std::filesystem::is_regular_file(*options.output))
-    throw alreadyThere(*options.output);
-  NewFile file{*options.output};
+  NewFile file{*options.output, options.force};
   exportTo(file);
-  file.publish(options.force);
+  file.publish();
   invocation.talk.say("exported session " + shortID(*session) + " to " + *options.output + ".");
   return ExitStatus::ok;
 }

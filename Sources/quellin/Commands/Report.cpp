@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Outcome/Failure.h"
@@ -42,11 +40,10 @@ ExitStatus reportSession(const Invocation& invocation) {
   const auto store = openRecordedStore(options);
   const auto session = findSession(*store, options.word);
   const std::string path = options.output.value_or("quellin-" + shortID(*session) + ".html");
-  if (!options.force && std::filesystem::is_regular_file(path)) throw alreadyThere(path);
-  NewFile file{path};
+  NewFile file{path, options.force};
   writeReportPage(page, session->title(), reportData(*store, session),
                   [&](std::string_view text) { file.write(text); });
-  file.publish(options.force);
+  file.publish();
   work.end();
   invocation.talk.say("wrote the report of session " + shortID(*session) + " to " + path +
                       "; any browser shows it.");

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -19,10 +18,8 @@ class ResultSink {
   explicit ResultSink(const Invocation& invocation) : invocation_(invocation) {
     const Options& options = invocation.options;
     if (!options.output) return;
-    if (!options.force && std::filesystem::is_regular_file(*options.output))
-      throw alreadyThere(*options.output);
-    const NewFile attempt{
-        *options.output};  // a file that cannot be made should be known before the command runs
+    // A file that cannot be made should be known before the command runs.
+    const NewFile attempt{*options.output, options.force};
   }
 
   void write(std::string_view text) {
@@ -36,9 +33,9 @@ class ResultSink {
   // The file is made at the end: while the command runs, signals are the command's.
   void finish() {
     if (!isFile()) return;
-    NewFile file{*invocation_.options.output};
+    NewFile file{*invocation_.options.output, invocation_.options.force};
     file.write(text_);
-    file.publish(invocation_.options.force);
+    file.publish();
   }
 
   [[nodiscard]] std::optional<std::size_t> width() const {
@@ -61,21 +58,38 @@ class Runs {
     title_ = options_.title.value_or(commandText());
   }
 
-  // Returns the status of the first run that did not succeed, else 0.
+  // Returns the status of the first run that did not succeed, else 0. What was measured is told also when
+  // something goes wrong later.
   int run() {
-    if (options_.baseline && !measureBaseline()) return interruptedStatus;
     int status = 0;
-    for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
-      status = runOnce(turn);
+    try {
+      status = runAll();
+    } catch (...) {
+      finish();
+      throw;
     }
-    if (report_.runs.size() > 1) showTogether();
-    if (options_.json) sink_.write(jsonText(report_) + "\n");
-    sink_.finish();
+    finish();
     return status;
   }
 
  private:
   static constexpr int interruptedStatus = 130;  // as a shell tells of SIGINT
+
+  int runAll() {
+    if (options_.baseline && !measureBaseline()) return interruptedStatus;
+    int status = 0;
+    for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
+      status = runOnce(turn);
+    }
+    return status;
+  }
+
+  void finish() {
+    if (!report_.idle && report_.runs.empty()) return;
+    if (report_.runs.size() > 1) showTogether();
+    if (options_.json) sink_.write(jsonText(report_) + "\n");
+    sink_.finish();
+  }
 
   [[nodiscard]] std::string commandText() const {
     std::string text;

@@ -16,9 +16,10 @@ namespace quellin::cli {
 /// also when the user or the system ends the process meanwhile. One at a time.
 class NewFile {
  public:
-  /// Begins a file beside `path`, which only its owner may read. Throws `Failure`, also where the name
-  /// belongs to a device or a folder.
-  explicit NewFile(std::string path);
+  /// Begins a file beside `path`, which only its owner may read, and which `replaces` one of that name or
+  /// must not. Throws `Failure`, also where the name belongs to a device or a folder, and where it belongs to
+  /// a file that must not be replaced.
+  NewFile(std::string path, bool replaces);
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
   NewFile(NewFile&&) = delete;
@@ -28,14 +29,15 @@ class NewFile {
   /// Appends `text`. Throws `Failure`.
   void write(std::string_view text);
 
-  /// Gives the file its name, in one step; a file of that name is replaced when `replaces`, else `Failure` is
-  /// thrown.
-  void publish(bool replaces);
+  /// Gives the file its name, in one step. Throws `Failure`, also when a file of that name that must not be
+  /// replaced has come meanwhile.
+  void publish();
 
  private:
   [[noreturn]] void fail(int error) const;
 
   std::string path_;
+  bool replaces_;
   std::string temporaryPath_;
   RemovalOnSignal removal_;
   FileDescriptor file_;

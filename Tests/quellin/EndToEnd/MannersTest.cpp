@@ -160,6 +160,23 @@ TEST_F(MannersTest, LookingForSessionsMakesNoStore) {
               HasSubstr("there are no sessions in " + missing + " yet."));
 }
 
+TEST_F(MannersTest, AFileThatCannotBeMadeIsNamedWithAWayOut) {
+  record();
+  const std::string endless(300, 'x');
+  for (const FrontEnd::Words& command :
+       {FrontEnd::Words{"export", "last"}, {"report", "last"}, {"run", "--source", macbook}}) {
+    FrontEnd::Words words = command;
+    words.insert(words.end(), {"-o", endless});
+    if (words.front() == "run") words.insert(words.end(), {"--", "true"});
+    const ProgramResult result = frontEnd.run(words);
+    EXPECT_NE(result.exitStatus, 0);
+    EXPECT_THAT(result.error, HasSubstr(endless + " cannot be written: File name too long. Name a file in "));
+  }
+  const ProgramResult captured = frontEnd.run({"capture", "--source", macbook, "-o", endless});
+  EXPECT_EQ(captured.exitStatus, 1);
+  EXPECT_THAT(captured.error, AllOf(HasSubstr("File name too long"), Not(HasSubstr("filesystem error"))));
+}
+
 TEST_F(MannersTest, DoctorTellsAWholeStoreFromADamagedOne) {
   record();
   const FrontEnd::Words doctor{"doctor", "--source", macbook, "--store"};

@@ -109,6 +109,25 @@ TEST_F(RunTest, ADamagedTraceLeavesNoSessionActive) {
   EXPECT_EQ(run("true").exitStatus, 0) << "the next run is not held up";
 }
 
+TEST_F(RunTest, WhatWasMeasuredIsToldThoughTheNextRunCannotBegin) {
+  const std::string file = frontEnd.pathOf("result.json");
+  for (const FrontEnd::Words& form : {FrontEnd::Words{"--json", "-o", file}, {"--json"}, {"-o", file}}) {
+    const std::string script = frontEnd.home().write("once", "#!/bin/sh\nrm \"$0\"\n");
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    FrontEnd::Words words{"run", "--source", macbook, "--repeat", "3", "--title", "Once", "--force"};
+    words.insert(words.end(), form.begin(), form.end());
+    words.insert(words.end(), {"--", script});
+    const ProgramResult result = frontEnd.run(words);
+    EXPECT_EQ(result.exitStatus, 127) << "as when the first one cannot begin";
+    EXPECT_THAT(result.error, HasSubstr("once cannot be run: "));
+    const std::string told = form.back() == file ? contentOf(file) : result.error;
+    EXPECT_THAT(told, testing::AnyOf(HasSubstr("\"exitStatus\" : 0"), HasSubstr("Once, 1 of 3\n")));
+    std::filesystem::remove(file);
+  }
+  EXPECT_EQ(frontEnd.run({"run", "--source", macbook, "-o", file, "no-such-command"}).exitStatus, 127);
+  EXPECT_FALSE(std::filesystem::exists(file)) << "there is nothing to tell";
+}
+
 TEST_F(RunTest, ATraceIsPlayedAtItsPaceWhileTheCommandRuns) {
   // Twenty minutes at this speed are a fifth of a second.
   const ProgramResult outlasted = run("sleep 1; echo done", {"--speed", "6000", "--title", "Outlasted"});

@@ -5,6 +5,7 @@
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -36,6 +37,17 @@ struct NewFileTest : testing::Test {
   }
 };
 
+// What an action that must fail fails with.
+std::string failureOf(const std::function<void()>& action) {
+  try {
+    action();
+    return "nothing was thrown";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.status(), ExitStatus::failed);
+    return failure.what();
+  }
+}
+
 // How a copy of this process ended that did something and then, if it still was there, exited.
 int statusOfCopy(const std::function<void()>& body) {
   const pid_t copy = fork();
@@ -50,41 +62,44 @@ int statusOfCopy(const std::function<void()>& body) {
 
 TEST_F(NewFileTest, AppearsWholeUnderItsNameAndLeavesNothingElse) {
   {
-    NewFile file{path};
+    NewFile file{path, false};
     file.write("one\n");
     file.write("two\n");
     EXPECT_FALSE(fs::exists(path));
-    file.publish(false);
+    file.publish();
     EXPECT_EQ(contentOf(path), "one\ntwo\n");
   }
   EXPECT_THAT(files(), ElementsAre("export.jsonl"));
 }
 
 TEST_F(NewFileTest, OnlyItsOwnerMayReadIt) {
-  NewFile file{path};
-  file.publish(false);
+  NewFile file{path, false};
+  file.publish();
   EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
 TEST_F(NewFileTest, LeavesNothingWhenItIsNotPublished) {
   {
-    NewFile{path}.write("half");
+    NewFile{path, false}.write("half");
   }
   EXPECT_THAT(files(), IsEmpty());
 }
 
+TEST_F(NewFileTest, RefusesToTakeThePlaceOfAFileThatIsThereAlready) {
+  folder.write("export.jsonl", "old");
+  EXPECT_EQ(failureOf([&] { const NewFile file{path, false}; }),
+            path + " is there already. Add --force to replace it, or name another file.");
+  EXPECT_EQ(contentOf(path), "old");
+  EXPECT_THAT(files(), ElementsAre("export.jsonl"));
+}
+
 TEST_F(NewFileTest, RefusesToTakeThePlaceOfAFileThatCameMeanwhile) {
   {
-    NewFile file{path};
+    NewFile file{path, false};
     file.write("new");
     folder.write("export.jsonl", "old");
-    try {
-      file.publish(false);
-      FAIL() << "nothing was thrown";
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.status(), ExitStatus::failed);
-      EXPECT_EQ(failure.what(), path + " is there already. Add --force to replace it, or name another file.");
-    }
+    EXPECT_EQ(failureOf([&] { file.publish(); }),
+              path + " is there already. Add --force to replace it, or name another file.");
   }
   EXPECT_EQ(contentOf(path), "old");
   EXPECT_THAT(files(), ElementsAre("export.jsonl"));
@@ -93,10 +108,10 @@ TEST_F(NewFileTest, RefusesToTakeThePlaceOfAFileThatCameMeanwhile) {
 TEST_F(NewFileTest, ReplacesAFileWhenToldTo) {
   folder.write("export.jsonl", "old");
   {
-    NewFile file{path};
+    NewFile file{path, true};
     file.write("new");
     EXPECT_EQ(contentOf(path), "old");
-    file.publish(true);
+    file.publish();
   }
   EXPECT_EQ(contentOf(path), "new");
   EXPECT_THAT(files(), ElementsAre("export.jsonl"));
@@ -105,7 +120,7 @@ TEST_F(NewFileTest, ReplacesAFileWhenToldTo) {
 TEST_F(NewFileTest, ASignalThatEndsTheProcessLeavesNothing) {
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     const int status = statusOfCopy([&] {
-      NewFile file{path};
+      NewFile file{path, false};
       file.write("half");
       if (files().size() != 1) return;
       std::raise(signal);
@@ -119,10 +134,10 @@ TEST_F(NewFileTest, ASignalThatEndsTheProcessLeavesNothing) {
 TEST_F(NewFileTest, ASignalThatIsIgnoredStaysIgnored) {
   const int status = statusOfCopy([&] {
     std::signal(SIGHUP, SIG_IGN);
-    NewFile file{path};
+    NewFile file{path, false};
     std::raise(SIGHUP);
     file.write("whole");
-    file.publish(false);
+    file.publish();
   });
   EXPECT_TRUE(WIFEXITED(status)) << status;
   EXPECT_EQ(contentOf(path), "whole");
@@ -130,7 +145,7 @@ TEST_F(NewFileTest, ASignalThatIsIgnoredStaysIgnored) {
 
 TEST_F(NewFileTest, SignalsHaveTheirOwnEffectAgainAfterwards) {
   const int status = statusOfCopy([&] {
-    NewFile{path}.publish(false);
+    NewFile{path, false}.publish();
     std::raise(SIGTERM);
   });
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
@@ -140,24 +155,21 @@ TEST_F(NewFileTest, SignalsHaveTheirOwnEffectAgainAfterwards) {
 TEST_F(NewFileTest, DevicesAndFoldersAreNeverReplaced) {
   fs::create_directory(folder.path() / "folder");
   for (const std::string& name : {std::string{"/dev/null"}, folder.pathOf("folder")}) {
-    try {
-      const NewFile file{name};
-      FAIL() << name;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.what(), name +
-                                    " is no ordinary file and cannot be replaced. Name another file, or "
-                                    "leave -o out and redirect the output.");
-    }
+    EXPECT_EQ(failureOf([&] { const NewFile file{name, true}; }),
+              name +
+                  " is no ordinary file and cannot be replaced. Name another file, or leave -o out and "
+                  "redirect the output.");
   }
 }
 
 TEST_F(NewFileTest, SaysWhereItCannotBeMade) {
-  const std::string nowhere = folder.pathOf("absent/export.jsonl");
-  try {
-    const NewFile file{nowhere};
-    FAIL() << "nothing was thrown";
-  } catch (const Failure& failure) {
-    EXPECT_THAT(failure.what(), HasSubstr(nowhere + " cannot be written: No such file or directory. Name"));
+  for (const auto& [name, reason] :
+       {std::pair{folder.pathOf("absent/export.jsonl"), "No such file or directory"},
+        std::pair{folder.pathOf(std::string(300, 'x')), "File name too long"}}) {
+    for (const bool replaces : {false, true}) {
+      EXPECT_THAT(failureOf([&] { const NewFile file{name, replaces}; }),
+                  HasSubstr(name + " cannot be written: " + reason + ". Name"));
+    }
   }
 }
 
