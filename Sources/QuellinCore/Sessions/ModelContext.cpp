@@ -255,6 +255,17 @@ std::vector<std::shared_ptr<PowerSession>> ModelContext::sessions() {
   return found;
 }
 
+bool ModelContext::refresh(const std::shared_ptr<PowerSession>& session) {
+  requireCurrent(*executor_);
+  if (session->isDeleted_ || isBeingDeleted(session)) return false;
+  const auto row = readSession(database(), session->key_);
+  if (!row) return false;
+  Sessions changedElsewhere;
+  static_cast<void>(identify(*row, changedElsewhere));
+  if (!changedElsewhere.empty()) session->changed_.notify();
+  return true;
+}
+
 std::shared_ptr<PowerSession> ModelContext::findOrInsert(const Find& find, const Make& make) {
   requireCurrent(*executor_);
   Sessions changedElsewhere;

@@ -61,6 +61,10 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   /// stored.
   [[nodiscard]] std::vector<std::shared_ptr<PowerSession>> sessions();
 
+  /// Takes over what other processes have made of a session; false when it is no longer in the store. Looks
+  /// at no other session.
+  [[nodiscard]] bool refresh(const std::shared_ptr<PowerSession>& session);
+
   /// What `find` picks out of `sessions()`; when it picks nothing, the session that `make` makes, saved
   /// together with everything else. No other process can write in between. When it throws, the session that
   /// was made is forgotten.

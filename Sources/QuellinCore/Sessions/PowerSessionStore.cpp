@@ -71,6 +71,10 @@ std::string PowerSessionStore::normalizedTitle(const std::optional<std::string>&
 
 std::shared_ptr<PowerSession> PowerSessionStore::activeSession() { return firstOf(sessions(), isActive); }
 
+bool PowerSessionStore::isStillActive(const std::shared_ptr<PowerSession>& session) {
+  return context_->refresh(session) && isActive(session);
+}
+
 std::shared_ptr<PowerSession> PowerSessionStore::start(const std::optional<std::string>& title,
                                                        PowerSessionSource source, double sampleInterval,
                                                        Instant startedAt) {

@@ -90,6 +90,10 @@ class PowerSessionStore {
   /// The newest session whose raw status is "active"; null when there is none.
   [[nodiscard]] std::shared_ptr<PowerSession> activeSession();
 
+  /// Whether the session is in the store and its raw status is "active", whoever changed it last. A look at
+  /// this one session: it costs the same however many there are.
+  [[nodiscard]] bool isStillActive(const std::shared_ptr<PowerSession>& session);
+
   /// The active session, unchanged, when there is one in any process; otherwise a new one, which is saved.
   /// `sampleInterval` in seconds.
   std::shared_ptr<PowerSession> start(const std::optional<std::string>& title, PowerSessionSource source,

@@ -66,8 +66,7 @@ std::optional<std::string> SessionRecording::newFailure() {
 }
 
 void SessionRecording::end() {
-  if (session_ && recorder_.activeSession() == session_ && isStillOurs())
-    recorder_.stop(host_.wallClock->now());
+  if (recorder_.activeSession() == session_ && isStillOurs()) recorder_.stop(host_.wallClock->now());
 }
 
 SystemPowerState SessionRecording::read() {

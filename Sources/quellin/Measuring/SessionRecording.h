@@ -50,7 +50,7 @@ class SessionRecording {
   const std::shared_ptr<PowerSession>& begin(const std::optional<std::string>& title, Seconds interval);
 
   /// False when the session was ended or deleted from elsewhere.
-  [[nodiscard]] bool isStillOurs() { return store().activeSession() == session_; }
+  [[nodiscard]] bool isStillOurs() { return session_ && store().isStillActive(session_); }
 
   /// Reads everything and stores it as one sample; calls `done` once, inside this call or later.
   void sample(std::function<void()> done);

@@ -72,9 +72,11 @@ void WatchSession::open() {
 
 // Other programs begin and end sessions, too.
 void WatchSession::look() {
-  const auto active = recorder_->store()->activeSession();
-  if (isRecording() && active != session_) forget();
-  elsewhere_ = isRecording() ? nullptr : active;
+  PowerSessionStore& store = *recorder_->store();
+  const auto& known = isRecording() ? session_ : elsewhere_;
+  if (known && store.isStillActive(known)) return;
+  if (isRecording()) forget();
+  elsewhere_ = store.activeSession();
 }
 
 void WatchSession::forget() {

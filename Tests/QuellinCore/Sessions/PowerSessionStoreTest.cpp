@@ -324,6 +324,21 @@ TEST_F(PowerSessionStoreTest, ASessionDeletedByAnotherProcessTakesItsUnsavedSamp
   EXPECT_EQ(kindThrownBy([&] { append(start("next"), 3); }), std::nullopt);
 }
 
+TEST_F(PowerSessionStoreTest, WhoeverEndsASessionItIsKnownToBeActiveNoLonger) {
+  const auto session = start();
+  const auto other = open();
+  EXPECT_TRUE(store->isStillActive(session));
+  other->stop(other->activeSession(), noon + Seconds(5));
+  EXPECT_FALSE(store->isStillActive(session));
+  EXPECT_EQ(session->endedAt(), noon + Seconds(5));
+  const auto next = start("next");
+  other->remove(other->activeSession());
+  EXPECT_FALSE(store->isStillActive(next));
+  const auto own = start("own");
+  store->remove(own);
+  EXPECT_FALSE(store->isStillActive(own));
+}
+
 TEST_F(PowerSessionStoreTest, TwoProcessesCanAppendToOneSession) {
   const auto session = start();
   const auto other = open();
@@ -380,6 +395,7 @@ TEST_F(PowerSessionStoreTest, OnlyTheMainExecutorMayCallIt) {
   const auto session = start();
   expectRefusedElsewhere([&] { (void)store->sessions(); });
   expectRefusedElsewhere([&] { (void)store->samples(session); });
+  expectRefusedElsewhere([&] { (void)store->isStillActive(session); });
   expectRefusedElsewhere([&] { append(session, 1); });
   expectRefusedElsewhere([&] { store->stop(session, noon); });
   expectRefusedElsewhere([&] { start(); });

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -66,6 +67,21 @@ TEST_F(StoreCostTest, ReadingsCostInProportionToTheSamples) {
     const auto forTwiceAsMany = static_cast<double>(cost[2] - cost[1]);
     EXPECT_NEAR(forTwiceAsMany / forTheFirst, 2, 0.02);
   }
+}
+
+TEST_F(StoreCostTest, WhetherASessionIsStillActiveCostsTheSameHoweverManyThereAre) {
+  std::vector<std::int64_t> costs;
+  for (const int sessions : {1, 2, 40}) {
+    PowerSessionStore store("reader", folder.path() / "many.store");
+    while (std::ssize(store.sessions()) < sessions) {
+      if (const auto before = store.activeSession()) store.stop(before, instantAt(1));
+      store.start("Another", PowerSessionSource::app, 1, instantAt(0));
+    }
+    const auto session = store.activeSession();
+    costs.push_back(work.of([&] { EXPECT_TRUE(store.isStillActive(session)); }));
+  }
+  EXPECT_GT(costs.front(), 0);
+  EXPECT_THAT(costs, testing::Each(costs.front()));
 }
 
 TEST_F(StoreCostTest, WhatWaitsForRoomOnTheDiskDoesNotMakeEveryAttemptDearer) {

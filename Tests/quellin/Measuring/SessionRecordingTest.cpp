@@ -1,14 +1,20 @@
+#include <cstdint>
 #include <optional>
 
 #include <gmock/gmock.h>
 
 #include "Support/Replay.h"
+#include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Support/OldSessions.h"
 #include "quellin/Support/TalkPipe.h"
 
 namespace quellin::cli {
 namespace {
+
+using testing_support::recordOldSessions;
+using testing_support::SQLWork;
 
 // Recordings of the example trace into a store of their own.
 struct SessionRecordingTest : testing::Test {
@@ -44,12 +50,33 @@ struct SessionRecordingTest : testing::Test {
     loop.runAgain();
   }
 
+  // The work that one more sample takes, with the look at the session before it.
+  std::int64_t workOfASample(const SQLWork& work) {
+    sample();
+    return work.of([this] {
+      EXPECT_TRUE(recording->isStillOurs());
+      sample();
+    });
+  }
+
   [[nodiscard]] std::string statusOf(const UUID& session) const {
     PowerSessionStore store{"reader", *options.store};
     const auto found = store.session(session);
     return found ? found->statusRaw().value_or("none") : "gone";
   }
 };
+
+TEST_F(SessionRecordingTest, ASampleCostsTheSameHoweverManySessionsThereAre) {
+  const SQLWork work;
+  recordOldSessions(*options.store, 2);
+  begin();
+  const std::int64_t withFew = workOfASample(work);
+  recording.reset();
+  recordOldSessions(*options.store, 40);
+  begin();
+  EXPECT_GT(withFew, 0);
+  EXPECT_EQ(workOfASample(work), withFew);
+}
 
 TEST_F(SessionRecordingTest, EndsItsSessionWhenItGoes) {
   const UUID session = begin()->id();

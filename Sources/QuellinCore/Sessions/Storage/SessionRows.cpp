@@ -54,6 +54,10 @@ bool hasLostSessions(Database& database) {
              " AND NOT EXISTS (SELECT 1 FROM PowerSession WHERE PowerSession.key = Owner.key))") != 0;
 }
 
+StoreError damagedRecord(const Database& database) {
+  return database.error(StoreError::Kind::damaged, "the record of a session is damaged");
+}
+
 }  // namespace
 
 std::vector<SessionRow> readSessions(Database& database) {
@@ -67,10 +71,19 @@ std::vector<SessionRow> readSessions(Database& database) {
     reader.restart();
     rows.push_back(read(reader));
     const bool isInPlace = rows.size() == 1 || rows.back().key > rows[rows.size() - 2].key;
-    if (!reader.isWhole() || !isInPlace)
-      throw database.error(StoreError::Kind::damaged, "the record of a session is damaged");
+    if (!reader.isWhole() || !isInPlace) throw damagedRecord(database);
   }
   return rows;
+}
+
+std::optional<SessionRow> readSession(Database& database, std::int64_t key) {
+  Query query(database, "SELECT * FROM PowerSession WHERE key = ?");
+  query.bind(key);
+  if (!query.step()) return std::nullopt;
+  RowReader reader(query);
+  SessionRow row = read(reader);
+  if (!reader.isWhole() || row.key != key) throw damagedRecord(database);
+  return row;
 }
 
 std::int64_t insertSession(Database& database, const PowerSessionColumns& columns) {

@@ -15,8 +15,13 @@ struct SessionRow {
   PowerSessionColumns columns;
 };
 
-/// All sessions, in the order stored. Throws damaged when a row is not what was written.
+/// All sessions, in the order stored. Throws damaged when a row is not what was written, or when samples tell
+/// of one that is missing.
 [[nodiscard]] std::vector<SessionRow> readSessions(Database& database);
+
+/// The session with key `key`, whatever the others are like; no value when it is not there. Throws damaged
+/// when its row is not what was written.
+[[nodiscard]] std::optional<SessionRow> readSession(Database& database, std::int64_t key);
 
 /// Writes a new session; returns its key.
 [[nodiscard]] std::int64_t insertSession(Database& database, const PowerSessionColumns& columns);
