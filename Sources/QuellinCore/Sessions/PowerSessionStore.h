@@ -27,6 +27,9 @@
 
 namespace quellin {
 
+struct SessionReport;
+struct SessionVisitor;
+
 /// What a store takes from its surroundings; the defaults are for production.
 struct PowerSessionStoreSurroundings {
   std::shared_ptr<const MainExecutor> executor =
@@ -134,10 +137,17 @@ class PowerSessionStore {
   /// Reads all of a session's saved samples and blobs and counts what is damaged.
   [[nodiscard]] SessionCheck check(const PowerSession& session);
 
-  /// What a session comes to.
+  /// All that a session comes to, from one walk over its samples, with the store as it is at one moment,
+  /// whatever other processes write. Damaged samples count as missing.
+  [[nodiscard]] SessionReport report(const std::shared_ptr<PowerSession>& session);
+  /// The same, with `visitor` looking on.
+  [[nodiscard]] SessionReport report(const std::shared_ptr<PowerSession>& session,
+                                     const SessionVisitor& visitor);
+
+  /// What a session comes to: that part of its report.
   [[nodiscard]] PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
 
-  /// How much of a session's time has power readings. Damaged samples count as missing.
+  /// How much of a session's time has power readings: that part of its report.
   [[nodiscard]] SessionCoverage coverage(const std::shared_ptr<PowerSession>& session);
 
   /// Adds to what recording a session has cost; the next save that succeeds writes it. A session with samples
@@ -161,6 +171,8 @@ class PowerSessionStore {
   void remove(const std::shared_ptr<PowerSession>& session);
 
  private:
+  [[nodiscard]] SessionReport sumUp(const std::shared_ptr<PowerSession>& session,
+                                    const SessionVisitor& visitor);
   void end(const std::shared_ptr<PowerSession>& session, PowerSessionStatus status, Instant endedAt);
 
   std::string appVersion_;

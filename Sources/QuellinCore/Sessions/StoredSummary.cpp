@@ -8,13 +8,14 @@ Instant sessionEnd(const PowerSession& session, Instant lastTimestamp) {
   return std::max(session.endedAt().value_or(lastTimestamp), lastTimestamp);
 }
 
-void StoredSummary::ingest(const StoredSample& sample, JSONDecoder& decoder) {
-  const PowerSamplePoint point = powerPoint(sample, decoder);
+PowerSamplePoint StoredSummary::ingest(const StoredSample& sample, JSONDecoder& decoder) {
+  PowerSamplePoint point = powerPoint(sample, decoder);
   figures_.ingest(point);
   figures_.battery.ingest(point.batteryPercent);
   figures_.ingest(maxima(sample.columns));
   figures_.contributors.add(processData(sample, decoder).contributions);
   lastTimestamp_ = point.timestamp;
+  return point;
 }
 
 PowerSessionSummary StoredSummary::materialize(const PowerSession& session) const {

@@ -17,8 +17,8 @@ namespace quellin {
 /// with the segments and contributors.
 class StoredSummary {
  public:
-  /// Takes the next sample; they come by timestamp.
-  void ingest(const StoredSample& sample, JSONDecoder& decoder);
+  /// Takes the next sample; they come by timestamp. Returns its power point.
+  PowerSamplePoint ingest(const StoredSample& sample, JSONDecoder& decoder);
 
   /// The summary so far, for a session with the start and end of `session`.
   [[nodiscard]] PowerSessionSummary materialize(const PowerSession& session) const;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "QuellinCore/Services/ProTelemetryService.h"
+#include "QuellinCore/Sessions/SessionReport.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/Ticker.h"
@@ -15,7 +16,6 @@
 #include "quellin/Progress/LiveLine.h"
 #include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
-#include "quellin/Storage/SessionReport.h"
 #include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
@@ -54,7 +54,7 @@ class Recording {
                     std::string{sessionDeletedText} + " 'quellin record' begins another."};
     }
     SlowWork work{invocation_, "summing up the session"};
-    const SessionReport report = sessionReport(recording_.store(), session_);
+    const SessionReport report = recording_.store().report(session_);
     work.end();
     if (invocation_.options.json) {
       writeJSON(invocation_.out, report);

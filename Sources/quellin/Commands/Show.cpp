@@ -1,9 +1,9 @@
+#include "QuellinCore/Sessions/SessionReport.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionText.h"
 #include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
-#include "quellin/Storage/SessionReport.h"
 #include "quellin/Storage/SessionStore.h"
 
 namespace quellin::cli {
@@ -11,7 +11,7 @@ namespace quellin::cli {
 ExitStatus showSession(const Invocation& invocation) {
   SlowWork work{invocation, "summing up the session"};
   const auto store = openRecordedStore(invocation.options);
-  const SessionReport report = sessionReport(*store, findSession(*store, invocation.options.word));
+  const SessionReport report = store->report(findSession(*store, invocation.options.word));
   work.end();
   if (invocation.options.json) {
     writeJSON(invocation.out, report);

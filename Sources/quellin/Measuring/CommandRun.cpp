@@ -70,7 +70,7 @@ class Span {
     if (!recording_.store().session(session_->id())) {
       throw Failure{ExitStatus::notMeasured, sessionDeletedText};
     }
-    SessionReport report = sessionReport(recording_.store(), session_);
+    SessionReport report = recording_.store().report(session_);
     const double seconds = host_.player ? report.summary.durationSeconds : (finishedAt_ - startedAt_).count();
     MeasuredSpan span{
         .report = std::move(report), .seconds = seconds, .counters = counters_, .countersPath = std::nullopt};

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "QuellinCore/Models/SiliconEnergy.h"
+#include "QuellinCore/Sessions/SessionReport.h"
 #include "quellin/Measuring/CommandProcess.h"
-#include "quellin/Storage/SessionReport.h"
 
 namespace quellin::cli {
 

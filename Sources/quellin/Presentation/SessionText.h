@@ -3,9 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "QuellinCore/Sessions/RecorderCost.h"
-#include "QuellinCore/Sessions/SessionCoverage.h"
-#include "quellin/Storage/SessionReport.h"
+#include "QuellinCore/Sessions/SessionReport.h"
 #include "quellin/Terminal/Terminal.h"
 
 namespace quellin::cli {

@@ -7,20 +7,16 @@
 
 #include "QuellinCore/Sessions/Analysis/SessionSeries.h"
 #include "QuellinCore/Sessions/Analysis/SourceTotals.h"
-#include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "QuellinCore/Sessions/SessionReport.h"
 
 namespace quellin {
 
 /// A session with all that can be drawn of it: what it comes to, and the samples behind that. All parts are
 /// of the same samples.
-struct SessionAnalysis {
-  PowerSessionMetadataDTO session;              ///< which session
-  PowerSessionSummary summary;                  ///< as the store has it
-  SessionCoverage coverage;                     ///< as the store has it
+struct SessionAnalysis : SessionReport {
   std::optional<double> longestCoveredSeconds;  ///< see there; absent when nothing is too long
   std::vector<ReadingGap> gaps;                 ///< those that the coverage counts, in order
-  std::optional<RecorderCost> recorderCost;     ///< absent when nobody noted it
   std::vector<SourceTotals> sourceTotals;       ///< like with like
   SessionSeries series;                         ///< every sample
 
@@ -39,8 +35,8 @@ struct SessionAnalysis {
   bool operator==(const SessionAnalysis&) const = default;
 };
 
-/// Analyses a session in one walk over its samples; damaged ones count as missing. Throws `StoreError`. Main
-/// executor of the store only.
+/// Analyses a session in the walk that makes its report. Throws `StoreError`. Main executor of the store
+/// only.
 [[nodiscard]] SessionAnalysis analyseSession(PowerSessionStore& store,
                                              const std::shared_ptr<PowerSession>& session);
 

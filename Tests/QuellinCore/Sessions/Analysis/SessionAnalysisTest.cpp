@@ -44,9 +44,7 @@ TEST_F(SessionAnalysisTest, AgreesWithTheStore) {
   memory.store->addCost(session, {.cpuSeconds = 0.5, .bytesWritten = 4096});
   memory.store->stop(session, instantAt(1100));
   const SessionAnalysis result = analysis();
-  EXPECT_EQ(result.summary, memory.store->summary(session));
-  EXPECT_EQ(result.coverage, memory.store->coverage(session));
-  EXPECT_EQ(result.recorderCost, memory.store->cost(*session));
+  EXPECT_EQ(static_cast<const SessionReport&>(result), memory.store->report(session));
   EXPECT_EQ(result.sourceTotals, totalsBySource(result.summary.powerSegments));
   EXPECT_THAT(result.series.seconds, ElementsAre(1, 3, 5, 20, 22, 24));
   EXPECT_THAT(result.series.source, ElementsAre(0, 0, 0, 0, 1, 2));
