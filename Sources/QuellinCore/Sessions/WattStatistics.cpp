@@ -3,12 +3,6 @@
 #include "QuellinCore/Support/CheckedArithmetic.h"
 
 namespace quellin {
-namespace {
-
-constexpr double secondsPerHour = 3600;
-
-}  // namespace
-
 double elapsedSeconds(Instant start, Instant end) {
   const double seconds = (end - start).count();
   return seconds > 0 ? seconds : 0;
@@ -16,7 +10,7 @@ double elapsedSeconds(Instant start, Instant end) {
 
 double trapezoidWattHours(const WattSample& earlier, const WattSample& later) {
   return (earlier.watts + later.watts) * 0.5 * elapsedSeconds(earlier.timestamp, later.timestamp) /
-         secondsPerHour;
+         joulesPerWattHour;
 }
 
 void WattStatistics::ingest(const WattSample& sample) {
@@ -35,7 +29,7 @@ std::optional<double> WattStatistics::energy() const {
 std::optional<double> WattStatistics::averageWatts(double durationSeconds) const {
   if (wattSampleCount == 0) return std::nullopt;
   if (wattSampleCount == 1) return wattSum;
-  if (durationSeconds > 0) return totalWattHours * secondsPerHour / durationSeconds;
+  if (durationSeconds > 0) return totalWattHours * joulesPerWattHour / durationSeconds;
   return wattSum / static_cast<double>(wattSampleCount);
 }
 

@@ -15,6 +15,9 @@ struct WattSample {
   bool operator==(const WattSample&) const = default;
 };
 
+/// A watt-hour in joules, and an hour in seconds.
+inline constexpr double joulesPerWattHour = 3600;
+
 /// From `start` to `end` in seconds; 0 when the clock was set back in between.
 [[nodiscard]] double elapsedSeconds(Instant start, Instant end);
 

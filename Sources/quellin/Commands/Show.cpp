@@ -1,4 +1,5 @@
 #include "QuellinCore/Sessions/SessionReport.h"
+
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionText.h"

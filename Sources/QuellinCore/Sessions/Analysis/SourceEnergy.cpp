@@ -5,30 +5,22 @@
 
 #include "QuellinCore/Models/PowerReadingRules.h"
 #include "QuellinCore/Sessions/Analysis/SourceTotals.h"
+#include "QuellinCore/Sessions/WattStatistics.h"
 
 namespace quellin {
 namespace {
 
-constexpr double joulesPerWattHour = 3600;
-
-SourceEnergy energyOf(const SourceTotals& totals, PowerReadingKind kind,
-                      const std::vector<PowerSessionPowerSegment>& segments) {
+SourceEnergy energyOf(const SourceTotals& totals, PowerReadingKind kind) {
   SourceEnergy result{.sourceKind = totals.sourceKind,
                       .sourceLabel = std::string(powerReadingTexts(kind).label),
                       .confidence = std::string(rawValue(powerReadingConfidence(kind))),
+                      .seconds = totals.measuredSeconds,
+                      .readings = totals.readings,
                       .joules = std::nullopt,
                       .wattHours = totals.totalWattHours,
                       .averageWatts = totals.averageWatts,
                       .maxWatts = totals.maxWatts};
-  double wattSum = 0;
-  for (const PowerSessionPowerSegment& segment : segments) {
-    if (segment.sourceKind != totals.sourceKind) continue;
-    result.readings += segment.wattSampleCount;
-    wattSum += segment.averageWatts.value_or(0) * static_cast<double>(segment.wattSampleCount);
-    if (segment.totalWattHours) result.seconds += segment.durationSeconds;
-  }
   if (result.wattHours) result.joules = *result.wattHours * joulesPerWattHour;
-  if (!result.averageWatts) result.averageWatts = wattSum / static_cast<double>(result.readings);
   return result;
 }
 
@@ -40,7 +32,7 @@ std::vector<SourceEnergy> energyBySource(const std::vector<PowerSessionPowerSegm
   sources.reserve(totals.size());
   for (const SourceTotals& total : totals) {
     if (const auto kind = fromRawValue<PowerReadingKind>(total.sourceKind))
-      sources.push_back(energyOf(total, *kind, segments));
+      sources.push_back(energyOf(total, *kind));
   }
   return sources;
 }

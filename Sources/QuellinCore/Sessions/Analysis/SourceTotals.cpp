@@ -3,33 +3,35 @@
 #include <algorithm>
 #include <utility>
 
+#include "QuellinCore/Sessions/WattStatistics.h"
 #include "QuellinCore/Support/CheckedArithmetic.h"
 
 namespace quellin {
 namespace {
 
-constexpr double secondsPerHour = 3600;
-
 // The totals of one source while its segments are added up.
 struct Sum {
   SourceTotals totals;
-  double measuredSeconds = 0;  // of the segments with an energy
+  double wattSum = 0;  // of the readings
 
   void add(const PowerSessionPowerSegment& segment) {
     totals.segmentCount = checkedAdd(totals.segmentCount, 1);
     totals.durationSeconds += segment.durationSeconds;
+    totals.readings = checkedAdd(totals.readings, segment.wattSampleCount);
+    wattSum += segment.averageWatts.value_or(0) * static_cast<double>(segment.wattSampleCount);
     if (segment.minWatts)
       totals.minWatts = std::min(totals.minWatts.value_or(*segment.minWatts), *segment.minWatts);
     if (segment.maxWatts)
       totals.maxWatts = std::max(totals.maxWatts.value_or(*segment.maxWatts), *segment.maxWatts);
     if (!segment.totalWattHours) return;
     totals.totalWattHours = totals.totalWattHours.value_or(0) + *segment.totalWattHours;
-    measuredSeconds += segment.durationSeconds;
+    totals.measuredSeconds += segment.durationSeconds;
   }
 
   [[nodiscard]] SourceTotals materialize() && {
-    if (totals.totalWattHours && measuredSeconds > 0)
-      totals.averageWatts = *totals.totalWattHours * secondsPerHour / measuredSeconds;
+    totals.averageWatts = totals.totalWattHours && totals.measuredSeconds > 0
+                              ? *totals.totalWattHours * joulesPerWattHour / totals.measuredSeconds
+                              : wattSum / static_cast<double>(totals.readings);
     return std::move(totals);
   }
 };

@@ -17,18 +17,25 @@ struct SourceTotals {
   std::string sourceLabel;               ///< that of the first segment
   std::int64_t segmentCount = 0;         ///< at least 1
   double durationSeconds = 0;            ///< of all its segments
-  std::optional<double> averageWatts;    ///< over the time of the segments that have an energy
+  double measuredSeconds = 0;            ///< of the segments that have an energy
+  std::int64_t readings = 0;             ///< samples with watts; at least 1
+  std::optional<double> averageWatts;    ///< over the measured time; where there is none, of the readings
   std::optional<double> minWatts;        ///< absent without a reading
   std::optional<double> maxWatts;        ///< absent without a reading
   std::optional<double> totalWattHours;  ///< absent when no segment has two readings
 
   static constexpr auto fields() {
     using Totals = SourceTotals;
-    return std::tuple{
-        Field{"sourceKind", &Totals::sourceKind},     Field{"sourceLabel", &Totals::sourceLabel},
-        Field{"segmentCount", &Totals::segmentCount}, Field{"durationSeconds", &Totals::durationSeconds},
-        Field{"averageWatts", &Totals::averageWatts}, Field{"minWatts", &Totals::minWatts},
-        Field{"maxWatts", &Totals::maxWatts},         Field{"totalWattHours", &Totals::totalWattHours}};
+    return std::tuple{Field{"sourceKind", &Totals::sourceKind},
+                      Field{"sourceLabel", &Totals::sourceLabel},
+                      Field{"segmentCount", &Totals::segmentCount},
+                      Field{"durationSeconds", &Totals::durationSeconds},
+                      Field{"measuredSeconds", &Totals::measuredSeconds},
+                      Field{"readings", &Totals::readings},
+                      Field{"averageWatts", &Totals::averageWatts},
+                      Field{"minWatts", &Totals::minWatts},
+                      Field{"maxWatts", &Totals::maxWatts},
+                      Field{"totalWattHours", &Totals::totalWattHours}};
   }
 
   bool operator==(const SourceTotals&) const = default;
