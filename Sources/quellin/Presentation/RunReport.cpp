@@ -13,18 +13,6 @@
 namespace quellin::cli {
 namespace {
 
-constexpr double joulesPerWattHour = 3600;
-constexpr auto countedKind = PowerReadingKind::ioReportSiliconPower;
-
-CountedEnergy counted(const SiliconEnergy& energy, double seconds) {
-  return {.sourceKind = std::string{rawValue(countedKind)},
-          .confidence = std::string{rawValue(powerReadingConfidence(countedKind))},
-          .joules = energy.totalJoules,
-          .wattHours = energy.totalJoules / joulesPerWattHour,
-          .averageWatts = seconds > 0 ? std::optional{energy.totalJoules / seconds} : std::nullopt,
-          .components = energy};
-}
-
 std::string energyText(double joules, double wattHours) {
   return decimal(joules, 2) + " J (" + decimal(wattHours, 3) + " Wh)";
 }
@@ -37,8 +25,8 @@ std::string timeText(double seconds) {
 
 std::string countersText(const CountedEnergy& counters, const std::optional<std::string>& path) {
   return energyText(counters.joules, counters.wattHours) + ", " + decimal(counters.averageWatts, 2) +
-         " W on average; " + std::string{powerReadingTexts(countedKind).label} + " (" + counters.confidence +
-         "), counted over exactly this time" + (path ? " by " + *path : "");
+         " W on average; " + std::string{powerReadingTexts(countedReadingKind).label} + " (" +
+         counters.confidence + "), counted over exactly this time" + (path ? " by " + *path : "");
 }
 
 std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<std::size_t> width) {
@@ -107,7 +95,7 @@ SpanReport spanReport(const MeasuredSpan& span) {
   if (span.seconds >= processMeasurementInterval.count())
     report.processes = contributorShares(session.summary.topContributors);
   report.countersPath = span.countersPath;
-  if (span.counters) report.counters = counted(*span.counters, span.seconds);
+  if (span.counters) report.counters = countedEnergy(*span.counters, span.seconds);
   return report;
 }
 
@@ -121,9 +109,9 @@ CommandReport commandReport(const MeasuredCommand& measured, const std::optional
   report.measured = spanReport(*measured.span);
   if (!idle) return report;
   report.aboveIdle = energyAboveIdle(report.measured->sources, idle->sources);
-  if (report.measured->counters && idle->counters && idle->counters->averageWatts) {
+  if (report.measured->counters && idle->counters) {
     report.countedJoulesAboveIdle =
-        report.measured->counters->joules - *idle->counters->averageWatts * report.measured->seconds;
+        countedJoulesAboveIdle(*report.measured->counters, report.measured->seconds, *idle->counters);
   }
   return report;
 }

@@ -5,7 +5,8 @@
 #include <tuple>
 #include <vector>
 
-#include "QuellinCore/Models/SiliconEnergy.h"
+#include "QuellinCore/Sessions/Analysis/CountedEnergy.h"
+#include "QuellinCore/Sessions/Analysis/EnergyAboveIdle.h"
 #include "QuellinCore/Sessions/Analysis/SourceEnergy.h"
 #include "QuellinCore/Sessions/RecorderCost.h"
 #include "QuellinCore/Sessions/SessionCoverage.h"
@@ -13,25 +14,6 @@
 #include "quellin/Measuring/MeasuredCommand.h"
 
 namespace quellin::cli {
-
-/// Energy by the machine's own counters, from the first moment of a stretch of time to its last.
-struct CountedEnergy {
-  std::string sourceKind;              ///< the quantity: that of the silicon's power reading
-  std::string confidence;              ///< that of the same reading
-  double joules = 0;                   ///< of all components
-  double wattHours = 0;                ///< the same energy
-  std::optional<double> averageWatts;  ///< absent when no time has passed
-  SiliconEnergy components;            ///< one by one
-
-  static constexpr auto fields() {
-    return std::tuple{Field{"sourceKind", &CountedEnergy::sourceKind},
-                      Field{"confidence", &CountedEnergy::confidence},
-                      Field{"joules", &CountedEnergy::joules},
-                      Field{"wattHours", &CountedEnergy::wattHours},
-                      Field{"averageWatts", &CountedEnergy::averageWatts},
-                      Field{"components", &CountedEnergy::components}};
-  }
-};
 
 /// What a measured stretch of time comes to.
 struct SpanReport {

@@ -1,6 +1,5 @@
 #include "QuellinCore/Sessions/Analysis/SourceEnergy.h"
 
-#include <algorithm>
 #include <map>
 
 #include "QuellinCore/Models/PowerReadingRules.h"
@@ -35,22 +34,6 @@ std::vector<SourceEnergy> energyBySource(const std::vector<PowerSessionPowerSegm
       sources.push_back(energyOf(total, *kind));
   }
   return sources;
-}
-
-std::vector<EnergyAboveIdle> energyAboveIdle(const std::vector<SourceEnergy>& sources,
-                                             const std::vector<SourceEnergy>& idle) {
-  std::vector<EnergyAboveIdle> result;
-  for (const SourceEnergy& source : sources) {
-    const auto found = std::ranges::find(idle, source.sourceKind, &SourceEnergy::sourceKind);
-    if (found == idle.end() || !source.averageWatts || !found->averageWatts) continue;
-    EnergyAboveIdle above{.sourceKind = source.sourceKind,
-                          .idleWatts = *found->averageWatts,
-                          .watts = *source.averageWatts - *found->averageWatts,
-                          .joules = std::nullopt};
-    if (source.joules) above.joules = *source.joules - above.idleWatts * source.seconds;
-    result.push_back(above);
-  }
-  return result;
 }
 
 std::vector<ContributorShare> contributorShares(const std::vector<PowerSessionContributor>& contributors) {

@@ -41,26 +41,6 @@ struct SourceEnergy {
 /// without a reading are left out.
 [[nodiscard]] std::vector<SourceEnergy> energyBySource(const std::vector<PowerSessionPowerSegment>& segments);
 
-/// How much of a session's energy is there without the work in it.
-struct EnergyAboveIdle {
-  std::string sourceKind;        ///< of both
-  double idleWatts = 0;          ///< the average of the idle machine
-  double watts = 0;              ///< how far the session's average is above that; negative when it is below
-  std::optional<double> joules;  ///< the same over the session's time; absent where its energy is not known
-
-  static constexpr auto fields() {
-    return std::tuple{Field{"sourceKind", &EnergyAboveIdle::sourceKind},
-                      Field{"idleWatts", &EnergyAboveIdle::idleWatts},
-                      Field{"watts", &EnergyAboveIdle::watts}, Field{"joules", &EnergyAboveIdle::joules}};
-  }
-
-  bool operator==(const EnergyAboveIdle&) const = default;
-};
-
-/// What `sources` come to above `idle`, like with like: a kind that only one of the two has is left out.
-[[nodiscard]] std::vector<EnergyAboveIdle> energyAboveIdle(const std::vector<SourceEnergy>& sources,
-                                                           const std::vector<SourceEnergy>& idle);
-
 /// A process's part in what a session's processes cost.
 struct ContributorShare {
   std::string name;        ///< of the process

@@ -22,15 +22,6 @@ PowerSessionPowerSegment segment(const std::string& kind, double seconds, std::i
   return result;
 }
 
-SourceEnergy source(const std::string& kind, double seconds, double average) {
-  SourceEnergy result;
-  result.sourceKind = kind;
-  result.seconds = seconds;
-  result.averageWatts = average;
-  if (seconds > 0) result.joules = average * seconds;
-  return result;
-}
-
 TEST(SourceEnergyTest, GathersSegmentsOfOneKindAndNeverOfTwo) {
   const auto sources = energyBySource({segment("batteryDischarge", 3600, 10, 10, 12),
                                        segment("ioReportSiliconPower", 100, 5, 3, 4),
@@ -64,21 +55,6 @@ TEST(SourceEnergyTest, OneReadingIsAnAverageAndNoEnergy) {
   EXPECT_EQ(sources[0].joules, std::nullopt);
   EXPECT_EQ(sources[0].averageWatts, 11.5);
   EXPECT_EQ(sources[0].maxWatts, 13);
-}
-
-TEST(EnergyAboveIdleTest, ComparesLikeWithLike) {
-  const std::vector<SourceEnergy> busy{source("batteryDischarge", 100, 12),
-                                       source("ioReportSiliconPower", 50, 5),
-                                       source("batterySupplement", 0, 9)};
-  const std::vector<SourceEnergy> idle{source("batteryChargeInput", 60, 30),
-                                       source("batterySupplement", 60, 10),
-                                       source("batteryDischarge", 60, 4)};
-  EXPECT_THAT(
-      energyAboveIdle(busy, idle),
-      ElementsAre(
-          EnergyAboveIdle{.sourceKind = "batteryDischarge", .idleWatts = 4, .watts = 8, .joules = 800},
-          EnergyAboveIdle{
-              .sourceKind = "batterySupplement", .idleWatts = 10, .watts = -1, .joules = std::nullopt}));
 }
 
 TEST(ContributorShareTest, SharesAreOfTheSameSource) {
