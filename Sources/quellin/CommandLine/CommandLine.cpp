@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include "quellin/Version.h"
 
@@ -171,9 +172,9 @@ void addRepeat(CLI::App& app, Options& options) {
       ->type_name("N");
 }
 
-void addProcessInterval(CLI::App& app, Options& options, const std::string& usual) {
+void addProcessInterval(CLI::App& app, Options& options, Seconds usual) {
   addDuration(app, "--process-interval",
-              "From one look at the processes to the next, " + usual + " by default",
+              fmt::format("From one look at the processes to the next, {}s by default", usual.count()),
               [&options](Seconds interval) { options.processInterval = interval; });
 }
 

@@ -49,7 +49,7 @@ void addTitle(CLI::App& app, Options& options, const std::string& otherwise);
 /// --repeat.
 void addRepeat(CLI::App& app, Options& options);
 /// --process-interval; `usual` is what it is without it.
-void addProcessInterval(CLI::App& app, Options& options, const std::string& usual);
+void addProcessInterval(CLI::App& app, Options& options, Seconds usual);
 /// --interval.
 void addInterval(CLI::App& app, Options& options);
 /// --for.

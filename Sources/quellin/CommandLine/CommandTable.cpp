@@ -58,7 +58,7 @@ std::vector<Command> measuringCommands() {
          addInterval(app, options);
          addLength(app, options);
          addTitle(app, options, "when it began");
-         addProcessInterval(app, options, "30s");
+         addProcessInterval(app, options, usualProcessInterval);
          app.add_flag("--telemetry", options.telemetry, "Also ask the installed tool for telemetry");
        },
        record},
@@ -74,7 +74,7 @@ std::vector<Command> measuringCommands() {
          addOutput(app, options, "The file for the result, instead of standard error");
          addInterval(app, options);
          addTitle(app, options, "the command");
-         addProcessInterval(app, options, "5s");
+         addProcessInterval(app, options, usualRunProcessInterval);
          addRepeat(app, options);
          addDuration(app, "--baseline", "Measure the idle machine for so long first, to compare with",
                      [&options](Seconds length) { options.baseline = length; });

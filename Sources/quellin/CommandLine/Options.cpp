@@ -39,6 +39,12 @@ std::optional<double> secondsOf(std::string_view unit) {
 
 }  // namespace
 
+std::vector<std::string> programWords(const Options& options) {
+  std::vector<std::string> words{options.word};
+  words.insert(words.end(), options.arguments.begin(), options.arguments.end());
+  return words;
+}
+
 std::optional<Seconds> parseDuration(const std::string& text) {
   std::string_view rest = text;
   const auto number = takeDecimal(rest);

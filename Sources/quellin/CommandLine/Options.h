@@ -14,6 +14,8 @@ namespace quellin::cli {
 /// From one look at the processes to the next while a session is recorded, unless something else is asked
 /// for.
 inline constexpr Seconds usualProcessInterval{30};
+/// The same while a command is run, which may take little time.
+inline constexpr Seconds usualRunProcessInterval{5};
 
 /// What the command line asks for. A command looks only at what its own options set.
 struct Options {
@@ -36,6 +38,9 @@ struct Options {
   bool telemetry = false;
   PowerBudgetMonitor budget;
 };
+
+/// The program to run and what it is given.
+[[nodiscard]] std::vector<std::string> programWords(const Options& options);
 
 /// The length of time that `text` spells: a decimal number above 0 with "ms", "s", "m" or "h" behind it,
 /// seconds without. No value for anything else.

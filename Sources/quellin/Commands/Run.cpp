@@ -53,8 +53,7 @@ class ResultSink {
 class Runs {
  public:
   explicit Runs(const Invocation& invocation) : invocation_(invocation), sink_(invocation) {
-    report_.command.push_back(options_.word);
-    report_.command.insert(report_.command.end(), options_.arguments.begin(), options_.arguments.end());
+    report_.command = programWords(options_);
     title_ = options_.title.value_or(commandText());
   }
 

@@ -16,7 +16,6 @@
 namespace quellin::cli {
 namespace {
 
-constexpr Seconds processInterval{5};
 constexpr Seconds counterInterval{60};  // see EnergySpan
 
 // One session around something that takes its time.
@@ -25,7 +24,8 @@ class Span {
   Span(const Invocation& invocation, const MeasuredHost& host, std::optional<Seconds> length)
       : invocation_(invocation),
         host_(host),
-        recording_(invocation, host, loop_, invocation.options.processInterval.value_or(processInterval)),
+        recording_(invocation, host, loop_,
+                   invocation.options.processInterval.value_or(usualRunProcessInterval)),
         ticker_(loop_, host, invocation.options.interval, length) {}
 
   [[nodiscard]] Loop& loop() { return loop_; }
@@ -114,12 +114,6 @@ class Span {
   bool hasToldOfLoss_ = false;
 };
 
-std::vector<std::string> wordsOf(const Options& options) {
-  std::vector<std::string> words{options.word};
-  words.insert(words.end(), options.arguments.begin(), options.arguments.end());
-  return words;
-}
-
 // What is sent to this program is meant for the command. What is typed reaches it without us; nothing tells
 // it here from the same signal sent to a job in the foreground.
 void passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
@@ -178,7 +172,7 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   bool isAwaited = false;
   std::unique_ptr<CommandProcess> command;
   passSignals(span.loop(), command);
-  auto started = CommandProcess::start(wordsOf(invocation.options), [&](const CommandEnd& how) {
+  auto started = CommandProcess::start(programWords(invocation.options), [&](const CommandEnd& how) {
     span.finish();
     span.loop().executor()->post([&, how] {
       end = how;

@@ -8,6 +8,13 @@
 namespace quellin::cli {
 namespace {
 
+TEST(OptionsTest, TheWordsOfAProgramBeginWithItsName) {
+  Options options;
+  options.word = "make";
+  options.arguments = {"-j8", "all"};
+  EXPECT_THAT(programWords(options), testing::ElementsAre("make", "-j8", "all"));
+}
+
 struct DurationCase {
   std::string text;
   std::optional<double> seconds;
