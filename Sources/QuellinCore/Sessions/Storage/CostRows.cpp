@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "QuellinCore/Sessions/Storage/Query.h"
+#include "QuellinCore/Sessions/Storage/SampleRows.h"
 #include "QuellinCore/Sessions/Storage/SealedRow.h"
 
 namespace quellin {
@@ -15,10 +16,9 @@ bool isPossible(const RecorderCost& cost) {
 }
 
 bool hasUncountedSamples(Database& database, std::int64_t session) {
-  Query query(
-      database,
-      "SELECT 1 FROM PowerSessionSample WHERE key BETWEEN ?1 << 32 AND (?1 << 32) | 0xFFFFFFFF LIMIT 1");
-  return query.bind(session).step();
+  const KeyRange keys = keysOf(session);
+  Query query(database, "SELECT 1 FROM PowerSessionSample WHERE key BETWEEN ? AND ? LIMIT 1");
+  return query.bind(keys.first).bind(keys.last).step();
 }
 
 bool isThere(Database& database, std::int64_t session) {

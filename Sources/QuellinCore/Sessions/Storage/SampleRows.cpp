@@ -25,6 +25,19 @@ void write(Query& query, std::int64_t key, const SampleColumns& columns, const S
 
 }  // namespace
 
+// Each look finds the first sample behind those of the session before.
+bool hasSamplesWithoutSession(Database& database) {
+  Query query(database,
+              "WITH RECURSIVE Owner(key) AS ("
+              " SELECT min(key) >> ?1 FROM PowerSessionSample"
+              " UNION"
+              " SELECT (SELECT min(key) FROM PowerSessionSample WHERE key > (Owner.key << ?1 | ?2)) >> ?1"
+              " FROM Owner WHERE Owner.key IS NOT NULL)"
+              "SELECT EXISTS (SELECT 1 FROM Owner WHERE key IS NOT NULL"
+              " AND NOT EXISTS (SELECT 1 FROM PowerSession WHERE PowerSession.key = Owner.key))");
+  return query.bind(bitsInSession).bind(lastInSession).step() && query.integer(0) != 0;
+}
+
 std::optional<std::int64_t> nextSampleKey(Database& database, std::int64_t session) {
   const KeyRange keys = keysOf(session);
   Query query(

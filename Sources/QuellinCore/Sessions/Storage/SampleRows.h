@@ -18,10 +18,19 @@ struct KeyRange {
   std::int64_t last = 0;
 };
 
+/// How many of a row's bits are its own; the others are the key of its session.
+inline constexpr std::int64_t bitsInSession = 32;
+/// The highest key that a row may have within its session.
+inline constexpr std::int64_t lastInSession = (std::int64_t{1} << bitsInSession) - 1;
+
 /// The keys of the session with key `session`.
 [[nodiscard]] constexpr KeyRange keysOf(std::int64_t session) {
-  return {session << 32, (session << 32) | 0xFFFFFFFF};
+  return {session << bitsInSession, (session << bitsInSession) | lastInSession};
 }
+
+/// Whether samples tell of a session whose record is not where it must be, because a page of the file stands
+/// in the place of the right one, or is an older version of it. One look per session.
+[[nodiscard]] bool hasSamplesWithoutSession(Database& database);
 
 /// The key that the next sample of a session gets, which is behind all blobs, too: those whose samples the
 /// file has lost tell of them. No value when the session is no longer there.

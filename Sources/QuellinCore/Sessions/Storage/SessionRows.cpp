@@ -1,6 +1,7 @@
 #include "QuellinCore/Sessions/Storage/SessionRows.h"
 
 #include "QuellinCore/Sessions/Storage/Query.h"
+#include "QuellinCore/Sessions/Storage/SampleRows.h"
 #include "QuellinCore/Sessions/Storage/SealedRow.h"
 
 namespace quellin {
@@ -39,21 +40,6 @@ SessionRow read(RowReader& reader) {
   return row;
 }
 
-// Samples tell of a session whose record is not where it must be, because a page of the file stands in the
-// place of the right one, or is an older version of it. One look per session finds the first sample behind
-// its own.
-bool hasLostSessions(Database& database) {
-  return database.integer(
-             "WITH RECURSIVE Owner(key) AS ("
-             " SELECT min(key) >> 32 FROM PowerSessionSample"
-             " UNION"
-             " SELECT (SELECT min(key) FROM PowerSessionSample WHERE key > (Owner.key << 32 | 0xFFFFFFFF)) "
-             ">> 32"
-             " FROM Owner WHERE Owner.key IS NOT NULL)"
-             "SELECT EXISTS (SELECT 1 FROM Owner WHERE key IS NOT NULL"
-             " AND NOT EXISTS (SELECT 1 FROM PowerSession WHERE PowerSession.key = Owner.key))") != 0;
-}
-
 StoreError damagedRecord(const Database& database) {
   return database.error(StoreError::Kind::damaged, "the record of a session is damaged");
 }
@@ -61,7 +47,7 @@ StoreError damagedRecord(const Database& database) {
 }  // namespace
 
 std::vector<SessionRow> readSessions(Database& database) {
-  if (hasLostSessions(database)) {
+  if (hasSamplesWithoutSession(database)) {
     throw database.error(StoreError::Kind::damaged, "the record of a session is missing");
   }
   std::vector<SessionRow> rows;
