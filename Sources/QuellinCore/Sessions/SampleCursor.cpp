@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -39,7 +40,7 @@ struct SampleCursor::State {
         onDamage(onRowDamage),
         keys(keysOf(ofBlobs.session())),
         isInStoredOrder(order == Order::stored || isStoredInOrderOfTime(ofDatabase, keys)),
-        expected(isInStoredOrder ? keys.first : keys.first - 1),
+        nextKey(keys.first),
         end(nextSampleKey(ofDatabase, ofBlobs.session()).value_or(keys.first)),
         query(ofDatabase, isInStoredOrder ? inStoredOrder : inOrderOfTime),
         reader(query) {
@@ -50,17 +51,17 @@ struct SampleCursor::State {
   // it has mixed up. In order of time a row that is there twice stands beside itself, and the end tells how
   // many have not come.
   bool hasKeyInPlace() {
-    if (!isInStoredOrder) return row.key >= keys.first && std::exchange(expected, row.key) != row.key;
-    if (row.key < expected) return false;
-    unreadable = std::max(unreadable, row.key - expected);
-    expected = row.key + 1;
+    if (!isInStoredOrder) return row.key >= keys.first && std::exchange(previousKey, row.key) != row.key;
+    if (row.key < nextKey) return false;
+    unreadable = std::max(unreadable, row.key - nextKey);
+    nextKey = row.key + 1;
     return true;
   }
 
   void countMissing() {
-    unreadable = isInStoredOrder ? std::max(unreadable, end - expected)
+    unreadable = isInStoredOrder ? std::max(unreadable, end - nextKey)
                                  : std::max(unreadable, end - keys.first - good - skipped);
-    expected = end;
+    nextKey = end;
   }
 
   void countSkipped() {
@@ -75,9 +76,10 @@ struct SampleCursor::State {
   OnDamage onDamage;
   KeyRange keys;
   bool isInStoredOrder;
-  std::int64_t expected;        // the key that comes next in stored order; the last one in order of time
-  std::int64_t end;             // the key behind the last one
-  std::int64_t unreadable = 0;  // rows since the last good one
+  std::int64_t nextKey;                     // in stored order: the one that must come
+  std::optional<std::int64_t> previousKey;  // in order of time: the one that came last
+  std::int64_t end;                         // the key behind the last one
+  std::int64_t unreadable = 0;              // rows since the last good one
   std::int64_t skipped = 0;
   std::int64_t good = 0;
   Query query;
