@@ -27,7 +27,7 @@ void PowerSessionRecorder::State::close() {
     noteCost();
     store->context().save();
   } catch (const StoreError&) {
-    return;  // nobody is left to tell, and the samples are safe
+    return;  // what waits in the context is lost with it; the failure before this one told of that
   }
 }
 

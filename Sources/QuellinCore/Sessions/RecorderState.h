@@ -32,7 +32,8 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   PowerSessionSummary summary(const std::shared_ptr<PowerSession>& session);
   void remove(const std::shared_ptr<PowerSession>& session);
 
-  /// Nobody hears of anything any more, and nothing is stored but what recording has cost so far.
+  /// Nobody hears of anything any more, and nothing is recorded any more. What recording has cost so far is
+  /// saved, and with it what an earlier save could not write, if that can be written now.
   void close();
 
   const std::shared_ptr<MainExecutor> executor;
