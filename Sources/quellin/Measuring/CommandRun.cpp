@@ -164,7 +164,6 @@ std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const Meas
 MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
                                const std::string& title) {
   Span span{invocation, host, std::nullopt};
-  span.ticker().leaveInterruptsAlone();
   span.begin(title);
   const bool endsWithCommand = !playsAtOnce(host, invocation.options);
   CommandEnd end;

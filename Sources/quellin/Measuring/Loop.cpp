@@ -46,14 +46,12 @@ struct Loop::State {
   boost::asio::executor_work_guard<boost::asio::io_context::executor_type> work{context.get_executor()};
   std::list<boost::asio::signal_set> others;  // which are referred to
   std::shared_ptr<AsioExecutor> executor = std::make_shared<AsioExecutor>(context);
-  std::function<void(int)> interrupted;
+  std::function<void()> interrupted;
 
   // Signals are heard on a thread of their own: the loop's may be held up by the hardware.
   boost::asio::io_context signalContext{1};
   boost::asio::signal_set signals{signalContext};
-  int interruptions = 0;      // seen by the signals' thread
-  std::atomic<int> heard{0};  // by the loop's
-  std::atomic<bool> isStopped{false};
+  bool isAskedToEnd = false;  // seen by the signals' thread
   std::mutex suddenEndMutex;
   std::function<void()> suddenEnd;
   std::atomic<bool> isImperturbable{false};
@@ -85,11 +83,10 @@ struct Loop::State {
     signals.async_wait([this](const boost::system::error_code& error, int) {
       if (error) return;
       waitForSignal();
-      const int time = ++interruptions;
-      if (time > 1 && (time > heard + 1 || isStopped) && !isImperturbable) endSuddenly();
-      boost::asio::post(context, [this, time] {
-        heard = time;
-        if (interrupted) interrupted(time);
+      if (isImperturbable) return;
+      if (std::exchange(isAskedToEnd, true)) endSuddenly();
+      boost::asio::post(context, [this] {
+        if (interrupted && !isImperturbable) interrupted();
       });
     });
   }
@@ -101,7 +98,7 @@ Loop::~Loop() = default;
 
 std::shared_ptr<MainExecutor> Loop::executor() const { return state_->executor; }
 
-void Loop::onInterrupt(std::function<void(int)> action) { state_->interrupted = std::move(action); }
+void Loop::onInterrupt(std::function<void()> action) { state_->interrupted = std::move(action); }
 
 void Loop::onSuddenEnd(std::function<void()> action) {
   const std::lock_guard lock{state_->suddenEndMutex};
@@ -128,14 +125,10 @@ void Loop::after(Seconds delay, std::function<void()> action) {
 void Loop::run() { state_->context.run(); }
 
 void Loop::runAgain() {
-  state_->isStopped = false;
   state_->context.restart();
   run();
 }
 
-void Loop::stop() {
-  state_->isStopped = true;
-  state_->context.stop();
-}
+void Loop::stop() { state_->context.stop(); }
 
 }  // namespace quellin::cli

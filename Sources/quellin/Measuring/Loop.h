@@ -22,16 +22,15 @@ class Loop {
   /// The main executor that runs in this loop.
   [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
 
-  /// Calls `action` when the user or the system asks the program to end, with 1 the first time, then 2, and
-  /// so on. Asked again before the loop came to hear the last time, or after it was stopped, the process ends
-  /// at once as failed.
-  void onInterrupt(std::function<void(int time)> action);
+  /// Calls `action` once, when the user or the system asks the program to end. Asked a second time, the
+  /// process ends at once as failed.
+  void onInterrupt(std::function<void()> action);
 
   /// Calls `action` right before the process ends at once, on another thread than the loop's, which may be
   /// anywhere then.
   void onSuddenEnd(std::function<void()> action);
 
-  /// From now on the process goes on however often it is asked to end.
+  /// From now on the process goes on however often it is asked to end, and nobody is told of it.
   void beImperturbable();
 
   /// Calls `action` whenever the process gets the signal, which then has no other effect.

@@ -1,7 +1,6 @@
 #include "quellin/Measuring/Ticker.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 #include "quellin/Outcome/Failure.h"
@@ -14,9 +13,7 @@ Ticker::Ticker(Loop& loop, const MeasuredHost& host, Seconds interval, std::opti
 void Ticker::run(Round round) {
   round_ = std::move(round);
   startedAt_ = nextAt_ = host_.monotonicClock->now();
-  loop_.onInterrupt([this](int time) {
-    if (leavesInterruptsAlone_) return;
-    if (time > 1) std::_Exit(static_cast<int>(ExitStatus::failed));
+  loop_.onInterrupt([this] {
     wasInterrupted_ = true;
     end();
   });

@@ -19,15 +19,12 @@ class Ticker {
   /// All must outlive the ticker. Without `duration` it goes on until something else ends it.
   Ticker(Loop& loop, const MeasuredHost& host, Seconds interval, std::optional<Seconds> duration);
 
-  /// Runs the loop until the end. A second request to end ends the process at once. Throws `Failure` when the
-  /// trace turns out to be damaged, and whatever `round` throws.
+  /// Runs the loop until the end. Throws `Failure` when the trace turns out to be damaged, and whatever
+  /// `round` throws.
   void run(Round round);
 
   /// Ends `run`: after the present round if there is one, else now. To be called on the loop's thread.
   void end();
-
-  /// Being asked to end no longer ends `run`: somebody else sees to that. To be called before it.
-  void leaveInterruptsAlone() { leavesInterruptsAlone_ = true; }
 
   /// Whether `run` ended because the program was asked to end.
   [[nodiscard]] bool wasInterrupted() const { return wasInterrupted_; }
@@ -47,7 +44,6 @@ class Ticker {
   Seconds startedAt_{};
   Seconds nextAt_{};
   bool isEnding_ = false;
-  bool leavesInterruptsAlone_ = false;
   bool wasInterrupted_ = false;
   bool isInRound_ = false;
   std::optional<std::string> damage_;
