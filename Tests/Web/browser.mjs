@@ -179,11 +179,11 @@ class Page {
       { type, x, y, buttons, button: buttons || type === "mouseReleased" ? "left" : "none", clickCount: 1 });
   }
 
-  /** A picture of the whole page, or of its beginning down to the end of what a selector names, as PNG. */
-  async picture(selector = "html") {
+  /** A picture of the whole page, or of its beginning down to `room` below what a selector names, as PNG. */
+  async picture(selector = "html", room = 0) {
     const clip = await this.run(`(() => {
       const { bottom } = document.querySelector(${JSON.stringify(selector)}).getBoundingClientRect();
-      return { x: 0, y: 0, width: innerWidth, height: bottom + scrollY, scale: 1 };
+      return { x: 0, y: 0, width: innerWidth, height: bottom + scrollY + ${room}, scale: 1 };
     })()`);
     const { data } = await this.send("Page.captureScreenshot", { clip, captureBeyondViewport: true });
     return Buffer.from(data, "base64");

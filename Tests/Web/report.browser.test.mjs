@@ -161,7 +161,7 @@ test("a segment leads to its stretch", () => look(macbook.address, {}, async (pa
 const ink = (page) => page.run("getComputedStyle(document.body).color");
 
 // What is drawn, as a number that another drawing does not have.
-const drawing = (page) => page.run("document.querySelector('#plot-watts canvas').toDataURL()");
+const drawing = (page) => page.run("document.querySelector('#plot-watts .uplot canvas').toDataURL()");
 
 test("both palettes, by the system's wish and by the switch", () => look(macbook.address, {}, async (page) => {
   const [lightInk, lightDrawing] = [await ink(page), await drawing(page)];
@@ -181,9 +181,27 @@ test("both palettes, by the system's wish and by the switch", () => look(macbook
   assert.deepEqual([await ink(page), await drawing(page)], [lightInk, lightDrawing]);
 }));
 
-test("it fits on a telephone and on paper", () => look(macbook.address, { width: 390, height: 800, scheme: "dark" }, async (page) => {
-  assert.equal(await page.run("document.documentElement.scrollWidth"), 390);
-  await keepPicture(page, "narrow");
+// What is wider than the box that it stands in.
+const cut = (page, selector) => page.run(`[...document.querySelectorAll(${JSON.stringify(selector)})]
+  .filter((one) => one.scrollWidth > one.clientWidth).map((one) => one.innerText)`);
+
+test("on a telephone nothing is cut off, and every figure of a segment has its name", () =>
+  look(macbook.address, { width: 390, height: 800, scheme: "dark" }, async (page) => {
+    assert.equal(await page.run("document.documentElement.scrollWidth"), 390);
+    assert.deepEqual(await cut(page, ".scroll, .card, .legend"), []);
+    await page.focus("#plot-watts");
+    await page.press("End");
+    await page.press("ArrowLeft", { shift: true, times: 2 });
+    assert.match(await readout(page, "maxFanRPM"), /^\d{4} rpm$/);
+    assert.deepEqual(await cut(page, ".readout dd"), []);
+    assert.equal(await page.run("getComputedStyle(document.querySelector('#segments td:nth-child(6)'), '::before').content"), '"Avg W"');
+    await keepPicture(page, "narrow");
+  }));
+
+test("a legend tells what the colours and patterns of the plot stand for", () => look(macbook.address, {}, async (page) => {
+  assert.deepEqual(await page.texts("#plot-watts .legend .entry"),
+    ["Battery draw", "Battery charge input", "IOReport silicon power", "Battery supplement", "no readings"]);
+  assert.deepEqual(await page.texts("#plot-maxFanRPM .legend"), []);
 }));
 
 test("on paper all boxes are as wide, no figure breaks, and it takes three sheets", () => look(macbook.address, { scheme: "dark" }, async (page) => {
@@ -199,6 +217,7 @@ test("on paper all boxes are as wide, no figure breaks, and it takes three sheet
   const widths = await page.run("[...document.querySelectorAll('.cards, .plots, .scroll')].map((box) => box.offsetWidth)");
   assert.deepEqual(new Set(widths), new Set([widths[0]]));
   assert.ok(await page.run("document.documentElement.scrollWidth") <= 688);
+  assert.deepEqual(await cut(page, ".scroll"), []);
   assert.deepEqual(await page.run(`[...document.querySelectorAll(".card dd")].filter((one) => one.scrollWidth > one.clientWidth
     || one.clientHeight > 1.6 * parseFloat(getComputedStyle(one).fontSize) * 1.2).map((one) => one.innerText)`), []);
 }));
@@ -304,7 +323,7 @@ test("a zoom over 86,400 samples draws each plot once and four points a column a
   const address = reports.replaceData(macbook.path, madeUpDay);
   await look(address, {}, async (page) => {
     const highest = await page.run(`(() => {
-      const canvas = document.querySelector("#plot-watts canvas");
+      const canvas = document.querySelector("#plot-watts .uplot canvas");
       const { width, height } = canvas;
       const pixels = canvas.getContext("2d").getImageData(0, 0, width, height).data;
       const colour = getComputedStyle(document.documentElement).getPropertyValue("--batteryChargeInput").trim();
@@ -338,7 +357,7 @@ test("a zoom over 86,400 samples draws each plot once and four points a column a
         zooms.push({ ...counts });
         counts.draws = counts.points = 0;
       }
-      const canvases = document.querySelectorAll(".plot canvas");
+      const canvases = document.querySelectorAll(".uplot canvas");
       return { plots: canvases.length, columns: canvases[0].width, zooms };
     })()`);
     assert.equal(plots, 5);
@@ -353,7 +372,8 @@ test("an empty session says so", async () => {
   const empty = reports.record("Nothing", { words: ["--for", "1s"], isEmptied: true });
   assert.equal(empty.shown.summary.sampleCount, 0);
   await look(empty.address, {}, async (page) => {
-    assert.match(await page.text("main"), /No power was read[^]*nothing to plot[^]*no samples/);
+    assert.match(await page.text("main"), /No power was read[^]*nothing to plot[^]*no samples[^]*no figures/);
+    assert.deepEqual(await page.texts("#zoom, #readout, #keys, table"), [], "nothing that has nothing to work on");
     assert.equal(await page.text("[data-fact=pressure] dd"), "unknown");
   });
 });

@@ -80,6 +80,17 @@ test("a session without samples has a view and no cursor", () => {
   assert.equal(shown.cursor, -1);
 });
 
+test("a session of hardly any time stands in the middle of more, and zooming out goes no further", () => {
+  const shown = new View({ time: Float64Array.of(100), count: 1, start: 100, end: 100 });
+  assert.deepEqual(range(shown), [95, 105]);
+  assert.equal(shown.isWhole, true);
+  shown.zoom(0.5);
+  assert.deepEqual(range(shown), [97.5, 102.5]);
+  shown.zoom(100);
+  assert.deepEqual(range(shown), [95, 105]);
+  assert.equal(shown.isWhole, true);
+});
+
 test("listeners hear of what changes", () => {
   const shown = view();
   const heard = [];

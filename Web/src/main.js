@@ -9,7 +9,7 @@ import { showMasthead, showWhen } from "./page/masthead.js";
 import { showProvenance } from "./page/provenance.js";
 import { showReadout, showZoom } from "./page/readout.js";
 import { retimeSegments, showSegments } from "./page/segments.js";
-import { repaintSwatches } from "./page/swatch.js";
+import { repaintSwatches } from "./common/swatch.js";
 import { onPaper } from "./page/theme.js";
 import { showValues } from "./page/values.js";
 import { makePlots } from "./plot/plots.js";
@@ -19,48 +19,51 @@ import { View } from "./plot/view.js";
 const paperWidth = "680px";
 
 function showPlots(page) {
-  showReadout(page);
-  showZoom(page);
   const host = document.getElementById("plots");
   const plots = makePlots(page);
+  if (plots.length === 0) {
+    host.className = "notice";
+    host.append("There is nothing to plot.");
+    document.getElementById("power").replaceChildren(document.getElementById("power-heading"), host);
+    return { plots, fillValues: () => {} };
+  }
+  showReadout(page);
+  showZoom(page);
   host.append(...plots.map(({ figure }) => figure));
-  if (plots.length === 0) host.append(element("p", { class: "notice" }, "There is nothing to plot."));
   let width = 0;
   new ResizeObserver(() => {
     if (host.clientWidth === width) return;
     width = host.clientWidth;
     for (const plot of plots) plot.fit();
   }).observe(host);
-  return plots;
+  return { plots, fillValues: showValues(page) };
 }
 
 function showPage() {
   const session = readSession(JSON.parse(document.getElementById("data").textContent));
   const page = { session, clock: new Clock(), view: new View(session) };
-  let plots = [];
-  let refillValues = () => {};
+  let shown = { plots: [] };
   const recolour = () => {
     repaintSwatches();
-    for (const plot of plots) plot.redraw();
+    for (const plot of shown.plots) plot.redraw();
   };
   const retime = () => {
     showWhen(page);
     retimeSegments(page);
-    refillValues();
-    for (const plot of plots) plot.build();
+    shown.fillValues();
+    for (const plot of shown.plots) plot.build();
     page.view.point(page.view.cursor);
   };
   showMasthead(page, { onTheme: recolour, onClock: retime });
   showGlance(page);
-  plots = showPlots(page);
+  shown = showPlots(page);
   showSegments(page);
   showContributors(page);
   showProvenance(page);
-  refillValues = showValues(page);
   showFooter(page);
   onPaper((isPaper) => {
     document.getElementById("plots").style.width = isPaper ? paperWidth : "";
-    for (const plot of plots) plot.fit();
+    for (const plot of shown.plots) plot.fit();
     recolour();
   });
 }

@@ -21,18 +21,20 @@ export function foreign(text) {
 }
 
 /** A table of `columns`, each with a `heading`, a `cell` for a row and, for figures, `isNumber`; a heading may be
- *  for readers of the screen alone (`isHeadingUnseen`). It can be scrolled
- *  with the keyboard where it is wider than the page. */
+ *  for readers of the screen alone (`isHeadingUnseen`). It can be scrolled with the keyboard where it is wider than
+ *  the page. It says that it is a table, because one that the style sheet stacks no longer is one by itself. */
 export function table(caption, columns, rows) {
   const classOf = ({ isNumber }) => (isNumber ? "number" : undefined);
   const headingOf = ({ heading, isHeadingUnseen }) =>
     isHeadingUnseen ? element("span", { class: "unseen" }, heading) : heading;
-  const head = columns.map((column) => element("th", { scope: "col", class: classOf(column) }, headingOf(column)));
+  const head = columns.map((column) => element("th", { scope: "col", role: "columnheader", class: classOf(column) }, headingOf(column)));
   const body = rows.map((row) =>
-    element("tr", {}, columns.map((column) => element("td", { class: classOf(column), "data-heading": column.heading }, column.cell(row)))));
+    element("tr", { role: "row" }, columns.map((column) =>
+      element("td", { role: "cell", class: classOf(column), "data-heading": column.heading }, column.cell(row)))));
   return element("div", { class: "scroll", tabindex: "0", role: "region", "aria-label": caption },
-    element("table", {}, element("caption", { class: "unseen" }, caption),
-      element("thead", {}, element("tr", {}, head)), element("tbody", {}, body)));
+    element("table", { role: "table" }, element("caption", { class: "unseen" }, caption),
+      element("thead", { role: "rowgroup" }, element("tr", { role: "row" }, head)),
+      element("tbody", { role: "rowgroup" }, body)));
 }
 
 /** A choice between a few things, the first of which is chosen; `onChoice` gets the key of the chosen one. */

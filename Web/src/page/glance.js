@@ -1,7 +1,7 @@
 import { bytes, change, counted, decimal, duration, unknown, whole, withUnit } from "../data/format.js";
 import { confidenceText } from "./provenance.js";
 import { element, place } from "../common/dom.js";
-import { swatch } from "./swatch.js";
+import { swatch } from "../common/swatch.js";
 
 // Watt-hours and the like of one power source.
 function card({ kind, label, confidence, totals }) {

@@ -18,10 +18,13 @@ function statusText({ session, document }, clock) {
 /** When the session was, in the time of the page's clock. */
 export function showWhen({ session, clock }) {
   const { sampleInterval } = session.session;
-  document.getElementById("when").textContent = [
+  const pieces = [
     clock.span(session.start, session.end), duration(session.end - session.start), statusText(session, clock),
     `${counted(session.summary.sampleCount, "sample")}, one every ${Number(decimal(sampleInterval, 3))} s`,
-  ].join(" \u00b7 ");
+  ];
+  // A line may break between the pieces, and only there as long as one fits on a line.
+  document.getElementById("when").replaceChildren(...pieces.flatMap((piece, place) =>
+    [place > 0 ? " \u00b7 " : "", element("span", { class: "piece" }, piece)]));
 }
 
 /** The head of the page: what it is about, and its switches. */

@@ -1,5 +1,5 @@
 import { element, place, table } from "../common/dom.js";
-import { swatch } from "./swatch.js";
+import { swatch } from "../common/swatch.js";
 
 const confidences = {
   batteryTerminal: "Measured at the battery's terminals",
@@ -19,7 +19,7 @@ const others = [
   ["maxTemperature", "Hottest sensor, \u00b0C", "Read from the sensors", "The highest of all sensors in each sample", "one part of the machine: which sensor it is may change"],
   ["maxFanRPM", "Fastest fan, rpm", "Read from the fans", "The highest of all fans in each sample", "noise, or the flow of air"],
   ["thermalPressure", "Thermal pressure", "As the system reports it", "How hard the system holds the machine back: 0 not at all or not told, 4 the most", "a temperature"],
-  ["score", "Score of a process", "Derived or estimated", "A ranking by processor time, wake-ups and traffic", "watts"],
+  ["score", "Score of a process", "Derived or estimated", "A ranking by what a process used: processor time, wake-ups, disk and, where it is measured, energy", "watts"],
 ];
 
 // Which of the other figures this session has.
@@ -38,6 +38,10 @@ export function showProvenance({ session }) {
   const rows = others
     .filter(([name]) => isThere(session, name))
     .map(([, figure, confidence, is, isNot]) => ({ figure: [figure], confidence, is, isNot }));
+  if (powers.length + rows.length === 0) {
+    place("provenance", element("p", { class: "notice" }, "There are no figures."));
+    return;
+  }
   const meaning = ({ is, isNot }) => [is, isNot && element("span", { class: "note" }, `Not: ${isNot}`)];
   place("provenance", table("What each figure is", [
     { heading: "Figure", cell: (row) => row.figure },

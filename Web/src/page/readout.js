@@ -1,6 +1,6 @@
 import { decimal, whole, withUnit } from "../data/format.js";
 import { element, foreign, place } from "../common/dom.js";
-import { swatch } from "./swatch.js";
+import { swatch } from "../common/swatch.js";
 
 /** The figures of the sample that the cursor is on. */
 export function showReadout({ session, view, clock }) {

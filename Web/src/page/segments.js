@@ -1,6 +1,6 @@
 import { change, decimal, duration } from "../data/format.js";
 import { element, place, table } from "../common/dom.js";
-import { swatch } from "./swatch.js";
+import { swatch } from "../common/swatch.js";
 
 const charger = (isConnected) => (isConnected === undefined ? "unknown" : isConnected ? "connected" : "none");
 

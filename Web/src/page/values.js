@@ -20,10 +20,10 @@ function powers(slice) {
 /** The time in view as a table, for readers who have no use for plots. It is worked out when it is opened. */
 export function showValues({ session, view, clock }) {
   const content = element("div");
-  const details = element("details", {}, element("summary", {}, "Show the time in view, lowest to highest in each slice"), content);
+  const details = element("details", {}, element("summary", {}, "The time in view as a table: lowest to highest in each slice"), content);
   const fill = () => {
     if (!details.open) return;
-    content.replaceChildren(table("The plots as a table", [
+    content.replaceChildren(table("The time in view", [
       { heading: `From, ${clock.name}`, cell: (row) => clock.time(row.start) },
       { heading: "Samples", isNumber: true, cell: (row) => String(row.samples) },
       { heading: "Power, W", cell: powers },

@@ -1,4 +1,4 @@
-// What is drawn behind and above the lines: gaps, and the power sources.
+// What is drawn behind and above the lines: gaps, and the power sources. A legend tells what they are.
 import { visibleBands } from "../data/bands.js";
 import { colour, colourName, gapFill, sourceFill } from "../common/palette.js";
 
@@ -17,29 +17,16 @@ function inside(plot, paint) {
   plot.ctx.restore();
 }
 
-/** Hatches the gaps in view, and says what they are where there is room. */
-export function paintGaps(plot, gaps, view, label) {
+/** Hatches the gaps in view. */
+export function paintGaps(plot, gaps, view) {
   inside(plot, (context, box, ratio) => {
     context.fillStyle = gapFill(context, ratio);
     const least = ((view.end - view.start) / box.width) * 0.5;
-    const visible = visibleBands(gaps, view.start, view.end, least).map((gap) => extent(plot, gap));
-    for (const { left, width } of visible) context.fillRect(left, box.top, Math.max(width, 1), box.height);
-    if (!label) return;
-    for (const { left, width } of visible) writeAcross(context, label, left + width / 2, box, width, ratio);
+    for (const gap of visibleBands(gaps, view.start, view.end, least)) {
+      const { left, width } = extent(plot, gap);
+      context.fillRect(left, box.top, Math.max(width, 1), box.height);
+    }
   });
-}
-
-function writeAcross(context, text, middle, box, width, ratio) {
-  context.font = `${11 * ratio}px system-ui, sans-serif`;
-  context.textAlign = "center";
-  context.textBaseline = "middle";
-  const needed = context.measureText(text).width + 10 * ratio;
-  if (needed > width) return;
-  const top = box.top + box.height / 2;
-  context.fillStyle = colour("--surface");
-  context.fillRect(middle - needed / 2, top - 9 * ratio, needed, 18 * ratio);
-  context.fillStyle = colour("--muted");
-  context.fillText(text, middle, top);
 }
 
 /** Tints the bands behind the lines. */
@@ -55,29 +42,24 @@ export function paintBands(plot, bands, sources, view) {
   });
 }
 
-/** The ribbon above the plot, which names the source of each band where there is room. */
+/** The ribbon above the plot: the source of each band, as a swatch shows it. */
 export function paintRibbon(plot, bands, sources, view) {
   inside(plot, (context, box, ratio) => {
     const height = ribbonHeight * ratio;
     const top = box.top - height - ribbonGap * ratio;
     const fills = sources.map(({ kind }) => sourceFill(context, kind, ratio));
     const least = ((view.end - view.start) / box.width) * 0.5;
-    context.font = `${11 * ratio}px system-ui, sans-serif`;
-    context.textAlign = "left";
-    context.textBaseline = "alphabetic";
     for (const band of visibleBands(bands, view.start, view.end, least)) {
       const { left, width } = extent(plot, band);
-      const { kind, label } = sources[band.source];
+      const { kind } = sources[band.source];
       context.fillStyle = fills[band.source];
       context.fillRect(left, top, Math.max(width - ratio, 1), height);
       context.strokeStyle = colour(colourName(kind));
       context.lineWidth = ratio;
       if (width > 4 * ratio) context.strokeRect(left + ratio / 2, top + ratio / 2, width - 2 * ratio, height - ratio);
-      context.fillStyle = colour("--ink");
-      if (context.measureText(label).width + 4 * ratio < width) context.fillText(label, left, top - 4 * ratio);
     }
   });
 }
 
-/** Room for the ribbon and its names, in points. */
-export const ribbonRoom = ribbonHeight + ribbonGap + 18;
+/** Room for the ribbon, in points. */
+export const ribbonRoom = ribbonHeight + ribbonGap + 4;

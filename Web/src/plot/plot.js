@@ -1,10 +1,11 @@
 // One plot: a canvas of the plotting library that follows the view.
 import uPlot from "uplot";
 import { lineOf, tableOf } from "../data/line.js";
-import { element } from "../common/dom.js";
+import { element, foreign } from "../common/dom.js";
 import { paintGaps } from "./decor.js";
 import { listenToKeys } from "./keys.js";
 import { colour } from "../common/palette.js";
+import { swatch } from "../common/swatch.js";
 
 const axisWidth = 56;
 
@@ -26,7 +27,7 @@ const timeAxis = (page, isNamed) => ({
   font: "11px system-ui, sans-serif",
   size: isNamed ? 30 : 8,
   gap: 4,
-  space: (plot) => (plot.width < 500 ? 64 : 84),
+  space: (plot) => (plot.width < 500 ? 56 : 84),
   incrs: timeSteps,
   values: (plot, splits, axis, space, step) =>
     splits.map((moment) => (isNamed ? page.clock.tick(moment, step) : "")),
@@ -53,6 +54,13 @@ function seriesOf({ ink, isStepped, isFilled }) {
   };
 }
 
+// The name of a plot, its unit, and what its colours and patterns stand for where there are several.
+function captionOf({ title, unit, legend = [] }) {
+  const entries = legend.map(({ kind, label }) => element("span", { class: "entry" }, swatch(kind), foreign(label)));
+  return element("figcaption", {}, element("span", {}, title, element("span", { class: "unit" }, unit)),
+    legend.length > 0 ? element("span", { class: "legend" }, entries) : undefined);
+}
+
 /** A plot of `options.lines` in a figure of its own, which can be reached with the keyboard. `page` has the session,
  *  the view and the clock. */
 export class Plot {
@@ -69,7 +77,7 @@ export class Plot {
     this.figure = element("figure", {
       class: "plot", id: `plot-${options.name}`, tabindex: "0", role: "application",
       "aria-roledescription": "plot", "aria-label": options.description, "aria-describedby": "keys",
-    }, element("figcaption", {}, options.title, element("span", { class: "unit" }, options.unit)), this.host);
+    }, captionOf(options), this.host);
     listenToKeys(this.figure, page.view, () => this.host.clientWidth - axisWidth - labelRoom);
     page.view.on("range", () => this.#fill());
     page.view.on("cursor", () => this.#follow());
@@ -87,7 +95,7 @@ export class Plot {
       axes: [timeAxis(this.#page, this.#options.namesTime), valueAxis(this.#options)],
       series: [{}, ...lines.map((line, index) => ({
         ...seriesOf(line),
-        points: { show: true, size: 4, width: 1, filter: () => this.#lonely[index] ?? [] },
+        points: { show: true, size: 6, width: 0, fill: () => colour(line.ink), filter: () => this.#lonely[index] ?? [] },
       }))],
       cursor: {
         y: false,
@@ -100,7 +108,7 @@ export class Plot {
       hooks: {
         drawAxes: [(plot) => {
           paintBehind?.(plot);
-          paintGaps(plot, this.#options.gaps, this.#page.view, this.#options.gapLabel);
+          paintGaps(plot, this.#options.gaps, this.#page.view);
         }],
         draw: [(plot) => paintAbove?.(plot)],
         setCursor: [(plot) => this.#lead(plot)],

@@ -5,7 +5,8 @@ import { paintBands, paintRibbon, ribbonRoom } from "./decor.js";
 import { colourName } from "../common/palette.js";
 import { Plot } from "./plot.js";
 
-const fromZero = (low, high) => [0, high > 0 ? high * 1.1 : 1];
+// Up to `least` where nothing is higher.
+const fromZero = (least) => (low, high) => [0, Math.max(high * 1.1, least)];
 
 // At least ten percent, within what a battery can hold.
 function percentRange(low, high) {
@@ -30,9 +31,10 @@ function powerPlot(page) {
   if (lines.length === 0) return undefined;
   const bands = bandsOf(session);
   return {
-    name: "watts", title: "Power", unit: "W, by power source", height: 280, room: ribbonRoom, lines,
+    name: "watts", title: "Power", unit: "W", height: 270, room: ribbonRoom, lines,
     description: "Power in watts over time, with the power source of each stretch",
-    gaps: session.gaps, gapLabel: "no readings", range: fromZero,
+    gaps: session.gaps, range: fromZero(1),
+    legend: [...session.sources, ...(session.gaps.length > 0 ? [{ label: "no readings" }] : [])],
     paintBehind: (plot) => paintBands(plot, bands, session.sources, page.view),
     paintAbove: (plot) => paintRibbon(plot, bands, session.sources, page.view),
   };
@@ -58,7 +60,7 @@ export function makePlots(page) {
       range: temperatureRange,
     }),
     figurePlot(page, "maxFanRPM", {
-      title: "Fastest fan", unit: "rpm", description: "Speed of the fastest fan over time", range: fromZero,
+      title: "Fastest fan", unit: "rpm", description: "Speed of the fastest fan over time", range: fromZero(1000),
     }),
     figurePlot(page, "thermalPressure", {
       title: "Thermal pressure", unit: "0 none, 4 most", description: "Thermal pressure from 0 to 4 over time",

@@ -4,23 +4,25 @@ import { nearest } from "../data/search.js";
 // No plot shows less than this.
 const leastSeconds = 0.5;
 
+// A session that took less time stands in the middle of as much.
+const leastWholeSeconds = 10;
+
 export class View {
   #session;
+  #fullStart;
+  #fullEnd;
   #listeners = { range: [], cursor: [] };
 
   constructor(session) {
     this.#session = session;
-    this.start = session.start;
-    this.end = this.#fullEnd;
+    const room = Math.max(leastWholeSeconds - (session.end - session.start), 0) / 2;
+    this.start = this.#fullStart = session.start - room;
+    this.end = this.#fullEnd = session.end + room;
     this.cursor = -1;
   }
 
-  get #fullEnd() {
-    return Math.max(this.#session.end, this.#session.start + leastSeconds);
-  }
-
   get isAtStart() {
-    return this.start === this.#session.start;
+    return this.start === this.#fullStart;
   }
 
   get isAtEnd() {
@@ -42,7 +44,7 @@ export class View {
 
   /** Shows the time between two moments, or as much as there is. */
   show(start, end) {
-    const { start: first } = this.#session;
+    const first = this.#fullStart;
     const length = Math.min(Math.max(end - start, leastSeconds), this.#fullEnd - first);
     const middle = (start + end) / 2;
     this.start = Math.max(middle - length / 2, first);
@@ -53,7 +55,7 @@ export class View {
   }
 
   showAll() {
-    this.show(this.#session.start, this.#fullEnd);
+    this.show(this.#fullStart, this.#fullEnd);
   }
 
   /** Shows `factor` times as much, with the moment of the cursor, or else the middle, where it is. */
