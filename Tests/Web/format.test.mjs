@@ -39,6 +39,13 @@ test("a clock in local time is that of the reader", () => {
   assert.equal(clock.name, "local time");
 });
 
+test("the time of a moment names the day in a session that lasts beyond one, in either zone", () => {
+  const at = (zone, seconds) => new Clock(zone, { start: moment, end: moment + seconds }).moment(moment);
+  assert.equal(at("utc", 1), "23:59:58");
+  assert.equal(at("utc", 2), "4 Mar, 23:59:58");
+  assert.match(at("local", 86400), /^\d Mar, \d\d:59:58$/);
+});
+
 test("ticks are as short as their distance allows, and tell when a day begins", () => {
   const clock = new Clock();
   const midnight = moment + 2;

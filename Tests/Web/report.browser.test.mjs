@@ -361,6 +361,11 @@ test("a zoom over 86,400 samples draws each plot once and four points a column a
       return { plots: canvases.length, columns: canvases[0].width, zooms };
     })()`);
     assert.equal(plots, 5);
+    await page.focus("#plot-watts");
+    await page.press("End");
+    assert.equal(await readout(page, "time"), "5 Mar, 09:39:59");
+    assert.equal((await cells(page, "#segments"))[0][3], "4 Mar, 09:40:00");
+    assert.deepEqual(await cut(page, ".readout dd"), []);
     for (const { draws, points } of zooms) {
       assert.equal(draws, plots, "each plot is drawn once");
       assert.ok(points > columns && points <= 4 * columns * plots, `${points} points on ${plots} plots of ${columns} columns`);

@@ -41,7 +41,7 @@ function showPlots(page) {
 
 function showPage() {
   const session = readSession(JSON.parse(document.getElementById("data").textContent));
-  const page = { session, clock: new Clock(), view: new View(session) };
+  const page = { session, clock: new Clock("utc", session), view: new View(session) };
   let shown = { plots: [] };
   const recolour = () => {
     repaintSwatches();

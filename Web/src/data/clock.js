@@ -5,9 +5,12 @@ const months = ["Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "
 const two = (number) => String(number).padStart(2, "0");
 
 export class Clock {
-  /** @param {"utc" | "local"} zone */
-  constructor(zone = "utc") {
+  /** @param {"utc" | "local"} zone
+   *  @param session the moments at which it starts and ends */
+  constructor(zone = "utc", { start, end } = { start: 0, end: 0 }) {
     this.zone = zone;
+    this.start = start;
+    this.end = end;
   }
 
   get name() {
@@ -31,6 +34,13 @@ export class Clock {
   time(moment) {
     const { hours, minutes, seconds } = this.#parts(moment);
     return `${two(hours)}:${two(minutes)}:${two(seconds)}`;
+  }
+
+  /** The time of a moment of the session, with the day where the session lasts beyond one. */
+  moment(moment) {
+    if (this.date(this.start) === this.date(this.end)) return this.time(moment);
+    const { month, day } = this.#parts(moment);
+    return `${day} ${months[month]}, ${this.time(moment)}`;
   }
 
   /** As short as ticks `step` seconds apart allow; the day where one begins. */

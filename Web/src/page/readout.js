@@ -25,12 +25,12 @@ export function showReadout({ session, view, clock }) {
     const index = view.cursor;
     const isOn = index >= 0;
     const source = session.sources[session.source[index]];
-    cells.get("time").textContent = isOn ? clock.time(session.time[index]) : "\u2013";
+    cells.get("time").textContent = isOn ? clock.moment(session.time[index]) : "\u2013";
     cells.get("source").replaceChildren(...(isOn ? [swatches[session.source[index]], foreign(source.label)] : ["\u2013"]));
     for (const [name, , text] of figures) cells.get(name).textContent = isOn ? text(index) : "\u2013";
     if (!isSpoken || !isOn) return;
     document.getElementById("spoken").textContent =
-      [clock.time(session.time[index]), source.label, ...figures.map(([, heading, text]) => `${heading} ${text(index)}`)]
+      [clock.moment(session.time[index]), source.label, ...figures.map(([, heading, text]) => `${heading} ${text(index)}`)]
         .join(", ");
   });
 }

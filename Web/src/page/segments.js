@@ -23,7 +23,7 @@ export function showSegments({ session, view, clock }) {
     }, String(row.index)) },
     { heading: "Source", cell: (row) => [swatch(row.sourceKind), row.sourceLabel] },
     { heading: "Charger", cell: (row) => charger(row.acConnected) },
-    { heading: "Started", cell: (row) => element("time", { datetime: row.startedAt }, clock.time(moment(row.startedAt))) },
+    { heading: "Started", cell: (row) => element("time", { datetime: row.startedAt }, clock.moment(moment(row.startedAt))) },
     { heading: "Duration", isNumber: true, cell: (row) => duration(row.durationSeconds) },
     { heading: "Avg W", isNumber: true, cell: (row) => decimal(row.averageWatts, 2) },
     { heading: "Min W", isNumber: true, cell: (row) => decimal(row.minWatts, 2) },
@@ -37,6 +37,6 @@ export function showSegments({ session, view, clock }) {
 /** Writes the moments of the table in the time of the page's clock. */
 export function retimeSegments({ clock }) {
   for (const time of document.querySelectorAll("#segments time")) {
-    time.textContent = clock.time(Date.parse(time.dateTime) / 1000);
+    time.textContent = clock.moment(Date.parse(time.dateTime) / 1000);
   }
 }

@@ -24,7 +24,7 @@ export function showValues({ session, view, clock }) {
   const fill = () => {
     if (!details.open) return;
     content.replaceChildren(table("The time in view", [
-      { heading: `From, ${clock.name}`, cell: (row) => clock.time(row.start) },
+      { heading: `From, ${clock.name}`, cell: (row) => clock.moment(row.start) },
       { heading: "Samples", isNumber: true, cell: (row) => String(row.samples) },
       { heading: "Power, W", cell: powers },
       { heading: "Battery, %", isNumber: true, cell: (row) => range(row.batteryPercent, whole) },
