@@ -45,11 +45,11 @@ class Recording {
     live_.end();
     recording_.end();
     const auto& failure = recording_.recorder().lastError();
-    if (failure) throw Failure{ExitStatus::failed, *failure};
+    if (failure && !isDeleted()) throw Failure{ExitStatus::failed, *failure};
   }
 
   void showSummary() {
-    if (!recording_.store().session(session_->id())) {
+    if (isDeleted()) {
       throw Failure{ExitStatus::noSession,
                     std::string{sessionDeletedText} + " 'quellin record' begins another."};
     }
@@ -96,6 +96,8 @@ class Recording {
       done();
     });
   }
+
+  [[nodiscard]] bool isDeleted() { return !recording_.store().session(session_->id()); }
 
   void tell(const std::string& text) {
     live_.end();
