@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "QuellinCore/Support/Signals.h"
+
 namespace quellin {
 namespace {
 
@@ -13,11 +15,6 @@ constexpr std::array terminatingSignals{
     SIGPOLL, SIGPWR,  SIGSTKFLT,
 #endif
 };
-
-bool isIgnored(int number) {
-  struct sigaction action{};
-  return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinCore/Support/Signals.h"
 #include "QuellinCore/Support/SpawnAttributes.h"
 
 namespace quellin::detail {
@@ -23,24 +24,6 @@ constexpr int replaceProcessFlag = POSIX_SPAWN_SETEXEC;
 #else
 constexpr int replaceProcessFlag = 0;
 #endif
-
-/// Holds every signal back while it lives, so that no handler of this process runs in the forked child.
-class AllSignalsBlocked {
- public:
-  AllSignalsBlocked() {
-    sigset_t every{};
-    sigfillset(&every);
-    pthread_sigmask(SIG_SETMASK, &every, &previous_);
-  }
-  AllSignalsBlocked(const AllSignalsBlocked&) = delete;
-  AllSignalsBlocked& operator=(const AllSignalsBlocked&) = delete;
-  AllSignalsBlocked(AllSignalsBlocked&&) = delete;
-  AllSignalsBlocked& operator=(AllSignalsBlocked&&) = delete;
-  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
-
- private:
-  sigset_t previous_{};
-};
 
 // From here to the end of the namespace: runs in the forked child, so only calls that are safe after a fork
 // and no memory is allocated. Each returns whether it succeeded and leaves the reason in errno.

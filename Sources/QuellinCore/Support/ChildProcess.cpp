@@ -7,10 +7,7 @@
 #include <unistd.h>
 
 #include "QuellinCore/Support/ChildLauncher.h"
-
-#if defined(__APPLE__)
-#include <crt_externs.h>
-#endif
+#include "QuellinCore/Support/OwnEnvironment.h"
 
 namespace quellin {
 namespace {
@@ -19,14 +16,6 @@ using detail::CStringVector;
 using detail::LaunchRequest;
 
 constexpr SystemError invalidArgument{EINVAL};
-
-char** ownEnvironment() {
-#if defined(__APPLE__)
-  return *_NSGetEnviron();
-#else
-  return environ;
-#endif
-}
 
 // A NUL inside a text would silently cut it short.
 bool holdsNUL(const std::string& text) { return text.find('\0') != std::string::npos; }

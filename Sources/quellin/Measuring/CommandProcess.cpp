@@ -9,21 +9,10 @@
 #include <utility>
 
 #include "QuellinCore/Support/FileDescriptor.h"
-
-#ifdef __APPLE__
-#include <crt_externs.h>
-#endif
+#include "QuellinCore/Support/OwnEnvironment.h"
 
 namespace quellin::cli {
 namespace {
-
-char** ownEnvironment() {
-#ifdef __APPLE__
-  return *_NSGetEnviron();
-#else
-  return environ;
-#endif
-}
 
 // This program ignores SIGPIPE; the command must not. Everything else the command finds as this program did.
 class Attributes {

@@ -17,6 +17,7 @@
 #include <boost/asio/steady_timer.hpp>
 
 #include "QuellinCore/Support/AsioExecutor.h"
+#include "QuellinCore/Support/Signals.h"
 #include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
@@ -25,11 +26,6 @@ namespace {
 
 // Longer than anybody waits, and short enough to be counted in nanoseconds.
 constexpr Seconds longestDelay{1e9};
-
-bool isIgnored(int signal) {
-  struct sigaction action{};
-  return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-}
 
 void waitAgain(boost::asio::signal_set& set, std::function<void()> action) {
   set.async_wait([&set, action = std::move(action)](const boost::system::error_code& error, int) {

@@ -9,27 +9,10 @@
 #include <unistd.h>
 
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "QuellinCore/Support/Signals.h"
 
 namespace quellin::cli {
 namespace {
-
-// The copy would hand signals meant for the user's program on to it a second time.
-class SignalsHeldBack {
- public:
-  SignalsHeldBack() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before_);
-  }
-  ~SignalsHeldBack() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  SignalsHeldBack(const SignalsHeldBack&) = delete;
-  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
-  SignalsHeldBack(SignalsHeldBack&&) = delete;
-  SignalsHeldBack& operator=(SignalsHeldBack&&) = delete;
-
- private:
-  sigset_t before_{};
-};
 
 [[noreturn]] void answer(const LocaleDateText& maker, Instant instant, int descriptor) {
   bool hasAnswered = false;
@@ -58,7 +41,7 @@ std::string askCopy(const LocaleDateText& maker, Instant instant, Seconds patien
   if (!pipe) return {};
   pid_t copy = -1;
   {
-    const SignalsHeldBack untilAfterTheFork;
+    const AllSignalsBlocked untilAfterTheFork;
     copy = fork();
     if (copy == 0) answer(maker, instant, pipe->writeEnd.get());
   }

@@ -8,13 +8,10 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
 
+#include "QuellinCore/Support/Signals.h"
+
 namespace quellin::cli {
 namespace {
-
-bool isIgnored(int signal) {
-  struct sigaction present{};
-  return sigaction(signal, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
-}
 
 [[noreturn]] void endOf(int signal) {
   std::signal(signal, SIG_DFL);
@@ -32,7 +29,7 @@ struct RemovalOnSignal::State {
 };
 
 RemovalOnSignal::RemovalOnSignal() : state_(std::make_unique<State>()) {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : endingSignals) {
     if (!isIgnored(signal)) state_->signals.add(signal);
   }
 }
