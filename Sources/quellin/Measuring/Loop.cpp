@@ -48,13 +48,14 @@ struct Loop::State {
   boost::asio::io_context signalContext{1};
   boost::asio::signal_set signals{signalContext};
   bool isAskedToEnd = false;  // seen by the signals' thread
+  bool isUrged = false;       // by the same
   std::mutex suddenEndMutex;
   std::function<void()> suddenEnd;
   std::atomic<bool> isImperturbable{false};
   std::thread signalThread;
 
   State() {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : endingSignals) {
       if (!isIgnored(signal)) signals.add(signal);
     }
     waitForSignal();
@@ -76,14 +77,19 @@ struct Loop::State {
   }
 
   void waitForSignal() {
-    signals.async_wait([this](const boost::system::error_code& error, int) {
+    signals.async_wait([this](const boost::system::error_code& error, int signal) {
       if (error) return;
       waitForSignal();
-      if (isImperturbable) return;
-      if (std::exchange(isAskedToEnd, true)) endSuddenly();
-      boost::asio::post(context, [this] {
-        if (interrupted && !isImperturbable) interrupted();
-      });
+      if (!isImperturbable) heard(signal);
+    });
+  }
+
+  // Nobody insists by a hang-up: the kernel tells of it, and the shell once more.
+  void heard(int signal) {
+    if (signal != SIGHUP && std::exchange(isUrged, true)) endSuddenly();
+    if (std::exchange(isAskedToEnd, true)) return;
+    boost::asio::post(context, [this] {
+      if (interrupted && !isImperturbable) interrupted();
     });
   }
 };

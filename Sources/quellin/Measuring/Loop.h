@@ -22,8 +22,8 @@ class Loop {
   /// The main executor that runs in this loop.
   [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
 
-  /// Calls `action` once, when the user or the system asks the program to end. Asked a second time, the
-  /// process ends at once as failed.
+  /// Calls `action` once, when one of the ending signals asks the program to end. Asked a second time other
+  /// than by a hang-up, the process ends at once as failed.
   void onInterrupt(std::function<void()> action);
 
   /// Calls `action` right before the process ends at once, on another thread than the loop's, which may be

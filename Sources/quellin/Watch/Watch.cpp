@@ -66,7 +66,6 @@ void Watch::run() {
 // The signals first: the library of the screen takes those that nobody has taken.
 void Watch::listen() {
   loop_.onInterrupt([this] { quit(); });
-  loop_.onSignal(SIGHUP, [this] { quit(); });
   loop_.onSignal(SIGQUIT, [this] { quit(); });
   loop_.onSignal(SIGWINCH, [this] { adaptToSize(); });
 }

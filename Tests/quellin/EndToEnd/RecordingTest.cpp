@@ -95,7 +95,21 @@ TEST_P(EndingSignalTest, EndsTheSessionProperlyWithItsSummary) {
   EXPECT_THAT(frontEnd.run({"sessions"}).output, AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, EndingSignalTest, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(Signals, EndingSignalTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST_F(RecordingTest, AHangUpIsIgnoredWhereItWasFromTheStart) {
+  ProgramStart start = frontEnd.start(slowly);
+  start.prepare = [before = start.prepare] {
+    before();
+    std::signal(SIGHUP, SIG_IGN);  // as nohup does
+  };
+  RunningProgram recorder{start};
+  ASSERT_TRUE(reachesSamples(recorder, 1));
+  recorder.send(SIGHUP);
+  EXPECT_TRUE(reachSamples(samplesOfLast() + 3));
+  recorder.send(SIGTERM);
+  EXPECT_EQ(recorder.finish().exitStatus, 0);
+}
 
 TEST_F(RecordingTest, ASecondSignalEndsItAtOnceThoughAReadingIsUnderWay) {
   // A measurement of a quarter of a second takes the better part of an hour at this pace.

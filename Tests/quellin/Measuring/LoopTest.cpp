@@ -65,7 +65,22 @@ TEST_P(RequestToEndTest, IsARequestToEnd) {
   loop.run();  // for ever, if it were none
 }
 
-INSTANTIATE_TEST_SUITE_P(LoopTest, RequestToEndTest, testing::Values(SIGINT, SIGTERM));
+INSTANTIATE_TEST_SUITE_P(LoopTest, RequestToEndTest, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+// The kernel tells of it and the shell again, and what ends a login asks besides.
+TEST(LoopTest, AHangUpIsNoSecondRequest) {
+  Loop loop;
+  int told = 0;
+  loop.onInterrupt([&] {
+    ++told;
+    std::raise(SIGHUP);
+    std::raise(SIGTERM);
+    loop.after(Seconds{0.02}, [&] { loop.stop(); });  // long enough to end suddenly
+  });
+  loop.after(Seconds{0}, [] { std::raise(SIGHUP); });
+  loop.run();
+  EXPECT_EQ(told, 1);
+}
 
 TEST(LoopTest, AnImperturbableOneTellsNobodyOfThem) {
   Loop loop;
