@@ -4,13 +4,7 @@
 #include <exception>
 #include <string>
 
-#include "QuellinCore/Models/SourceDiagnosis.h"
-#include "QuellinCore/Platform/BatterySource.h"
-#include "QuellinCore/Platform/EnergySource.h"
-#include "QuellinCore/Platform/HIDSensorSource.h"
-#include "QuellinCore/Platform/ProcessSource.h"
-#include "QuellinCore/Platform/SMCSource.h"
-#include "QuellinCore/Platform/ThermalSource.h"
+#include "QuellinCore/Platform/PlatformSources.h"
 #include "QuellinCore/Services/BatteryService.h"
 #include "QuellinCore/Services/HIDSensorService.h"
 #include "QuellinCore/Services/PowerService.h"
@@ -31,12 +25,7 @@ void print(const SourceDiagnosis& diagnosis) {
 }
 
 void printSources() {
-  print(nativeBatterySource()->diagnose());
-  print(nativeEnergySource()->diagnose());
-  print(nativeThermalSource()->diagnose());
-  print(nativeSMCSource()->diagnose());
-  print(nativeHIDSensorSource()->diagnose());
-  print(nativeProcessSource()->diagnose());
+  for (const SourceDiagnosis& diagnosis : PlatformSources::native().diagnose()) print(diagnosis);
 }
 
 void printReadings() {
@@ -61,9 +50,9 @@ void printReadings() {
 
 void printProcesses() {
   constexpr int limit = 10;
-  constexpr Seconds interval{0.35};
   std::printf("%8s  %-16s %7s %10s %12s %8s\n", "PID", "NAME", "CPU %", "WAKEUPS/s", "DISK B/s", "IMPACT");
-  for (const ProcessActivityInfo& process : ProcessActivityService{}.sampleTopProcesses(limit, interval)) {
+  for (const ProcessActivityInfo& process :
+       ProcessActivityService{}.sampleTopProcesses(limit, processMeasurementInterval)) {
     std::printf("%8d  %-16s %7.1f %10.1f %12.0f %8.1f\n", process.pid, process.name.c_str(),
                 process.cpuPercent, process.wakeupsPerSecond, process.diskBytesPerSecond,
                 process.impactScore);

@@ -9,12 +9,13 @@ install(TARGETS QuellinCore QuellinSessions EXPORT QuellinCoreTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program NAMELINK_COMPONENT development)
 
-# The contracts and all above them; not how one host fills them, not what the store is made of, and not the
-# coroutines of the engine.
+# The contracts and all above them; not how one host fills them, not what the store is made of, not the
+# coroutines of the engine, and not the parser of JSON.
 install(DIRECTORY Sources/QuellinCore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h"
   PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE PATTERN Storage EXCLUDE
-  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE REGEX "/Support/(Awaiting)\\.h$" EXCLUDE)
+  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE REGEX "/Support/(Awaiting)\\.h$" EXCLUDE
+  REGEX "/JSON/(JSONNode)\\.h$" EXCLUDE)
 
 install(EXPORT QuellinCoreTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT development)
 configure_package_config_file(cmake/QuellinCoreConfig.cmake.in QuellinCoreConfig.cmake

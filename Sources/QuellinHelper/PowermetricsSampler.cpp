@@ -50,10 +50,8 @@ void end(ChildProcess& child, MonotonicClock& clock) {
   child.wait();
 }
 
-std::optional<std::string> trimmedText(const std::string& bytes) {
-  if (!isValidUTF8(bytes)) return std::nullopt;
-  const std::string_view text = trimmed(bytes);
-  return text.empty() ? std::nullopt : std::optional{std::string{text}};
+std::optional<std::string> unlessEmpty(std::optional<std::string> text) {
+  return text && !text->empty() ? std::move(text) : std::nullopt;
 }
 
 }  // namespace
@@ -103,8 +101,8 @@ CommandResult PowermetricsSampler::runPowermetrics(const std::vector<std::string
   CommandResult result{.terminationStatus = child->wait(), .outputData = output.read(), .errorText = {}};
   if (result.outputData && result.outputData->empty()) result.outputData.reset();
   // A process that the tool left behind may hold the stream; no signal could end an untimed wait for it.
-  result.errorText =
-      trimmedText(child->readStandardErrorUntil(deadline, monotonicClock_, errorTextLimit, isInterrupted));
+  result.errorText = unlessEmpty(
+      trimmedText(child->readStandardErrorUntil(deadline, monotonicClock_, errorTextLimit, isInterrupted)));
   return result;
 }
 

@@ -114,7 +114,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   HostAnswers answers;
   answers.battery = takeTables(feed);
   const auto line = tickLine(answers, SerialNumbers::kept);
-  require(line.has_value() == canReckonWith(answers.battery));
+  require(line.has_value() == isWithinRange(answers.battery));
   if (!line) return 0;
 
   const auto battery = batteryInfo(answers.battery);

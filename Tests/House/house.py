@@ -50,8 +50,8 @@ ALLOWED_FILES = {
     "QuellinCore/Sessions": ["QuellinCore/Services/ProcessActivityService.h"],
     # What the store keeps, and how it says that it cannot.
     "QuellinCore/Sessions/Storage": [f"QuellinCore/Sessions/{name}.h"
-                                     for name in ("PowerSession", "RecorderCost", "SampleColumns", "SampleFacts",
-                                                  "StoreError")],
+                                     for name in ("PowerSession", "PowerSource", "RecorderCost", "SampleColumns",
+                                                  "SampleFacts", "StoreError", "StoreFileOptions")],
 }
 
 # The same of the report's page.

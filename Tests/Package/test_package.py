@@ -53,9 +53,10 @@ class PackageTest(unittest.TestCase):
                                          r"lib/cmake/QuellinCore/QuellinCoreConfig.cmake", name) for name in found))
         self.assertIn("include/QuellinCore/Sessions/PowerSessionStore.h", found)
         self.assertFalse([name for name in found if "/Linux/" in name or "/Darwin/" in name or "Test" in name])
-        including = [name for name in found if name.endswith(".h") and "#include <boost/" in
-                     (self.prefix / name).read_text(encoding="utf-8")]
+        headers = {name: (self.prefix / name).read_text(encoding="utf-8") for name in found if name.endswith(".h")}
+        including = [name for name, text in headers.items() if "#include <boost/" in text]
         self.assertEqual(including, ["include/QuellinCore/Support/AsioExecutor.h"])
+        self.assertEqual([name for name, text in headers.items() if "#include <simdjson" in text], [])
 
     def test_the_tool_is_not_privileged_until_somebody_says_so(self):
         mode = os.stat(self.prefix / "libexec/quellin/QuellinHelper").st_mode

@@ -122,12 +122,12 @@ std::optional<BatteryInfo> batteryInfo(const BatteryTables& tables) {
   return battery;
 }
 
-bool canReckonWith(const BatteryTables& tables) {
+bool isWithinRange(const BatteryTables& tables) {
   constexpr std::int64_t largest = std::int64_t{1} << 53U;
   const Capacities given = capacities(tableOrEmpty(tables.registry), tableOrEmpty(tables.powerSource));
   const std::array figures{given.current, given.maximum, given.percent.value_or(0), given.design.value_or(0)};
   const auto isSmall = [](std::int64_t figure) { return figure >= -largest && figure <= largest; };
-  return std::ranges::all_of(figures, isSmall) && canReckonWithTimes(tables);
+  return std::ranges::all_of(figures, isSmall) && areTimesWithinRange(tables);
 }
 
 }  // namespace quellin

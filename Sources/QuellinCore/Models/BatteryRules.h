@@ -14,6 +14,6 @@ namespace quellin {
 
 /// Whether no capacity is beyond 2^53 mAh or percent and every remaining time can be rounded, so that
 /// `batteryInfo`, and what is reckoned from its record, cannot end the process.
-[[nodiscard]] bool canReckonWith(const BatteryTables& tables);
+[[nodiscard]] bool isWithinRange(const BatteryTables& tables);
 
 }  // namespace quellin

@@ -99,7 +99,7 @@ std::optional<BatteryTime> batteryTime(const BatteryInfo& battery, const Battery
   return timeUntilEmpty(battery, tables);
 }
 
-bool canReckonWithTimes(const BatteryTables& tables) {
+bool areTimesWithinRange(const BatteryTables& tables) {
   const auto canRound = [&](const Candidate& candidate) {
     const auto* value = valueOf(candidate, tables);
     const auto* number = value == nullptr ? nullptr : std::get_if<double>(value);

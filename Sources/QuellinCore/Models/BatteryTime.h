@@ -37,6 +37,6 @@ struct BatteryTime {
 [[nodiscard]] std::optional<BatteryTime> batteryTime(const BatteryInfo& battery, const BatteryTables& tables);
 
 /// False when a figure that the host gives for the remaining time would end the process; see `validMinutes`.
-[[nodiscard]] bool canReckonWithTimes(const BatteryTables& tables);
+[[nodiscard]] bool areTimesWithinRange(const BatteryTables& tables);
 
 }  // namespace quellin

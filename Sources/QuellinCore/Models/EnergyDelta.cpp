@@ -88,7 +88,7 @@ std::int64_t largestEnergyGain(std::size_t channelCount) {
   return std::numeric_limits<std::int64_t>::max() / channels;
 }
 
-bool canReckonWith(std::span<const EnergyChannel> channels) {
+bool isWithinRange(std::span<const EnergyChannel> channels) {
   const std::int64_t largest = largestEnergyGain(channels.size());
   return std::ranges::all_of(channels, [largest](const EnergyChannel& channel) {
     return channel.nanojoules >= -largest && channel.nanojoules <= largest;

@@ -23,6 +23,6 @@ namespace quellin {
 
 /// Whether no channel gained or lost more than `largestEnergyGain`, so that `parseEnergyDelta` cannot end the
 /// process.
-[[nodiscard]] bool canReckonWith(std::span<const EnergyChannel> channels);
+[[nodiscard]] bool isWithinRange(std::span<const EnergyChannel> channels);
 
 }  // namespace quellin

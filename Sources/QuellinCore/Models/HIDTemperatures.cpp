@@ -8,13 +8,6 @@
 namespace quellin {
 namespace {
 
-constexpr double lowestTemperature = 0;
-constexpr double highestTemperature = 150;
-
-bool isPlausible(double temperature) {
-  return temperature > lowestTemperature && temperature < highestTemperature;
-}
-
 // Hands out each key once: the first user of a base gets it as it is, later ones with a number.
 class KeyMaker {
  public:
@@ -34,7 +27,7 @@ std::vector<TemperatureSensor> plausibleTemperatures(std::span<const HIDTemperat
   std::vector<TemperatureSensor> sensors;
   KeyMaker keys;
   for (const HIDTemperatureService& service : services) {
-    if (!service.temperature || !isPlausible(*service.temperature)) continue;
+    if (!service.temperature || !isPlausibleTemperature(*service.temperature)) continue;
     std::string name = service.product.value_or("Unknown");
     std::string key = keys.keyFor(name);
     sensors.push_back({.key = std::move(key), .name = std::move(name), .temperature = *service.temperature});

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <utility>
 
 #include "QuellinCore/Support/CheckedArithmetic.h"
@@ -11,9 +10,6 @@
 namespace quellin {
 namespace {
 
-constexpr std::size_t smallestRoom = 4096;
-constexpr std::size_t largestRoom = 65536;
-
 std::optional<std::uint64_t> sumOfKnown(std::optional<std::uint64_t> first,
                                         std::optional<std::uint64_t> second) {
   if (!first || !second) return first ? first : second;
@@ -21,18 +17,6 @@ std::optional<std::uint64_t> sumOfKnown(std::optional<std::uint64_t> first,
 }
 
 }  // namespace
-
-std::vector<std::int32_t> processIDs(const ProcessIDLister& list) {
-  for (std::size_t room = smallestRoom; room <= largestRoom; room *= 2) {
-    std::vector<std::int32_t> ids(room);
-    const std::int64_t written = list(ids);
-    if (written < 1) return {};
-    if (written >= static_cast<std::int64_t>(std::span(ids).size_bytes())) continue;
-    ids.resize(static_cast<std::size_t>(written) / sizeof(std::int32_t));
-    return ids;
-  }
-  return {};
-}
 
 std::string processName(std::optional<std::string_view> bytes, std::int32_t pid) {
   const std::string_view text = bytes.value_or("").substr(0, bytes.value_or("").find('\0'));
@@ -49,7 +33,7 @@ ProcessSample processSample(std::int32_t pid, std::string name, const ProcessUsa
           .startToken = usage.startToken};
 }
 
-bool canReckonWith(const ProcessUsage& usage) {
+bool isWithinRange(const ProcessUsage& usage) {
   const std::array addends{std::optional{usage.userTimeNanoseconds},
                            std::optional{usage.systemTimeNanoseconds},
                            usage.packageIdleWakeups,

@@ -1,14 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <map>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "QuellinCore/Models/ProcessUsage.h"
 
@@ -31,13 +28,6 @@ struct ProcessSample {
 /// One snapshot of the machine's processes.
 using ProcessSamples = std::map<std::int32_t, ProcessSample>;
 
-/// Fills a buffer with process ids and returns the bytes written, as `ProcessScan::listProcessIDs` does.
-using ProcessIDLister = std::function<std::int64_t(std::span<std::int32_t>)>;
-
-/// The ids that `list` gives into a buffer that fits: room for 4096 ids, doubled up to 65536 as long as a
-/// result fills it. Empty when `list` fails or when the largest buffer is filled as well.
-[[nodiscard]] std::vector<std::int32_t> processIDs(const ProcessIDLister& list);
-
 /// The text of a process name as the host gave it: the bytes before the first NUL, ill-formed UTF-8 replaced
 /// by U+FFFD. "PID " and the number when there is no name or it is empty.
 [[nodiscard]] std::string processName(std::optional<std::string_view> bytes, std::int32_t pid);
@@ -50,6 +40,6 @@ inline constexpr std::uint64_t largestProcessCounter = std::numeric_limits<std::
 
 /// Whether no counter that is added to another is larger than `largestProcessCounter`, so that
 /// `processSample` cannot end the process.
-[[nodiscard]] bool canReckonWith(const ProcessUsage& usage);
+[[nodiscard]] bool isWithinRange(const ProcessUsage& usage);
 
 }  // namespace quellin

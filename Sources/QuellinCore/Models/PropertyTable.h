@@ -24,7 +24,8 @@ struct Property;
 /// A string-keyed table of plain values, as hardware registries publish them. Keeps the order of first
 /// insertion.
 class PropertyTable {
- public:  /// One value; its kind is kept, so an integer is never taken for a double.
+ public:
+  /// One value; its kind is kept, so an integer is never taken for a double.
   using Value = std::variant<std::int64_t, bool, std::string, double, NumberObject, PropertyTable>;
 
   PropertyTable();

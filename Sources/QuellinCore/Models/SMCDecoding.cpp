@@ -1,6 +1,5 @@
 #include "QuellinCore/Models/SMCDecoding.h"
 
-#include <array>
 #include <bit>
 #include <cstddef>
 
@@ -45,14 +44,16 @@ std::uint32_t fourCharCode(std::string_view text) {
   return code;
 }
 
-std::string dataTypeString(std::uint32_t code) {
+std::array<std::uint8_t, 4> fourCharBytes(std::uint32_t code) {
   std::array<std::uint8_t, codeLength> bytes{};
   for (std::size_t i = codeLength; i > 0; --i) {
     bytes[i - 1] = static_cast<std::uint8_t>(code & 0xFFU);
     code >>= byteBits;
   }
-  return decodeMacRoman(bytes);
+  return bytes;
 }
+
+std::string dataTypeString(std::uint32_t code) { return decodeMacRoman(fourCharBytes(code)); }
 
 std::optional<double> decodeTemperature(std::uint32_t dataType, std::span<const std::uint8_t> bytes) {
   constexpr double fractionScale = 256;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -13,6 +14,9 @@ namespace quellin::SMCDecoding {
 /// The first four bytes of `text` as one number, the first in the most significant place. A shorter text
 /// leaves the low bytes zero.
 [[nodiscard]] std::uint32_t fourCharCode(std::string_view text);
+
+/// The four bytes of a four-character code, most significant first.
+[[nodiscard]] std::array<std::uint8_t, 4> fourCharBytes(std::uint32_t code);
 
 /// The text of a four-character code, most significant byte first, read as Mac OS Roman and returned as
 /// UTF-8.

@@ -44,4 +44,20 @@ struct SourceDiagnosis {
   bool operator==(const SourceDiagnosis&) const = default;
 };
 
+/// The sources by name.
+namespace SourceNames {
+inline constexpr const char* battery = "Battery";                         ///< `BatterySource`
+inline constexpr const char* energyCounters = "Energy counters";          ///< `EnergySource`
+inline constexpr const char* processes = "Processes";                     ///< `ProcessSource`
+inline constexpr const char* smc = "SMC";                                 ///< `SMCSource`
+inline constexpr const char* temperatureSensors = "Temperature sensors";  ///< `HIDSensorSource`
+inline constexpr const char* thermalState = "Thermal state";              ///< `ThermalSource`
+}  // namespace SourceNames
+
+/// The source can be read; `reason` says what it gives.
+[[nodiscard]] SourceDiagnosis availableSource(std::string source, std::string reason, std::string path);
+
+/// The machine has no such source; `reason` says what is not there, `path` where it would be.
+[[nodiscard]] SourceDiagnosis absentSource(std::string source, std::string reason, std::string path);
+
 }  // namespace quellin

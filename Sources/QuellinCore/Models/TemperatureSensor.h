@@ -27,4 +27,10 @@ struct TemperatureSensor {
   bool operator==(const TemperatureSensor&) const = default;
 };
 
+/// Whether a reading can be one of a machine that runs: above 0 and below 150 degrees Celsius. Sensors that
+/// are not connected give others.
+[[nodiscard]] constexpr bool isPlausibleTemperature(double degreesCelsius) {
+  return degreesCelsius > 0 && degreesCelsius < 150;
+}
+
 }  // namespace quellin

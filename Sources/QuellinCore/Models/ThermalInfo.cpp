@@ -23,7 +23,7 @@ ThermalInfo thermalInfo(const ThermalSignals& signals) {
           .isLowPowerMode = signals.isLowPowerMode.value_or(false)};
 }
 
-bool canReckonWith(const ThermalSignals& signals) {
+bool isWithinRange(const ThermalSignals& signals) {
   return std::in_range<std::int64_t>(signals.pressureState.value_or(0));
 }
 

@@ -39,6 +39,6 @@ struct ThermalInfo {
 [[nodiscard]] ThermalInfo thermalInfo(const ThermalSignals& signals);
 
 /// Whether `thermalInfo` can make a record of `signals`; it ends the process on others.
-[[nodiscard]] bool canReckonWith(const ThermalSignals& signals);
+[[nodiscard]] bool isWithinRange(const ThermalSignals& signals);
 
 }  // namespace quellin

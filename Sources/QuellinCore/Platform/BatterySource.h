@@ -10,12 +10,10 @@ namespace quellin {
 /// Supplies the two property tables of the internal battery.
 ///
 /// What a host provides:
-/// - `registry`: the whole table of the battery's registry entry (on macOS the entry named
-/// "AppleSmartBattery"). Absent
-///   when there is no such entry, or its properties cannot be had, or they are no dictionary.
+/// - `registry`: the whole table of the battery's registry entry (on macOS the entry "AppleSmartBattery").
+///   Absent when there is no such entry, or its properties cannot be had, or they are no dictionary.
 /// - `powerSource`: the description of the first element of the power-source list, no other. Absent when the
-/// list is
-///   missing or empty, or when the description is no dictionary.
+///   list is missing or empty, or when the description is no dictionary.
 ///
 /// Kinds: a value keeps the kind it was published with, and no kind is turned into another: whole numbers
 /// that fit become integers, floating-point numbers stay floating point, other numbers become `NumberObject`,

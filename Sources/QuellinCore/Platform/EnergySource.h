@@ -6,8 +6,12 @@
 
 #include "QuellinCore/Models/EnergyChannel.h"
 #include "QuellinCore/Models/SourceDiagnosis.h"
+#include "QuellinCore/Support/Clock.h"
 
 namespace quellin {
+
+/// Between the two samples of a measurement of the energy counters.
+inline constexpr Seconds energyMeasurementInterval{0.1};
 
 /// One measurement in progress: the first sample has been taken, the second has not.
 ///

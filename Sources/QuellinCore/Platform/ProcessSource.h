@@ -8,8 +8,13 @@
 
 #include "QuellinCore/Models/ProcessUsage.h"
 #include "QuellinCore/Models/SourceDiagnosis.h"
+#include "QuellinCore/Support/Clock.h"
 
 namespace quellin {
+
+/// Between the two snapshots of a measurement, where nobody asks for another time: long enough for the
+/// counters to move, short enough to be waited for.
+inline constexpr Seconds processMeasurementInterval{0.35};
 
 /// The three process calls, for the length of one measurement (two snapshots of every process).
 ///

@@ -16,21 +16,23 @@ enum class SMCCommand : std::uint8_t {
 /// The parameter block exchanged with the SMC user client, for input and for output. Integers are in the
 /// machine's byte order; fields that are not named here by a meaning stay zero.
 struct SMCKeyData {
+  /// Version of the firmware; there for its place alone.
   struct Version {
     std::uint8_t majorNumber = 0;  ///< not used: 0
     std::uint8_t minorNumber = 0;  ///< not used: 0
     std::uint8_t build = 0;        ///< not used: 0
     std::uint8_t reserved = 0;     ///< not used: 0
     std::uint16_t release = 0;     ///< not used: 0
-  };  ///< Version of the firmware; there for its place alone.
+  };
 
+  /// Limits of power; there for their place alone.
   struct PowerLimits {
     std::uint16_t version = 0;  ///< not used: 0
     std::uint16_t length = 0;   ///< not used: 0
     std::uint32_t cpu = 0;      ///< not used: 0
     std::uint32_t gpu = 0;      ///< not used: 0
     std::uint32_t memory = 0;   ///< not used: 0
-  };  ///< Limits of power; there for their place alone.
+  };
 
   static constexpr std::size_t capacity = 32;  ///< the longest value, in bytes, that fits a block
 

@@ -54,7 +54,7 @@ void VirtualSMC::set(std::string_view key, std::string_view dataType, std::vecto
 std::unique_ptr<SMCConnection> VirtualSMC::open() { return std::make_unique<Connection>(table_); }
 
 SourceDiagnosis VirtualSMC::diagnose() {
-  SourceDiagnosis diagnosis{.source = "SMC",
+  SourceDiagnosis diagnosis{.source = SourceNames::smc,
                             .availability = SourceAvailability::available,
                             .reason = "A table of keys stands in for the SMC.",
                             .path = std::nullopt,

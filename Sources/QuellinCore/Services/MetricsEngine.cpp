@@ -167,14 +167,11 @@ void MetricsEngine::setInterval(Seconds interval) {
 
 void MetricsEngine::snapshot(std::function<void(const SystemPowerState&)> completion) {
   const auto state = this->state();
-  background_->run([weak = std::weak_ptr(state), reader = state->reader, executor = state->executor,
-                    completion = std::move(completion)]() mutable {
-    auto snapshot = std::make_shared<const SystemPowerState>((*reader)());
-    // Moved on: what belongs to the main executor must not be destroyed here.
-    executor->post([weak, completion = std::move(completion), snapshot = std::move(snapshot)] {
-      if (weak.lock()) completion(*snapshot);
-    });
-  });
+  runThenPost(
+      *background_, state->executor, [reader = state->reader] { return (*reader)(); },
+      [weak = std::weak_ptr(state), completion = std::move(completion)](const SystemPowerState& snapshot) {
+        if (weak.lock()) completion(snapshot);
+      });
 }
 
 Subscription MetricsEngine::observeCurrentState(std::function<void(const SystemPowerState&)> observer) {

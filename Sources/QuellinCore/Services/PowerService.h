@@ -13,7 +13,7 @@ namespace quellin {
 class PowerService {
  public:
   /// How long `read` counts energy.
-  static constexpr Seconds samplingInterval{0.1};
+  static constexpr Seconds samplingInterval = energyMeasurementInterval;
 
   /// `source` must not be null; `clock` must outlive the service.
   explicit PowerService(std::shared_ptr<EnergySource> source = nativeEnergySource(),

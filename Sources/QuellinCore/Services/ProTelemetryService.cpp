@@ -11,9 +11,12 @@
 namespace quellin {
 namespace {
 
+// The status carries -1 where the owner is not known.
+constexpr std::int64_t unknownID = -1;
+
 struct FileAttributes {
-  std::int64_t ownerUserID = -1;
-  std::int64_t groupID = -1;
+  std::optional<std::int64_t> ownerUserID;
+  std::optional<std::int64_t> groupID;
   bool hasSetuidBit = false;
 };
 
@@ -49,8 +52,8 @@ ProTelemetryService::ProTelemetryService(std::string helperPath, AdministratorPr
 HelperStatus ProTelemetryService::helperStatus() const {
   HelperStatus status;
   status.path = helperPath_;
-  status.ownerUserID = -1;
-  status.groupID = -1;
+  status.ownerUserID = unknownID;
+  status.groupID = unknownID;
   if (!fileExists(helperPath_)) {
     status.error = "Helper is not installed";
     return status;
@@ -59,8 +62,8 @@ HelperStatus ProTelemetryService::helperStatus() const {
   status.isInstalled = true;
   status.isExecutable = isExecutable(helperPath_);
   status.isSetuidRoot = attributes.ownerUserID == 0 && attributes.hasSetuidBit;
-  status.ownerUserID = attributes.ownerUserID;
-  status.groupID = attributes.groupID;
+  status.ownerUserID = attributes.ownerUserID.value_or(unknownID);
+  status.groupID = attributes.groupID.value_or(unknownID);
 
   HelperProcessResult answer = invokeHelper({"status-json"}, statusTimeLimit);
   status.error = std::move(answer.error);

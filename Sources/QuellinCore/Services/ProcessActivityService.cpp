@@ -6,22 +6,17 @@
 
 #include "QuellinCore/Models/ProcessActivity.h"
 #include "QuellinCore/Models/ProcessSample.h"
+#include "QuellinCore/Platform/ProcessSnapshot.h"
 
 namespace quellin {
 namespace {
 
-// Only the later snapshot's names are ever shown, so only that one pays for reading them.
-enum class Names { leftOut, read };
-
-ProcessSamples processSamplesByPID(ProcessScan& scan, Names names) {
+ProcessSamples processSamplesByPID(ProcessScan& scan, ProcessNames names) {
   ProcessSamples samples;
-  for (const std::int32_t pid :
-       processIDs([&](std::span<std::int32_t> ids) { return scan.listProcessIDs(ids); })) {
-    if (pid < 1) continue;
-    const auto usage = scan.usage(pid);
-    if (!usage) continue;
-    std::string name = names == Names::read ? processName(scan.name(pid), pid) : std::string{};
-    samples.insert_or_assign(pid, processSample(pid, std::move(name), *usage));
+  for (const ProcessAnswer& answer : processSnapshot(scan, names)) {
+    if (!answer.usage) continue;
+    std::string name = names == ProcessNames::read ? processName(answer.name, answer.pid) : std::string{};
+    samples.insert_or_assign(answer.pid, processSample(answer.pid, std::move(name), *answer.usage));
   }
   return samples;
 }
@@ -35,11 +30,11 @@ std::vector<ProcessActivityInfo> ProcessActivityService::sampleTopProcesses(int 
                                                                             Seconds interval) const {
   if (limit < 1) return {};
   const auto scan = source_->beginScan();
-  const ProcessSamples before = processSamplesByPID(*scan, Names::leftOut);
+  const ProcessSamples before = processSamplesByPID(*scan, ProcessNames::leftOut);
   if (before.empty()) return {};
   const Seconds waited = interval > shortestInterval ? interval : shortestInterval;
   clock_->sleep(waited);
-  const ProcessSamples after = processSamplesByPID(*scan, Names::read);
+  const ProcessSamples after = processSamplesByPID(*scan, ProcessNames::read);
   if (after.empty()) return {};
 
   auto activity = processActivity(before, after, waited);

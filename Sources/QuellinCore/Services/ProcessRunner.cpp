@@ -21,11 +21,6 @@ ProcessRunResult startFailure(const SystemError& error) {
 
 }  // namespace
 
-std::optional<std::string> trimmedText(std::string_view bytes) {
-  if (!isValidUTF8(bytes)) return std::nullopt;
-  return std::string{trimmed(bytes)};
-}
-
 ProcessRunResult runProcess(const std::string& executable, const std::vector<std::string>& arguments,
                             Seconds timeout, MonotonicClock& clock) {
   auto child = ChildProcess::start({.executable = executable,

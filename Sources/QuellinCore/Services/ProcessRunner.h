@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "QuellinCore/Support/Clock.h"
@@ -27,9 +26,6 @@ struct ProcessRunResult {
 
 /// The most bytes of one stream of a child that are kept; the rest is read and dropped.
 inline constexpr std::size_t maximumChildOutput = std::size_t{16} << 20U;
-
-/// `bytes` as text, trimmed of white space and line breaks at both ends; absent when not valid UTF-8.
-[[nodiscard]] std::optional<std::string> trimmedText(std::string_view bytes);
 
 /// Runs `executable` with `arguments` and blocks until it has ended; after `timeout` it is asked to
 /// terminate.

@@ -41,8 +41,6 @@ FanInfo readFan(SMCConnection& connection, std::size_t index) {
           .maxRPM = speed(SMCKeys::maximumSpeed)};
 }
 
-bool isPlausible(double degreesCelsius) { return degreesCelsius > 0 && degreesCelsius < 150; }
-
 }  // namespace
 
 SMCService::SMCService(std::shared_ptr<SMCSource> smc) : smc_(std::move(smc)) {}
@@ -65,7 +63,7 @@ std::vector<TemperatureSensor> SMCService::readTemperatures() const {
     const auto value = readSMCKeyTyped(*connection, key);
     if (!value) continue;
     const auto temperature = SMCDecoding::decodeTemperature(value->dataType, value->bytes);
-    if (temperature && isPlausible(*temperature)) sensors.push_back({key, name, *temperature});
+    if (temperature && isPlausibleTemperature(*temperature)) sensors.push_back({key, name, *temperature});
   }
   std::ranges::stable_sort(sensors, {}, &TemperatureSensor::name);
   return sensors;

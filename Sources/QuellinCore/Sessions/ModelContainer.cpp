@@ -7,8 +7,7 @@
 namespace quellin {
 
 ModelContainer::ModelContainer(const std::filesystem::path& path, const StoreFileOptions& options)
-    : database_(openStoreFile(path, {.busyTimeout = options.busyTimeout, .fileSystem = options.fileSystem})),
-      pageSize_(database_->integer("PRAGMA page_size")) {}
+    : database_(openStoreFile(path, options)), pageSize_(database_->integer("PRAGMA page_size")) {}
 
 ModelContainer::ModelContainer() : database_(openStoreInMemory()) {}
 
@@ -18,7 +17,7 @@ const std::filesystem::path& ModelContainer::path() const { return database_->pa
 
 std::int64_t ModelContainer::bytesWritten() const { return database_->pagesWritten() * pageSize_; }
 
-void ModelContainer::settle() {
+void ModelContainer::checkpoint() {
   if (database_->isInMemory()) return;
   try {
     Query(*database_, "PRAGMA wal_checkpoint(PASSIVE)").run();

@@ -3,19 +3,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <string>
 
-#include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Sessions/StoreFileOptions.h"
 
 namespace quellin {
 
 class Database;
-
-/// How a store file is reached; the defaults are for production.
-struct StoreFileOptions {
-  Seconds busyTimeout{5};       ///< how long to wait for another process that is writing
-  std::string fileSystem = {};  ///< the name of a registered SQLite file system; empty: the ordinary one
-};
 
 /// An open session store: a file that several processes may use at once, or memory. Confined to one thread.
 class ModelContainer {
@@ -36,7 +29,7 @@ class ModelContainer {
   /// Hands everything saved so far to the disk, so that a power cut cannot take it. Nothing happens when
   /// another process is reading just then, or when the disk refuses: what is saved is safe from all but a
   /// power cut either way.
-  void settle();
+  void checkpoint();
 
   /// Bytes of the pages that saving has handed to the disk since the store was opened: those of the
   /// write-ahead log, not those that move on from it into the file. 0 in memory.

@@ -217,7 +217,7 @@ void ModelContext::sweepIdentities() {
   const auto isGone = [](const auto& entry) { return entry.second.expired(); };
   std::erase_if(samples_, isGone);
   std::erase_if(sessions_, isGone);
-  sweepAt_ = std::max<std::size_t>(256, 2 * (samples_.size() + sessions_.size()));
+  sweepAt_ = std::max(fewestToSweep, 2 * (samples_.size() + sessions_.size()));
 }
 
 std::shared_ptr<PowerSession> ModelContext::identify(const SessionRow& row, Sessions& changedElsewhere) {

@@ -30,7 +30,8 @@ struct SessionRow;
 /// write stays gathered for the next one. Every operation throws `StoreError` and must be called on the main
 /// executor. Made with std::make_shared.
 class ModelContext final : public ModelOwner, public std::enable_shared_from_this<ModelContext> {
- public:  /// Over an open container, for use on `executor` alone.
+ public:
+  /// Over an open container, for use on `executor` alone.
   ModelContext(std::shared_ptr<ModelContainer> container, std::shared_ptr<const MainExecutor> executor);
   ~ModelContext() override;
   ModelContext(const ModelContext&) = delete;
@@ -116,11 +117,13 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
                                                              const std::shared_ptr<PowerSession>& session);
   void sweepIdentities();
 
+  static constexpr std::size_t fewestToSweep = 256;
+
   std::shared_ptr<ModelContainer> container_;
   std::shared_ptr<const MainExecutor> executor_;
   std::unordered_map<std::int64_t, std::weak_ptr<PowerSession>> sessions_;
   std::unordered_map<std::int64_t, std::weak_ptr<PowerSessionSample>> samples_;
-  std::size_t sweepAt_ = 256;
+  std::size_t sweepAt_ = fewestToSweep;
   Sessions newSessions_;
   Sessions changedSessions_;
   Sessions deletedSessions_;

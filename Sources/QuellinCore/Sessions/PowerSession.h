@@ -80,7 +80,8 @@ class PowerSession : public std::enable_shared_from_this<PowerSession> {
   [[nodiscard]] const std::string& appVersion() const { return columns_.appVersion; }
   [[nodiscard]] std::int64_t schemaVersion() const { return columns_.schemaVersion; }
   [[nodiscard]] double sampleInterval() const { return columns_.sampleInterval; }
-  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }  /// @}
+  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }
+  /// @}
 
   /// The status; active for a raw value that is absent or unknown.
   [[nodiscard]] PowerSessionStatus status() const;
@@ -92,7 +93,8 @@ class PowerSession : public std::enable_shared_from_this<PowerSession> {
   void setEndedAt(std::optional<Instant> instant);
   void setStatusRaw(std::optional<std::string> raw);
   void setSourceRaw(std::optional<std::string> raw);
-  void setSampleInterval(double seconds);  /// @}
+  void setSampleInterval(double seconds);
+  /// @}
 
   /// The samples in the order stored, those not saved yet last; read from the store at every call. No value
   /// once the session is deleted. Throws `StoreError` when the store cannot be read; unreadable rows are left

@@ -30,10 +30,11 @@ struct Encoder {
 /// Reads what an `Encoder` wrote. Where there are many documents, a `JSONDecoder` of one's own reads the same
 /// with less work.
 struct Decoder {
+  /// The value that `bytes` spell, or the first thing that is wrong with them.
   template <class T>
   [[nodiscard]] std::expected<T, DecodingError> decode(std::string_view bytes) const {
     return decodeJSON<T>(bytes);
-  }  ///< The value that `bytes` spell, or the first thing that is wrong with them.
+  }
 };
 
 /// One line: for stored blobs and export lines.

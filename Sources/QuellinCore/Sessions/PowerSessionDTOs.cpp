@@ -63,7 +63,7 @@ SystemPowerStateDTO::SystemPowerStateDTO(const SystemPowerState& state)
       batteryChargeInputWatts(state.batteryChargeInputWatts()),
       batterySupplementWatts(state.batterySupplementWatts()),
       siliconWatts(state.siliconWatts()),
-      totalWattsConfidence("unavailable") {
+      totalWattsConfidence(unavailableReading) {
   const auto reading = state.primaryPowerReading();
   if (!reading) return;
   powerSourceKind = rawValue(reading->kind);
@@ -71,6 +71,13 @@ SystemPowerStateDTO::SystemPowerStateDTO(const SystemPowerState& state)
   powerSourceSummary = reading->summary;
   totalWatts = reading->watts;
   totalWattsConfidence = rawValue(reading->confidence);
+}
+
+PowerSource storedPowerSource(const SystemPowerStateDTO& snapshot) {
+  PowerSource source = powerSource(snapshot.battery, snapshot.power.has_value());
+  if (snapshot.powerSourceKind) source.kind = *snapshot.powerSourceKind;
+  if (snapshot.powerSourceLabel) source.label = *snapshot.powerSourceLabel;
+  return source;
 }
 
 }  // namespace quellin

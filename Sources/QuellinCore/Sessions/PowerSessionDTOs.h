@@ -10,6 +10,7 @@
 #include "QuellinCore/Models/ProcessActivityInfo.h"
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Models/TemperatureSensor.h"
+#include "QuellinCore/Sessions/PowerSource.h"
 #include "QuellinCore/Support/Clock.h"
 #include "QuellinCore/Support/JSON/Record.h"
 
@@ -202,5 +203,9 @@ struct SystemPowerStateDTO {
 
   bool operator==(const SystemPowerStateDTO&) const = default;
 };
+
+/// The power source that a stored snapshot names; what it does not name is inferred from the rest of it. The
+/// texts live no longer than `snapshot`.
+[[nodiscard]] PowerSource storedPowerSource(const SystemPowerStateDTO& snapshot);
 
 }  // namespace quellin

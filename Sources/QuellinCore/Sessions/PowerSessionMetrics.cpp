@@ -33,7 +33,7 @@ std::optional<double> totalWatts(const SystemPowerState& state) {
 
 std::string totalWattsConfidence(const SystemPowerState& state) {
   const auto reading = state.primaryPowerReading();
-  return std::string(reading ? rawValue(reading->confidence) : "unavailable");
+  return std::string(reading ? rawValue(reading->confidence) : unavailableReading);
 }
 
 std::string powerSourceKind(const SystemPowerState& state) {
@@ -71,9 +71,9 @@ PowerSamplePoint storedPowerPoint(const SampleColumns& columns, std::string_view
   PowerSamplePoint point = pointOfColumns(columns);
   auto snapshot = decoder.decode<SystemPowerStateDTO>(snapshotData);
   if (!snapshot) return point;
-  const PowerSource inferred = powerSource(snapshot->battery, snapshot->power.has_value());
-  point.sourceKind = std::move(snapshot->powerSourceKind).value_or(std::string(inferred.kind));
-  point.sourceLabel = std::move(snapshot->powerSourceLabel).value_or(std::string(inferred.label));
+  const PowerSource source = storedPowerSource(*snapshot);
+  point.sourceKind = source.kind;
+  point.sourceLabel = source.label;
   if (snapshot->battery) {
     point.acConnected = snapshot->battery->acConnected;
     point.batteryPercent = snapshot->battery->chargePercent;

@@ -20,9 +20,6 @@
 
 namespace quellin {
 
-/// How long the recorder measures process activity.
-inline constexpr Seconds processMeasurementInterval{0.35};
-
 /// Turns live snapshots into a recorded session: one stored sample per snapshot, process activity at its own
 /// slower pace, pro telemetry when it is new, and a live summary that costs no look at the store.
 ///
@@ -95,10 +92,10 @@ class PowerSessionRecorder {
   void remove(const std::shared_ptr<PowerSession>& session);
 
   /// The session as a JSON Lines document of the present moment. Throws `StoreError`.
-  [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session);  /// @{
+  [[nodiscard]] std::string exportJSONL(const std::shared_ptr<PowerSession>& session);
 
-  /// Each calls the observer with the new value after it was set, until the subscription ends; those of the
-  /// two instants only when the value differs from the one before.
+  /// @{ Each calls the observer with the new value after it was set, until the subscription ends; those of
+  /// the two instants only when the value differs from the one before.
   [[nodiscard]] Subscription observeActiveSession(
       std::function<void(const std::shared_ptr<PowerSession>&)> observer);
   [[nodiscard]] Subscription observeActiveSummary(std::function<void(const PowerSessionSummary&)> observer);
@@ -107,7 +104,8 @@ class PowerSessionRecorder {
   [[nodiscard]] Subscription observeLastProcessSampleAt(
       std::function<void(const std::optional<Instant>&)> observer);
   [[nodiscard]] Subscription observeLastProTelemetrySampledAt(
-      std::function<void(const std::optional<Instant>&)> observer);  /// @}
+      std::function<void(const std::optional<Instant>&)> observer);
+  /// @}
 
   /// A sampler over the processes of this host.
   [[nodiscard]] static ProcessSampler nativeProcessSampler();

@@ -57,9 +57,8 @@ void PowerSessionStore::exportJSONL(const std::shared_ptr<PowerSession>& session
                                     const TextSink& sink) {
   requireCurrent(*surroundings_.executor);
   const auto require = [&](const std::expected<void, EncodingError>& result) {
-    if (result) return;
-    throw StoreError(StoreError::Kind::notEncodable, container_->path(),
-                     result.error().path + ": " + result.error().reason);
+    if (!result)
+      throw StoreError(StoreError::Kind::notEncodable, container_->path(), result.error().message());
   };
   const ReadSnapshot oneMoment(container_->database());  // summary and lines are of the same samples
   SessionExporter exporter(sink);

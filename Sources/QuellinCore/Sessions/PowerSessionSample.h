@@ -58,7 +58,8 @@ class PowerSessionSample : public std::enable_shared_from_this<PowerSessionSampl
   [[nodiscard]] const std::optional<std::int64_t>& maxFanRPM() const { return columns_.maxFanRPM; }
   /// Degrees Celsius.
   [[nodiscard]] const std::optional<double>& maxTemperature() const { return columns_.maxTemperature; }
-  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }  /// @}
+  [[nodiscard]] Instant createdAt() const { return columns_.createdAt; }
+  /// @}
 
   /// The JSON of a `SystemPowerStateDTO`; empty, which no JSON is, when the stored bytes are damaged. These
   /// three throw `StoreError` when the store cannot be read.
@@ -78,7 +79,8 @@ class PowerSessionSample : public std::enable_shared_from_this<PowerSessionSampl
   void setColumns(SampleColumns columns);
   void setSnapshotData(std::string data);
   void setProcessActivityData(std::optional<std::string> data);
-  void setProTelemetryData(std::optional<std::string> data);  /// @}
+  void setProTelemetryData(std::optional<std::string> data);
+  /// @}
 
   /// Calls `observer` after every change of a value.
   [[nodiscard]] Subscription onChange(std::function<void()> observer);

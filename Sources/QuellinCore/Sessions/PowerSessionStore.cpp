@@ -10,6 +10,8 @@
 #include "QuellinCore/Sessions/SampleMaxima.h"
 #include "QuellinCore/Sessions/Storage/CostRows.h"
 #include "QuellinCore/Sessions/Storage/SessionBlobs.h"
+#include "QuellinCore/Sessions/TimeOrder.h"
+#include "QuellinCore/Sessions/WattStatistics.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
@@ -36,6 +38,17 @@ std::shared_ptr<ModelContainer> openContainer(const std::optional<std::filesyste
   if (inMemory) return std::make_shared<ModelContainer>();
   const auto path = storeURL ? *storeURL : PowerSessionStore::defaultStoreURL(surroundings.homeFolder);
   return std::make_shared<ModelContainer>(path, surroundings.file);
+}
+
+// The blob of a record; throws when it has no JSON form.
+template <class T>
+std::string encodedOrThrow(const T& record, const std::filesystem::path& path) {
+  constexpr std::size_t usualLength = 6000;
+  std::string text;
+  text.reserve(usualLength);
+  const auto result = PowerSessionCoders::encoder.append(text, record);
+  if (!result) throw StoreError(StoreError::Kind::notEncodable, path, result.error().message());
+  return text;
 }
 
 }  // namespace
@@ -108,7 +121,7 @@ void PowerSessionStore::end(const std::shared_ptr<PowerSession>& session, PowerS
   session->setStatusRaw(std::string(rawValue(status)));
   session->setEndedAt(endedAt);
   context_->save();
-  container_->settle();
+  container_->checkpoint();
 }
 
 std::vector<std::shared_ptr<PowerSession>> PowerSessionStore::sessions() { return context_->sessions(); }
@@ -128,7 +141,7 @@ std::vector<std::shared_ptr<PowerSessionSample>> PowerSessionStore::samples(
   requireCurrent(*surroundings_.executor);
   try {
     auto result = session->samples().value_or(std::vector<std::shared_ptr<PowerSessionSample>>());
-    std::ranges::stable_sort(result, {}, [](const auto& sample) { return sample->timestamp(); });
+    std::ranges::stable_sort(result, IsEarlier{}, &PowerSessionSample::timestamp);
     return result;
   } catch (const StoreError&) {
     return {};
@@ -175,24 +188,6 @@ void PowerSessionStore::remove(const std::shared_ptr<PowerSession>& session) {
   context_->save();
 }
 
-namespace {
-
-// The blob of a record; throws when it has no JSON form.
-template <class T>
-std::string encodedOrThrow(const T& record, const std::filesystem::path& path) {
-  constexpr std::size_t usualLength = 6000;
-  std::string text;
-  text.reserve(usualLength);
-  const auto result = PowerSessionCoders::encoder.append(text, record);
-  if (!result) {
-    throw StoreError(StoreError::Kind::notEncodable, path,
-                     result.error().path + ": " + result.error().reason);
-  }
-  return text;
-}
-
-}  // namespace
-
 std::shared_ptr<PowerSessionSample> PowerSessionStore::appendSample(
     const std::shared_ptr<PowerSession>& session, const SystemPowerState& state,
     const std::vector<ProcessActivityInfo>& processActivities,
@@ -208,7 +203,7 @@ std::shared_ptr<PowerSessionSample> PowerSessionStore::appendSample(
   PowerSessionSampleInit values;
   values.id = UUID::random();
   values.timestamp = moment;
-  values.elapsedSeconds = std::max(0.0, Seconds(moment - session->startedAt()).count());
+  values.elapsedSeconds = elapsedSeconds(session->startedAt(), moment);
   values.snapshotData = encodedOrThrow(snapshot, path);
   if (!activities.empty()) values.processActivityData = encodedOrThrow(activities, path);
   if (proTelemetry) {

@@ -7,9 +7,12 @@
 
 namespace quellin {
 
+/// What sessions say in the place of a kind, and of a confidence, where there is no reading.
+inline constexpr std::string_view unavailableReading = "unavailable";
+
 /// A power source as sessions name it. The texts live as long as the program.
 struct PowerSource {
-  std::string_view kind;   ///< raw value of a `PowerReadingKind`, or "unavailable"
+  std::string_view kind;   ///< raw value of a `PowerReadingKind`, or `unavailableReading`
   std::string_view label;  ///< what people are told
 
   bool operator==(const PowerSource&) const = default;
@@ -18,7 +21,7 @@ struct PowerSource {
 /// The source whose reading is the primary one; `onExternalPower` tells an idle battery from no reading.
 [[nodiscard]] inline PowerSource powerSource(std::optional<PowerReadingKind> primary, bool onExternalPower) {
   if (primary) return {rawValue(*primary), powerReadingTexts(*primary).label};
-  return {"unavailable", onExternalPower ? "On AC, battery idle" : "Unavailable"};
+  return {unavailableReading, onExternalPower ? "On AC, battery idle" : "Unavailable"};
 }
 
 /// The source that a machine with this battery record, of any form, and with or without the silicon model's

@@ -1,5 +1,6 @@
 #include "QuellinCore/Sessions/RecorderState.h"
 
+#include "QuellinCore/Services/ProcessActivityService.h"
 #include "QuellinCore/Sessions/StoredSample.h"
 
 namespace quellin {
@@ -81,20 +82,19 @@ bool PowerSessionRecorder::State::needsProcessActivity(const Snapshot& snapshot)
 }
 
 void PowerSessionRecorder::State::measure(std::shared_ptr<Snapshot> snapshot) {
-  background_->run([weak = weak_from_this(), mainExecutor = executor, sampler = processSampler_,
-                    snapshot = std::move(snapshot)]() mutable {
-    snapshot->processActivities = (*sampler)(processLimit, processMeasurementInterval);
-    // Moved on: what belongs to the main executor must not be destroyed here.
-    mainExecutor->post([weak, snapshot = std::move(snapshot)] {
-      const auto alive = weak.lock();
-      if (!alive || !alive->signals) return;
-      if (alive->activeSession == snapshot->session) {
-        alive->setLastProcessSampleAt(snapshot->state.timestamp);
-        alive->append(*snapshot);
-      }
-      alive->finish(*snapshot);
-    });
-  });
+  auto take = [weak = weak_from_this(),
+               snapshot = std::move(snapshot)](std::vector<ProcessActivityInfo> activities) {
+    const auto alive = weak.lock();
+    if (!alive || !alive->signals) return;
+    snapshot->processActivities = std::move(activities);
+    if (alive->activeSession == snapshot->session) {
+      alive->setLastProcessSampleAt(snapshot->state.timestamp);
+      alive->append(*snapshot);
+    }
+    alive->finish(*snapshot);
+  };
+  auto sample = [sampler = processSampler_] { return (*sampler)(processLimit, processMeasurementInterval); };
+  runThenPost(*background_, executor, std::move(sample), std::move(take));
 }
 
 void PowerSessionRecorder::State::append(const Snapshot& snapshot) {

@@ -6,6 +6,7 @@
 
 namespace quellin {
 
+// Unlike the maximum of a stored session this one begins with 0, and no sample takes it below that.
 RunningSummary::RunningSummary() { figures_.maxThermalPressure = 0; }
 
 void RunningSummary::ingest(const PowerSamplePoint& point, const std::optional<std::int64_t>& batteryPercent,

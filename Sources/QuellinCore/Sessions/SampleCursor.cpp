@@ -9,6 +9,7 @@
 #include "QuellinCore/Sessions/Storage/Query.h"
 #include "QuellinCore/Sessions/Storage/SampleRows.h"
 #include "QuellinCore/Sessions/Storage/SessionBlobs.h"
+#include "QuellinCore/Sessions/Storage/StoredFacts.h"
 
 namespace quellin {
 namespace {

@@ -1,5 +1,6 @@
 #include "QuellinCore/Sessions/StoreError.h"
 
+#include <string_view>
 #include <utility>
 
 namespace quellin {
@@ -49,7 +50,5 @@ StoreError::StoreError(Kind kind, std::filesystem::path path, std::string cause)
       kind_(kind),
       path_(std::move(path)),
       cause_(std::move(cause)) {}
-
-std::string_view StoreError::advice() const { return adviceFor(kind_); }
 
 }  // namespace quellin

@@ -3,13 +3,13 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace quellin {
 
 /// What kept the session store from doing its work. A file that could not be used is left as it was.
 class StoreError : public std::runtime_error {
- public:  /// What callers may tell apart.
+ public:
+  /// What callers may tell apart.
   enum class Kind {
     notAStore,    ///< the file is something else
     tooNew,       ///< the file was written by a later version of this software
@@ -30,10 +30,8 @@ class StoreError : public std::runtime_error {
 
   [[nodiscard]] Kind kind() const { return kind_; }  ///< for programs; `what()` is for people
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }  ///< empty for a store in memory
-  /// What went wrong.
+  /// What went wrong. `what()` also says where, and what the user can do about it.
   [[nodiscard]] const std::string& cause() const { return cause_; }
-  /// What the user can do about it; a whole sentence.
-  [[nodiscard]] std::string_view advice() const;
 
  private:
   Kind kind_;

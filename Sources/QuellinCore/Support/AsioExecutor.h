@@ -12,7 +12,8 @@ namespace quellin {
 /// The main executor of an application that runs a Boost.Asio loop on one thread. The context must outlive
 /// it.
 class AsioExecutor final : public MainExecutor {
- public:  /// Made on the thread that will run the context.
+ public:
+  /// Made on the thread that will run the context.
   explicit AsioExecutor(boost::asio::io_context& context) : executor_(context.get_executor()) {}
 
   /// True inside the handlers of the context, and on the thread that made this object, which stands for the

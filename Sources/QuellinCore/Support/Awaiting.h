@@ -23,23 +23,28 @@ namespace quellin {
 /// queue hold coroutines, which hold this, and all of them must go with the executor. What comes too late is
 /// dropped.
 class CoroutineExecutor {
- public:  /// Does not keep `executor` alive.
+ public:
+  /// Does not keep `executor` alive.
   explicit CoroutineExecutor(const std::shared_ptr<MainExecutor>& executor) : executor_(executor) {}
 
+  /// Posts `function`; drops it when the executor is gone.
   template <class Function>
   void execute(Function function) const {
     const auto executor = executor_.lock();
     if (!executor) return;
     // std::function needs something copyable, coroutines are not.
     executor->post([shared = std::make_shared<Function>(std::move(function))] { std::move (*shared)(); });
-  }  ///< Posts `function`; drops it when the executor is gone.
+  }
 
+  /// For Boost.Asio: the services that timers and sockets ask for.
   static boost::asio::execution_context& query(boost::asio::execution::context_t) noexcept {
     return boost::asio::query(boost::asio::system_executor{}, boost::asio::execution::context);
-  }  ///< For Boost.Asio: the services that timers and sockets ask for.
+  }
+
+  /// For Boost.Asio: a post never runs inside the call.
   static constexpr boost::asio::execution::blocking_t query(boost::asio::execution::blocking_t) noexcept {
     return boost::asio::execution::blocking_t::never_t{};
-  }  ///< For Boost.Asio: a post never runs inside the call.
+  }
 
   bool operator==(const CoroutineExecutor& other) const noexcept {
     return !executor_.owner_before(other.executor_) && !other.executor_.owner_before(executor_);
@@ -74,14 +79,10 @@ auto awaitCallback(Start start) {
 template <class Work>
 auto awaitBackground(Background& background, const std::shared_ptr<MainExecutor>& executor, Work work) {
   using Value = std::invoke_result_t<Work>;
-  return awaitCallback<Value>([&background, weak = std::weak_ptr(executor),
-                               work = std::move(work)](const auto& resume) {
-    background.run([executor = weak.lock(), work, resume]() mutable {
-      auto value = std::make_shared<Value>(work());
-      // Moved on: what belongs to the main executor must not be destroyed here.
-      executor->post([resume = std::move(resume), value = std::move(value)] { resume(std::move(*value)); });
-    });
-  });
+  return awaitCallback<Value>(
+      [&background, weak = std::weak_ptr(executor), work = std::move(work)](const auto& resume) {
+        runThenPost(background, weak.lock(), work, resume);
+      });
 }
 
 }  // namespace quellin

@@ -2,8 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 #include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Support/MainExecutor.h"
 
 namespace quellin {
 
@@ -37,8 +40,19 @@ class Background {
   [[nodiscard]] virtual WakeUp wakeAt(Seconds instant, std::function<void()> action) = 0;
 };
 
-/// A background of `threads` threads. Destroying it waits for the work that has
-/// begun, drops the rest, and must not happen on one of its own threads.
+/// Runs blocking `work` on `background`, then `use` with its result on `executor`. What `use` holds is
+/// destroyed on the executor, too, unless `background` or `executor` drop it.
+template <class Work, class Use>
+void runThenPost(Background& background, std::shared_ptr<MainExecutor> executor, Work work, Use use) {
+  background.run([executor = std::move(executor), work = std::move(work), use = std::move(use)]() mutable {
+    auto value = std::make_shared<std::invoke_result_t<Work&>>(work());
+    // Moved on: what belongs to the main executor must not be destroyed here.
+    executor->post([use = std::move(use), value = std::move(value)] { use(std::move(*value)); });
+  });
+}
+
+/// A background of `threads` threads. Destroying it waits for the work that has begun, drops the rest, and
+/// must not happen on one of its own threads.
 [[nodiscard]] std::unique_ptr<Background> makeBackground(unsigned threads = 1);
 
 }  // namespace quellin

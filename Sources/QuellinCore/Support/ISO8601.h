@@ -10,6 +10,9 @@
 
 namespace quellin {
 
+/// Instants from here on have a year of more than four digits, which is written but not read back.
+inline constexpr Instant yearTenThousand = instantAt(253'402'300'800);
+
 /// The text of an instant, held without an allocation.
 struct ISO8601Text {
   std::array<char, 40> characters{};  ///< only the first `length` count

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -77,11 +76,6 @@ class Signal {
       const auto slot = slots[index];  // an observer that unsubscribes itself must outlive its own call
       if (slot->isActive) slot->observer(arguments...);
     }
-  }
-
-  /// True while at least one observer is registered.
-  [[nodiscard]] bool hasObservers() const {
-    return list_ && std::ranges::any_of(list_->slots, [](const auto& slot) { return slot->isActive; });
   }
 
  private:

@@ -128,4 +128,9 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+std::optional<std::string> trimmedText(std::string_view bytes) {
+  if (!isValidUTF8(bytes)) return std::nullopt;
+  return std::string{trimmed(bytes)};
+}
+
 }  // namespace quellin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,5 +30,8 @@ void appendUTF8(std::string& text, char32_t codePoint);
 /// carriage return, U+0085 and the zero-width space, as the platform's set of white space and newlines has
 /// them. The result points into `text`.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// `bytes` as text, trimmed as by `trimmed`; absent when they are not valid UTF-8.
+[[nodiscard]] std::optional<std::string> trimmedText(std::string_view bytes);
 
 }  // namespace quellin

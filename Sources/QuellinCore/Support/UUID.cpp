@@ -7,20 +7,13 @@
 
 #include <cstdlib>
 
+#include "QuellinCore/Support/HexDigits.h"
+
 namespace quellin {
 namespace {
 
-constexpr std::string_view upperCaseDigits = "0123456789ABCDEF";
-
 constexpr bool isHyphenPosition(std::size_t position) {
   return position == 8 || position == 13 || position == 18 || position == 23;
-}
-
-constexpr int hexDigit(char character) {
-  if (character >= '0' && character <= '9') return character - '0';
-  if (character >= 'A' && character <= 'F') return character - 'A' + 10;
-  if (character >= 'a' && character <= 'f') return character - 'a' + 10;
-  return -1;
 }
 
 }  // namespace
@@ -42,10 +35,10 @@ std::optional<UUID> UUID::fromText(std::string_view text) {
       if (text[position] != '-') return std::nullopt;
       continue;
     }
-    const int digit = hexDigit(text[position]);
-    if (digit < 0) return std::nullopt;
+    const auto digit = hexDigitValue(text[position]);
+    if (!digit) return std::nullopt;
     std::uint8_t& byte = bytes[digits++ / 2];
-    byte = static_cast<std::uint8_t>((byte << 4) | digit);
+    byte = static_cast<std::uint8_t>((unsigned{byte} << 4U) | *digit);
   }
   return UUID{bytes};
 }
@@ -55,8 +48,8 @@ UUID::Characters UUID::characters() const {
   std::size_t position = 0;
   for (const std::uint8_t byte : bytes_) {
     if (isHyphenPosition(position)) characters[position++] = '-';
-    characters[position++] = upperCaseDigits[byte >> 4];
-    characters[position++] = upperCaseDigits[byte & 0x0F];
+    characters[position++] = upperCaseHexDigits[byte >> 4];
+    characters[position++] = upperCaseHexDigits[byte & 0x0F];
   }
   return characters;
 }
@@ -67,8 +60,3 @@ std::string UUID::text() const {
 }
 
 }  // namespace quellin
-
-std::size_t std::hash<quellin::UUID>::operator()(const quellin::UUID& uuid) const noexcept {
-  const std::string_view bytes{reinterpret_cast<const char*>(uuid.bytes().data()), uuid.bytes().size()};
-  return std::hash<std::string_view>{}(bytes);
-}

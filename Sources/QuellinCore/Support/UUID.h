@@ -2,9 +2,7 @@
 
 #include <array>
 #include <compare>
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,8 +42,3 @@ class UUID {
 };
 
 }  // namespace quellin
-
-template <>
-struct std::hash<quellin::UUID> {
-  std::size_t operator()(const quellin::UUID& uuid) const noexcept;
-};

@@ -9,7 +9,6 @@ namespace quellin::cli {
 namespace {
 
 constexpr int processLimit = 10;
-constexpr Seconds processInterval{0.35};
 
 }  // namespace
 
@@ -20,7 +19,8 @@ ExitStatus snapshot(const Invocation& invocation) {
                         .timestamp = state.timestamp,
                         .figures = figures(state, host.sources),
                         .processes = std::nullopt};
-  if (invocation.options.processes) report.processes = host.topProcesses(processLimit, processInterval);
+  if (invocation.options.processes)
+    report.processes = host.topProcesses(processLimit, processMeasurementInterval);
   if (invocation.options.json) {
     writeJSON(invocation.out, report);
   } else {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "QuellinCore/Models/PowerReadingRules.h"
+#include "QuellinCore/Platform/ProcessSource.h"
 #include "QuellinCore/Sessions/Analysis/EnergyOverRuns.h"
-#include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/SessionText.h"
 #include "quellin/Presentation/Table.h"

@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::int64_t historyLimit = 300;  // more than a terminal has columns for
 constexpr int processLimit = 10;
-constexpr Seconds processWindow{0.35};
 constexpr Seconds processPause{5};
 
 std::string shownSource(const Options& options) {
@@ -135,12 +134,13 @@ void Watch::measureProcesses(const std::function<void()>& done) {
   isMeasuringProcesses_ = true;
   processesMeasuredAt_ = shownAt_;
   processBackground_->run([this, done] {
-    loop_.executor()->post([this, done, processes = host_.topProcesses(processLimit, processWindow)] {
-      isMeasuringProcesses_ = false;
-      model_.processes = processes;
-      draw();
-      done();
-    });
+    loop_.executor()->post(
+        [this, done, processes = host_.topProcesses(processLimit, processMeasurementInterval)] {
+          isMeasuringProcesses_ = false;
+          model_.processes = processes;
+          draw();
+          done();
+        });
   });
 }
 

@@ -295,21 +295,21 @@ TEST(BatteryRulesDeathTest, EndsTheProcessWhenAPercentageOverflows) {
 }
 
 TEST(BatteryRulesTest, KnowsTheFiguresItCanReckonWith) {
-  EXPECT_TRUE(canReckonWith({}));
+  EXPECT_TRUE(isWithinRange({}));
   constexpr std::int64_t largest = std::int64_t{1} << 53U;
   for (const char* key : {"AppleRawCurrentCapacity", "AppleRawMaxCapacity", "NominalChargeCapacity",
                           "CurrentCapacity", "DesignCapacity"}) {
     for (const std::int64_t sign : {1, -1}) {
       const BatteryTables fits{.registry = PropertyTable{{key, sign * largest}}, .powerSource = {}};
-      EXPECT_TRUE(canReckonWith(fits)) << key;
+      EXPECT_TRUE(isWithinRange(fits)) << key;
       EXPECT_TRUE(batteryInfo(fits)) << key;
-      EXPECT_FALSE(canReckonWith({.registry = PropertyTable{{key, sign * (largest + 1)}}, .powerSource = {}}))
+      EXPECT_FALSE(isWithinRange({.registry = PropertyTable{{key, sign * (largest + 1)}}, .powerSource = {}}))
           << key;
     }
   }
   EXPECT_FALSE(
-      canReckonWith({.registry = {}, .powerSource = PropertyTable{{"Current Capacity", largest + 1}}}));
-  EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{"UpdateTime", largest + 1}}, .powerSource = {}}))
+      isWithinRange({.registry = {}, .powerSource = PropertyTable{{"Current Capacity", largest + 1}}}));
+  EXPECT_TRUE(isWithinRange({.registry = PropertyTable{{"UpdateTime", largest + 1}}, .powerSource = {}}))
       << "no rule reads it";
 }
 
@@ -331,14 +331,14 @@ TEST(BatteryRulesTest, ReckonsWithTheLargestFiguresOfEitherSign) {
 TEST(BatteryRulesTest, KnowsTheTimesItCanRound) {
   for (const char* key :
        {"TimeRemaining", "AvgTimeToEmpty", "InstantTimeToEmpty", "AvgTimeToFull", "InstantTimeToFull"}) {
-    EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{key, 1e18}}, .powerSource = {}})) << key;
-    EXPECT_FALSE(canReckonWith({.registry = PropertyTable{{key, 1e19}}, .powerSource = {}})) << key;
-    EXPECT_TRUE(canReckonWith({.registry = {}, .powerSource = PropertyTable{{key, 1e19}}})) << key;
+    EXPECT_TRUE(isWithinRange({.registry = PropertyTable{{key, 1e18}}, .powerSource = {}})) << key;
+    EXPECT_FALSE(isWithinRange({.registry = PropertyTable{{key, 1e19}}, .powerSource = {}})) << key;
+    EXPECT_TRUE(isWithinRange({.registry = {}, .powerSource = PropertyTable{{key, 1e19}}})) << key;
   }
   for (const char* key : {"Time to Empty", "Time to Full Charge"}) {
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_FALSE(canReckonWith({.registry = {}, .powerSource = PropertyTable{{key, notANumber}}})) << key;
-    EXPECT_TRUE(canReckonWith({.registry = PropertyTable{{key, notANumber}}, .powerSource = {}})) << key;
+    EXPECT_FALSE(isWithinRange({.registry = {}, .powerSource = PropertyTable{{key, notANumber}}})) << key;
+    EXPECT_TRUE(isWithinRange({.registry = PropertyTable{{key, notANumber}}, .powerSource = {}})) << key;
   }
 }
 

@@ -137,10 +137,10 @@ TEST(EnergyDeltaRulesTest, KnowsTheGainsItCanAdd) {
   EXPECT_EQ(largestEnergyGain(2), most / 2);
   for (const std::int64_t sign : {1, -1}) {
     std::vector<EnergyChannel> channels(3, {"PCPU", sign * (most / 3)});
-    EXPECT_TRUE(canReckonWith(channels));
+    EXPECT_TRUE(isWithinRange(channels));
     EXPECT_TRUE(parseEnergyDelta(channels, Seconds{1}));
     channels[1].nanojoules += sign;
-    EXPECT_FALSE(canReckonWith(channels));
+    EXPECT_FALSE(isWithinRange(channels));
   }
 }
 

@@ -1,5 +1,4 @@
 #include <limits>
-#include <numeric>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,79 +9,7 @@
 namespace quellin {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing_support::endedByTrap;
-
-/// Lists ids from 1 up to `count`, as far as there is room, and remembers how much room there was.
-class CountingLister {
- public:
-  explicit CountingLister(std::size_t count) : count_(count) {}
-
-  std::int64_t operator()(std::span<std::int32_t> ids) {
-    rooms.push_back(ids.size());
-    const auto filled = ids.first(std::min(count_, ids.size()));
-    std::iota(filled.begin(), filled.end(), 1);
-    return static_cast<std::int64_t>(filled.size_bytes());
-  }
-
-  std::vector<std::size_t> rooms;
-
- private:
-  std::size_t count_;
-};
-
-struct GrowthCase {
-  std::size_t processes;
-  std::size_t listed;
-  std::vector<std::size_t> rooms;
-};
-
-class ProcessIDsTest : public ::testing::TestWithParam<GrowthCase> {};
-
-TEST_P(ProcessIDsTest, DoublesTheRoomWhileAResultFillsIt) {
-  CountingLister lister(GetParam().processes);
-  const auto ids = processIDs(std::ref(lister));
-  EXPECT_EQ(lister.rooms, GetParam().rooms);
-  ASSERT_EQ(ids.size(), GetParam().listed);
-  for (std::size_t index = 0; index < ids.size(); ++index)
-    ASSERT_EQ(ids[index], static_cast<std::int32_t>(index) + 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, ProcessIDsTest,
-                         ::testing::Values(GrowthCase{1, 1, {4096}}, GrowthCase{4095, 4095, {4096}},
-                                           GrowthCase{4096, 4096, {4096, 8192}},
-                                           GrowthCase{20000, 20000, {4096, 8192, 16384, 32768}},
-                                           GrowthCase{65535, 65535, {4096, 8192, 16384, 32768, 65536}},
-                                           GrowthCase{65536, 0, {4096, 8192, 16384, 32768, 65536}}));
-
-TEST(ProcessIDsRulesTest, GivesNoneWhenTheListFails) {
-  EXPECT_THAT(processIDs([](std::span<std::int32_t>) { return std::int64_t{0}; }), IsEmpty());
-  EXPECT_THAT(processIDs([](std::span<std::int32_t>) { return std::int64_t{-1}; }), IsEmpty());
-}
-
-TEST(ProcessIDsRulesTest, GivesNoneWhenTheListFailsInALargerRoom) {
-  EXPECT_THAT(processIDs([](std::span<std::int32_t> ids) {
-                return ids.size() == 4096 ? static_cast<std::int64_t>(ids.size_bytes()) : std::int64_t{0};
-              }),
-              IsEmpty());
-}
-
-TEST(ProcessIDsRulesTest, CountsWholeIDsOnly) {
-  const auto ids = processIDs([](std::span<std::int32_t> buffer) {
-    buffer[0] = 41;
-    buffer[1] = 42;
-    return std::int64_t{7};
-  });
-  EXPECT_THAT(ids, ElementsAre(41));
-}
-
-TEST(ProcessIDsRulesTest, HandsOutRoomFilledWithZeros) {
-  static_cast<void>(processIDs([](std::span<std::int32_t> ids) {
-    EXPECT_TRUE(std::ranges::all_of(ids, [](std::int32_t pid) { return pid == 0; }));
-    return static_cast<std::int64_t>(ids.size_bytes());
-  }));
-}
 
 TEST(ProcessNameTest, TakesTheBytesBeforeTheFirstNUL) {
   EXPECT_EQ(processName("kernel_task", 0), "kernel_task");
@@ -145,20 +72,20 @@ TEST(ProcessSampleTest, KnowsTheCountersItCanAdd) {
                              &ProcessUsage::diskBytesRead, &ProcessUsage::diskBytesWritten}) {
     ProcessUsage usage;
     usage.*counter = largestProcessCounter;
-    EXPECT_TRUE(canReckonWith(usage));
+    EXPECT_TRUE(isWithinRange(usage));
     ++*(usage.*counter);
-    EXPECT_FALSE(canReckonWith(usage));
+    EXPECT_FALSE(isWithinRange(usage));
   }
   for (const auto time : {&ProcessUsage::userTimeNanoseconds, &ProcessUsage::systemTimeNanoseconds}) {
     ProcessUsage usage;
     usage.*time = largestProcessCounter;
-    EXPECT_TRUE(canReckonWith(usage));
+    EXPECT_TRUE(isWithinRange(usage));
     ++(usage.*time);
-    EXPECT_FALSE(canReckonWith(usage));
+    EXPECT_FALSE(isWithinRange(usage));
   }
   ProcessUsage usage;
   usage.energyNanojoules = usage.startToken = std::numeric_limits<std::uint64_t>::max();
-  EXPECT_TRUE(canReckonWith(usage)) << "these are added to nothing";
+  EXPECT_TRUE(isWithinRange(usage)) << "these are added to nothing";
 }
 
 TEST(ProcessSampleTest, AddsTheLargestCountersItCanReckonWith) {

@@ -1,3 +1,4 @@
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -139,6 +140,10 @@ TEST(SMCDecodingTest, EndsTheProcessOverAFanSpeedThatIsNoInteger) {
     EXPECT_FALSE(canDecodeFanRPM(fourCharCode("flt "), littleEndian(value))) << value;
     EXPECT_EXIT(static_cast<void>(fanRPM("flt ", littleEndian(value))), endedByTrap, "") << value;
   }
+}
+
+TEST(SMCDecodingTest, TakesACodeApartMostSignificantByteFirst) {
+  EXPECT_EQ(fourCharBytes(0x46300041), (std::array<std::uint8_t, 4>{0x46, 0x30, 0x00, 0x41}));
 }
 
 }  // namespace

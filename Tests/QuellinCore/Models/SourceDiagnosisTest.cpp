@@ -34,5 +34,20 @@ TEST(SourceDiagnosisTest, LeavesOutWhatDoesNotApply) {
             R"({"source":"Battery","availability":"absent","reason":"This machine has no battery."})");
 }
 
+TEST(SourceDiagnosisTest, IsMadeForWhatCanBeReadAndForWhatIsNotThere) {
+  EXPECT_EQ(availableSource(SourceNames::battery, "BAT0 is read.", "/sys"),
+            (SourceDiagnosis{.source = "Battery",
+                             .availability = SourceAvailability::available,
+                             .reason = "BAT0 is read.",
+                             .path = "/sys",
+                             .remedy = std::nullopt}));
+  EXPECT_EQ(absentSource(SourceNames::smc, "No chip counts a fan.", "/sys"),
+            (SourceDiagnosis{.source = "SMC",
+                             .availability = SourceAvailability::absent,
+                             .reason = "No chip counts a fan.",
+                             .path = "/sys",
+                             .remedy = std::nullopt}));
+}
+
 }  // namespace
 }  // namespace quellin

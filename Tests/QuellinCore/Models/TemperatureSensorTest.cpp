@@ -1,3 +1,4 @@
+#include <limits>
 #include <set>
 #include <thread>
 
@@ -108,6 +109,13 @@ TEST(TemperatureSensorTest, ComparesAllThreeFields) {
   EXPECT_NE(sensor, (TemperatureSensor{"TC0D", "CPU Proximity", 45.5}));
   EXPECT_NE(sensor, (TemperatureSensor{"TC0P", "CPU Die", 45.5}));
   EXPECT_NE(sensor, (TemperatureSensor{"TC0P", "CPU Proximity", 45.25}));
+}
+
+TEST(TemperatureSensorTest, BelievesWhatLiesBetweenZeroAndOneHundredAndFifty) {
+  for (const double temperature : {0.01, 45.0, 149.99}) EXPECT_TRUE(isPlausibleTemperature(temperature));
+  for (const double temperature : {-0.01, 0.0, 150.0, 1e9, std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(isPlausibleTemperature(temperature)) << temperature;
+  }
 }
 
 }  // namespace

@@ -60,11 +60,11 @@ TEST(ThermalInfoDeathTest, EndsTheProcessOnAPressureThatIsNegativeWhenSigned) {
 
 TEST(ThermalInfoRulesTest, KnowsThePressuresItCanReckonWith) {
   ThermalSignals signals;
-  EXPECT_TRUE(canReckonWith(signals));
+  EXPECT_TRUE(isWithinRange(signals));
   signals.pressureState = std::numeric_limits<std::int64_t>::max();
-  EXPECT_TRUE(canReckonWith(signals));
+  EXPECT_TRUE(isWithinRange(signals));
   signals.pressureState = std::uint64_t{1} << 63U;
-  EXPECT_FALSE(canReckonWith(signals));
+  EXPECT_FALSE(isWithinRange(signals));
 }
 
 TEST(ThermalStateTest, IsNamedByItsExactRawString) {

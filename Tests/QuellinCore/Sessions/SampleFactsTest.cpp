@@ -7,6 +7,7 @@
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
 #include "QuellinCore/Sessions/SampleFacts.h"
+#include "QuellinCore/Sessions/Storage/StoredFacts.h"
 #include "Support/ProcessRows.h"
 #include "Support/SampleStates.h"
 
@@ -14,7 +15,6 @@ namespace quellin {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing_support::emptyState;
 using testing_support::energyRow;
 using testing_support::stateOnBattery;
@@ -81,13 +81,6 @@ TEST(SampleFactsTest, EveryStateHasFactsThatSurviveStorage) {
                                   "IOReport silicon power", "Battery charge input"));
 }
 
-TEST(SampleFactsTest, ASourceWithoutANumberIsNotKept) {
-  const StoredFacts stored = storedFacts(
-      {.powerSourceKind = "solar", .powerSourceLabel = "Sun", .contributions = {}, .telemetrySampledAt = {}});
-  EXPECT_EQ(stored, StoredFacts{});
-  EXPECT_EQ(factsFrom(stored.powerSource, stored.contributions), std::nullopt);
-}
-
 TEST(SampleFactsTest, DatesThatAreNotReadBackHaveNoFacts) {
   EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(-1))), {}, nullptr), std::nullopt);
   constexpr double year10000 = 253'402'300'800;
@@ -99,29 +92,6 @@ TEST(SampleFactsTest, DatesThatAreNotReadBackHaveNoFacts) {
   ProTelemetrySnapshot telemetry;
   telemetry.sampledAt = instantAt(-1);
   EXPECT_EQ(sampleFacts(SystemPowerStateDTO(stateOnBattery(instantAt(0))), {}, &telemetry), std::nullopt);
-}
-
-TEST(SampleFactsTest, StoredFormsThatMakeNoSenseGiveNoFacts) {
-  using namespace std::string_view_literals;
-  EXPECT_EQ(factsFrom(-1, ""), std::nullopt);
-  EXPECT_EQ(factsFrom(6, ""), std::nullopt);
-  EXPECT_EQ(factsFrom(std::nullopt, ""), std::nullopt);
-  EXPECT_EQ(factsFrom(0, std::nullopt), std::nullopt);
-  EXPECT_EQ(factsFrom(0,
-                      "\x00\x04"
-                      "a"sv),
-            std::nullopt);
-  EXPECT_EQ(factsFrom(0,
-                      "\x00\x02"
-                      "a1234567"sv),
-            std::nullopt);
-  EXPECT_EQ(factsFrom(0,
-                      "\x01"
-                      "1234567"sv),
-            std::nullopt);
-  EXPECT_EQ(factsFrom(0, "\x02"sv), std::nullopt);
-  ASSERT_TRUE(factsFrom(0, "").has_value());
-  EXPECT_THAT(factsFrom(0, "")->contributions, IsEmpty());
 }
 
 }  // namespace

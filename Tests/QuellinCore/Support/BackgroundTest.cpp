@@ -90,5 +90,29 @@ TEST(BackgroundTest, DestructionWaitsForTheWorkThatHasBegun) {
   release.join();
 }
 
+TEST(BackgroundTest, WorkIsUsedAndItsUseDestroyedOnTheExecutor) {
+  const auto executor = std::make_shared<ThreadExecutor>();
+  std::promise<std::thread::id> workedOn;
+  std::thread::id destroyedOn;
+  int used = 0;
+  {
+    const auto background = makeBackground();
+    std::shared_ptr<void> held(nullptr, [&](void*) { destroyedOn = std::this_thread::get_id(); });
+    runThenPost(
+        *background, executor,
+        [&] {
+          workedOn.set_value(std::this_thread::get_id());
+          return 7;
+        },
+        [&used, held = std::move(held)](int value) { used = value; });
+    EXPECT_NE(workedOn.get_future().get(), std::this_thread::get_id());
+  }  // waits until the result is posted
+  EXPECT_EQ(used, 0);
+  EXPECT_EQ(destroyedOn, std::thread::id());
+  executor->runPosted();
+  EXPECT_EQ(used, 7);
+  EXPECT_EQ(destroyedOn, std::this_thread::get_id());
+}
+
 }  // namespace
 }  // namespace quellin

@@ -29,10 +29,8 @@ TEST(ObservationTest, EndingASubscriptionEndsTheCalls) {
   int calls = 0;
   {
     const auto subscription = signal.subscribe([&] { ++calls; });
-    EXPECT_TRUE(signal.hasObservers());
     signal.notify();
   }
-  EXPECT_FALSE(signal.hasObservers());
   signal.notify();
   EXPECT_EQ(calls, 1);
 }
@@ -129,7 +127,6 @@ TEST(ObservationTest, AnObserverMayOwnASubscriptionToTheSameSignal) {
   outer.reset();  // destroys the inner subscription while the list is being swept
   signal.notify();
   EXPECT_EQ(calls, 0);
-  EXPECT_FALSE(signal.hasObservers());
 }
 
 TEST(ObservationTest, AnExceptionReachesTheCallerAndTheSignalStaysUsable) {

@@ -77,5 +77,11 @@ TEST(TextTest, SpellsScalarValuesInUTF8) {
   EXPECT_EQ(text, "a\u007F\xC2\x80\u07FF\u0800\uFFFF\U00010000😀");
 }
 
+TEST(TextTest, ReadsBytesAsTrimmedTextWhereTheyAreText) {
+  EXPECT_EQ(trimmedText(" a b\r\n"), "a b");
+  EXPECT_EQ(trimmedText(" \n"), "");
+  EXPECT_EQ(trimmedText("a\xFF"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace quellin

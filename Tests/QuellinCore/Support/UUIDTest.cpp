@@ -1,4 +1,4 @@
-#include <unordered_set>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ TEST(UUIDTest, IsNotReadFromAnyOtherForm) {
 }
 
 TEST(UUIDTest, MakesRandomVersionFourIdentifiersThatDiffer) {
-  std::unordered_set<UUID> seen;
+  std::set<UUID> seen;
   for (int round = 0; round < 1000; ++round) {
     const UUID uuid = UUID::random();
     EXPECT_EQ(uuid.bytes()[6] >> 4, 4);

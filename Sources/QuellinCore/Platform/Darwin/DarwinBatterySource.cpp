@@ -20,7 +20,7 @@ using darwin::SourceFault;
 
 using Table = std::expected<PropertyTable, SourceFault>;
 
-constexpr const char* sourceName = "Battery";
+constexpr const char* sourceName = SourceNames::battery;
 constexpr const char* entryName = "AppleSmartBattery";
 
 std::unexpected<SourceFault> absent(std::string reason) {
@@ -74,15 +74,15 @@ class DarwinBatterySource final : public BatterySource {
     auto registry = readRegistry();
     auto powerSource = readPowerSource();
     if (registry && powerSource) {
-      return darwin::availableDiagnosis(
-          sourceName, "The registry entry and the list of power sources can be read.", entryName);
+      return availableSource(sourceName, "The registry entry and the list of power sources can be read.",
+                             entryName);
     }
     if (registry) {
-      return darwin::availableDiagnosis(
-          sourceName, "Only the registry entry can be read. " + powerSource.error().reason, entryName);
+      return availableSource(sourceName, "Only the registry entry can be read. " + powerSource.error().reason,
+                             entryName);
     }
     if (powerSource) {
-      return darwin::availableDiagnosis(
+      return availableSource(
           sourceName, "Only the list of power sources can be read. " + registry.error().reason, entryName);
     }
     return darwin::faultDiagnosis(sourceName, std::move(registry.error()), entryName);

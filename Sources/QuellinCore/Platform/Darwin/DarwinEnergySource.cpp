@@ -13,7 +13,7 @@ namespace {
 using darwin::OwnedCF;
 using darwin::SourceFault;
 
-constexpr const char* sourceName = "Energy counters";
+constexpr const char* sourceName = SourceNames::energyCounters;
 constexpr const char* libraryName = "IOReport";
 constexpr const char* energyGroup = "Energy Model";
 
@@ -85,8 +85,7 @@ class DarwinEnergySource final : public EnergySource {
     }
     auto begun = beginMeasurement(*bridge_);
     if (!begun) return darwin::faultDiagnosis(sourceName, std::move(begun.error()), libraryName);
-    return darwin::availableDiagnosis(sourceName, "Samples of the energy counters can be taken.",
-                                      libraryName);
+    return availableSource(sourceName, "Samples of the energy counters can be taken.", libraryName);
   }
 
  private:

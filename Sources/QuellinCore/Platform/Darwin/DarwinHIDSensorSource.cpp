@@ -17,7 +17,7 @@ using darwin::SourceFault;
 
 using Services = std::expected<std::vector<HIDTemperatureService>, SourceFault>;
 
-constexpr const char* sourceName = "Temperature sensors";
+constexpr const char* sourceName = SourceNames::temperatureSensors;
 constexpr const char* systemName = "IOHIDEventSystem";
 constexpr std::int32_t vendorUsagePage = 0xFF00;
 constexpr std::int32_t temperatureUsage = 5;
@@ -101,8 +101,8 @@ class DarwinHIDSensorSource final : public HIDSensorSource {
   [[nodiscard]] SourceDiagnosis diagnose() override {
     auto services = readServices();
     if (!services) return darwin::faultDiagnosis(sourceName, std::move(services.error()), systemName);
-    return darwin::availableDiagnosis(
-        sourceName, "Temperature services: " + std::to_string(services->size()) + ".", systemName);
+    return availableSource(sourceName, "Temperature services: " + std::to_string(services->size()) + ".",
+                           systemName);
   }
 };
 

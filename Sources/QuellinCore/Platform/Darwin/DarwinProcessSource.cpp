@@ -14,7 +14,7 @@ namespace {
 
 using darwin::AbsoluteTimeScale;
 
-constexpr const char* sourceName = "Processes";
+constexpr const char* sourceName = SourceNames::processes;
 constexpr const char* interfaceName = "libproc";
 constexpr std::int32_t firstProcess = 1;  // launchd, which belongs to root
 
@@ -75,13 +75,13 @@ class DarwinProcessSource final : public ProcessSource {
       return fault("mach_timebase_info", "the length of a tick of the CPU times is unknown");
     }
     if (readUsage(firstProcess)) {
-      return darwin::availableDiagnosis(sourceName, "All processes can be read.", interfaceName);
+      return availableSource(sourceName, "All processes can be read.", interfaceName);
     }
-    SourceDiagnosis diagnosis = darwin::availableDiagnosis(
-        sourceName,
-        "Only this user's processes can be read. proc_pid_rusage of process 1 failed: " +
-            SystemError::last().description(),
-        interfaceName);
+    SourceDiagnosis diagnosis =
+        availableSource(sourceName,
+                        "Only this user's processes can be read. proc_pid_rusage of process 1 failed: " +
+                            SystemError::last().description(),
+                        interfaceName);
     diagnosis.remedy = "Run as root to see every process.";
     return diagnosis;
   }

@@ -15,7 +15,7 @@ using darwin::OwnedIOConnection;
 using darwin::OwnedIOObject;
 using darwin::SourceFault;
 
-constexpr const char* sourceName = "SMC";
+constexpr const char* sourceName = SourceNames::smc;
 constexpr const char* serviceClass = "AppleSMC";
 constexpr std::uint32_t connectionType = 2;
 
@@ -65,7 +65,7 @@ class DarwinSMCSource final : public SMCSource {
   [[nodiscard]] SourceDiagnosis diagnose() override {
     auto connection = openUserClient();
     if (!connection) return darwin::faultDiagnosis(sourceName, std::move(connection.error()), serviceClass);
-    return darwin::availableDiagnosis(sourceName, "The user client can be opened.", serviceClass);
+    return availableSource(sourceName, "The user client can be opened.", serviceClass);
   }
 };
 

@@ -8,8 +8,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Thermal state";
-constexpr const char* path = "com.apple.system.thermalpressurelevel";
+constexpr const char* sourceName = SourceNames::thermalState;
 
 void addMissing(std::string& missing, const std::string& signal) { missing += " Missing: " + signal + "."; }
 
@@ -35,9 +34,10 @@ class DarwinThermalSource final : public ThermalSource {
       return darwin::faultDiagnosis(
           sourceName,
           {.availability = SourceAvailability::failed, .reason = "No sign of heat can be read." + missing},
-          path);
+          darwin::thermalPressureName);
     }
-    return darwin::availableDiagnosis(sourceName, "The system publishes its signs of heat." + missing, path);
+    return availableSource(sourceName, "The system publishes its signs of heat." + missing,
+                           darwin::thermalPressureName);
   }
 };
 

@@ -23,14 +23,6 @@ SourceFault kernelFault(std::string call, kern_return_t code) {
   return fault;
 }
 
-SourceDiagnosis availableDiagnosis(std::string source, std::string reason, std::string path) {
-  return {.source = std::move(source),
-          .availability = SourceAvailability::available,
-          .reason = std::move(reason),
-          .path = std::move(path),
-          .remedy = std::nullopt};
-}
-
 SourceDiagnosis faultDiagnosis(std::string source, SourceFault fault, std::string path) {
   return {.source = std::move(source),
           .availability = fault.availability,

@@ -22,9 +22,6 @@ struct SourceFault {
 /// `call` failed with a code of the kernel: not permitted when the code says so, failed otherwise.
 [[nodiscard]] SourceFault kernelFault(std::string call, kern_return_t code);
 
-/// The diagnosis of a source that can be read; `reason` says what it gives.
-[[nodiscard]] SourceDiagnosis availableDiagnosis(std::string source, std::string reason, std::string path);
-
 /// The diagnosis of a source that gives nothing.
 [[nodiscard]] SourceDiagnosis faultDiagnosis(std::string source, SourceFault fault, std::string path);
 

@@ -21,7 +21,7 @@ std::unexpected<std::string> failure(const char* call, std::uint32_t status) {
 
 std::expected<std::uint64_t, std::string> readThermalPressure() {
   int number = 0;
-  const std::uint32_t registered = notify_register_check("com.apple.system.thermalpressurelevel", &number);
+  const std::uint32_t registered = notify_register_check(thermalPressureName, &number);
   if (registered != NOTIFY_STATUS_OK) return failure("notify_register_check", registered);
   const auto token = Owned<NotifyTokenKind>::adopt(number);
   std::uint64_t state = 0;

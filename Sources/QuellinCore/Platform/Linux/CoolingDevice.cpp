@@ -32,9 +32,7 @@ std::expected<CoolingDevices, SystemError> readCoolingDevices(const FileTree& sy
   if (!names) return std::unexpected(names.error());
   CoolingDevices result;
   const auto keep = [&](const std::string& path, auto value) {
-    if (!value && !result.firstFault && !saysAbsent(value.error())) {
-      result.firstFault = ReadFault{sys.displayPath(path), value.error()};
-    }
+    if (!value) noteFirstFault(result.firstFault, sys.displayPath(path), value.error());
     return valueOf(std::move(value));
   };
   for (const std::string& name : *names) {

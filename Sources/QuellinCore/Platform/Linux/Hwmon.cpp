@@ -12,7 +12,7 @@ std::expected<std::vector<HwmonChip>, SystemError> readHwmonChips(const FileTree
   std::vector<HwmonChip> chips;
   for (const std::string& name : *names) {
     std::string directory = std::string{hwmonDirectory} + "/" + name;
-    std::string chipName = readText(sys, directory + "/name").value_or("");
+    auto chipName = valueOf(readText(sys, directory + "/name"));
     auto files = sortedNames(sys, directory).value_or(std::vector<std::string>{});
     chips.push_back({std::move(directory), std::move(chipName), std::move(files)});
   }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <expected>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,9 +13,9 @@ namespace quellin {
 
 /// One monitoring chip of /sys/class/hwmon. The number in its directory's name changes from boot to boot.
 struct HwmonChip {
-  std::string directory;           ///< below /sys
-  std::string name;                ///< the driver's name for the chip; empty when it gives none
-  std::vector<std::string> files;  ///< the names in the directory, in natural order
+  std::string directory;            ///< below /sys
+  std::optional<std::string> name;  ///< the driver's name for the chip
+  std::vector<std::string> files;   ///< the names in the directory, in natural order
 };
 
 /// One attribute family of a chip, such as all files that begin with "fan2_".

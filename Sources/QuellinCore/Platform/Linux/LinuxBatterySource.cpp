@@ -10,7 +10,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Battery";
+constexpr const char* sourceName = SourceNames::battery;
 constexpr const char* permission = "Run as root: the file is readable for its owner only.";
 
 // Firmware can answer with garbage; a figure that no battery has must not reach arithmetic that ends the

@@ -11,7 +11,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Energy counters";
+constexpr const char* sourceName = SourceNames::energyCounters;
 constexpr const char* permission =
     "Run as root, or let your group read the energy_uj files below /sys/class/powercap (a udev rule can do "
     "that). The "

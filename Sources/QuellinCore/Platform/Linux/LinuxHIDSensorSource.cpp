@@ -10,7 +10,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Temperature sensors";
+constexpr const char* sourceName = SourceNames::temperatureSensors;
 constexpr double millidegreesPerDegree = 1000;
 
 std::optional<std::string> nonEmpty(std::optional<std::string> text) {
@@ -37,9 +37,7 @@ TemperatureInputs readTemperatureInputs(const FileTree& sys, const std::vector<H
   for (const HwmonChip& chip : chips) {
     for (const HwmonInput& input : readHwmonInputs(sys, chip, "temp")) {
       if (!input.value) {
-        if (!result.firstFault && !saysAbsent(input.value.error())) {
-          result.firstFault = ReadFault{sys.displayPath(input.stem + "input"), input.value.error()};
-        }
+        noteFirstFault(result.firstFault, sys.displayPath(input.stem + "input"), input.value.error());
       } else if (!isFaulty(sys, input)) {
         const double degrees = static_cast<double>(*input.value) / millidegreesPerDegree;
         result.services.push_back({.product = inputName(sys, chip, input), .temperature = degrees});

@@ -10,7 +10,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Processes";
+constexpr const char* sourceName = SourceNames::processes;
 constexpr const char* firstProcess = "1";
 constexpr const char* permission =
     "Run as root, with the capability CAP_SYS_PTRACE, to see all processes and their disk traffic.";

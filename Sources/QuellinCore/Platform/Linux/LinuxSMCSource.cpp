@@ -4,9 +4,11 @@
 #include <array>
 #include <bit>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "QuellinCore/Models/SMCKeys.h"
 #include "QuellinCore/Platform/Linux/Hwmon.h"
 #include "QuellinCore/Platform/Linux/SourceReport.h"
 #include "QuellinCore/Platform/VirtualSMC.h"
@@ -14,7 +16,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "SMC";
+constexpr const char* sourceName = SourceNames::smc;
 constexpr std::size_t fansWithDistinctKeys = 10;
 
 struct Fan {
@@ -36,8 +38,8 @@ FanInputs readFans(const FileTree& sys, const std::vector<HwmonChip>& chips) {
         result.fans.push_back({.current = *input.value,
                                .minimum = valueOf(readInteger(sys, input.stem + "min")),
                                .maximum = valueOf(readInteger(sys, input.stem + "max"))});
-      } else if (!result.firstFault && !saysAbsent(input.value.error())) {
-        result.firstFault = ReadFault{sys.displayPath(input.stem + "input"), input.value.error()};
+      } else {
+        noteFirstFault(result.firstFault, sys.displayPath(input.stem + "input"), input.value.error());
       }
     }
   }
@@ -53,22 +55,24 @@ void setSpeed(VirtualSMC& smc, const std::string& key, std::optional<std::int64_
 
 VirtualSMC virtualSMC(const std::vector<Fan>& fans) {
   VirtualSMC smc;
-  const std::size_t count = std::min(fans.size(), LinuxSMCSource::mostFans);
-  smc.set("FNum", "ui8 ", {static_cast<std::uint8_t>(count)});
+  const std::size_t count = std::min(fans.size(), SMCKeys::mostFans);
+  smc.set(SMCKeys::fanCount, "ui8 ", {static_cast<std::uint8_t>(count)});
   for (std::size_t index = 0; index < count; ++index) {
-    const std::string prefix = "F" + std::to_string(index);
-    setSpeed(smc, prefix + "Ac", fans[index].current);
+    const auto set = [&](std::string_view speed, std::optional<std::int64_t> rpm) {
+      setSpeed(smc, SMCKeys::fanSpeed(index, speed), rpm);
+    };
+    set(SMCKeys::currentSpeed, fans[index].current);
     if (index >= fansWithDistinctKeys) continue;
-    setSpeed(smc, prefix + "Mn", fans[index].minimum);
-    setSpeed(smc, prefix + "Mx", fans[index].maximum);
+    set(SMCKeys::minimumSpeed, fans[index].minimum);
+    set(SMCKeys::maximumSpeed, fans[index].maximum);
   }
   return smc;
 }
 
 std::string describe(std::size_t count) {
-  if (count <= LinuxSMCSource::mostFans)
+  if (count <= SMCKeys::mostFans)
     return std::to_string(count) + (count == 1 ? " fan is read." : " fans are read.");
-  return "The first " + std::to_string(LinuxSMCSource::mostFans) + " of " + std::to_string(count) +
+  return "The first " + std::to_string(SMCKeys::mostFans) + " of " + std::to_string(count) +
          " fans are read.";
 }
 

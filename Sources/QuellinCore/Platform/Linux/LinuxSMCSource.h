@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 
 #include "QuellinCore/Platform/Linux/FileTree.h"
@@ -11,14 +10,11 @@ namespace quellin {
 /// The machine's fans behind the keys of an SMC: "FNum", and "F0Ac", "F0Mn", "F0Mx" and so on for each. It
 /// knows no other keys. A connection answers with the speeds of the moment at which it was opened.
 ///
-/// A fan that cannot be read gets no number. Readers refuse a machine with more than 15 fans, so only the
-/// first 15 are published. From the eleventh fan on the names of its minimum and maximum are cut to the same
-/// four characters; they are left out.
+/// A fan that cannot be read gets no number. Readers refuse a machine with more than `SMCKeys::mostFans`, so
+/// only that many are published. From the eleventh fan on the names of its minimum and maximum are cut to the
+/// same four characters; they are left out.
 class LinuxSMCSource final : public SMCSource {
  public:
-  /// More fans than this a reader does not believe.
-  static constexpr std::size_t mostFans = 15;
-
   /// `sys` is the tree of /sys.
   explicit LinuxSMCSource(std::shared_ptr<const FileTree> sys = systemTree());
 

@@ -11,7 +11,7 @@
 namespace quellin {
 namespace {
 
-constexpr const char* sourceName = "Thermal state";
+constexpr const char* sourceName = SourceNames::thermalState;
 constexpr const char* profilePath = "firmware/acpi/platform_profile";
 
 std::optional<bool> lowPowerMode(const std::expected<std::string, SystemError>& profile) {

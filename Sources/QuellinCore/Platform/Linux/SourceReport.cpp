@@ -13,12 +13,8 @@ SourceAvailability availabilityAfter(const SystemError& error) {
 
 }  // namespace
 
-SourceDiagnosis availableSource(std::string source, std::string reason, std::string path) {
-  return {.source = std::move(source),
-          .availability = SourceAvailability::available,
-          .reason = std::move(reason),
-          .path = std::move(path),
-          .remedy = std::nullopt};
+void noteFirstFault(std::optional<ReadFault>& first, std::string path, const SystemError& error) {
+  if (!first && !saysAbsent(error)) first = ReadFault{std::move(path), error};
 }
 
 SourceDiagnosis availableInPart(std::string source, std::string reason, std::string path,
@@ -29,14 +25,6 @@ SourceDiagnosis availableInPart(std::string source, std::string reason, std::str
     if (saysNotPermitted(fault.error)) diagnosis.remedy = permission;
   }
   return diagnosis;
-}
-
-SourceDiagnosis absentSource(std::string source, std::string reason, std::string path) {
-  return {.source = std::move(source),
-          .availability = SourceAvailability::absent,
-          .reason = std::move(reason),
-          .path = std::move(path),
-          .remedy = std::nullopt};
 }
 
 SourceDiagnosis unreadableSource(std::string source, const ReadFault& fault,

@@ -17,16 +17,13 @@ struct ReadFault {
   bool operator==(const ReadFault&) const = default;
 };
 
-/// The source can be read; `reason` says what it gives.
-[[nodiscard]] SourceDiagnosis availableSource(std::string source, std::string reason, std::string path);
+/// Keeps the fault of `path` in `first` unless there is one already or `error` says that nothing is there.
+void noteFirstFault(std::optional<ReadFault>& first, std::string path, const SystemError& error);
 
 /// The source can be read but for `faults`, which follow `reason`. Where access to any of them is denied,
 /// `permission` says what would help.
 [[nodiscard]] SourceDiagnosis availableInPart(std::string source, std::string reason, std::string path,
                                               std::span<const ReadFault> faults, const char* permission);
-
-/// The machine has no such source; `reason` says what is not there, `path` where it would be.
-[[nodiscard]] SourceDiagnosis absentSource(std::string source, std::string reason, std::string path);
 
 /// What the failure to read a file says about a source: absent when the file or its device is not there, not
 /// permitted when access is denied (then `permission` says what would help), failed otherwise.

@@ -3,14 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "QuellinCore/Models/BatteryTables.h"
 #include "QuellinCore/Models/EnergyChannel.h"
 #include "QuellinCore/Models/HIDTemperatureService.h"
-#include "QuellinCore/Models/ProcessUsage.h"
 #include "QuellinCore/Models/ThermalSignals.h"
+#include "QuellinCore/Platform/ProcessSnapshot.h"
 #include "QuellinCore/Platform/SMCValue.h"
 #include "QuellinCore/Support/Clock.h"
 
@@ -32,19 +31,10 @@ struct EnergyAnswer {
   bool operator==(const EnergyAnswer&) const = default;
 };
 
-/// One process in one snapshot.
-struct ProcessAnswer {
-  std::int32_t pid = 0;               ///< process identifier
-  std::optional<ProcessUsage> usage;  ///< absent when it may not be read
-  std::optional<std::string> name;    ///< bytes of any encoding; asked for in the second snapshot alone
-
-  bool operator==(const ProcessAnswer&) const = default;
-};
-
 /// The two snapshots of a scan, each in the order of the host.
 struct ProcessAnswers {
   Seconds interval{};                 ///< asked for between the snapshots
-  std::vector<ProcessAnswer> first;   ///< at the start of the interval
+  std::vector<ProcessAnswer> first;   ///< at the start of the interval; without names
   std::vector<ProcessAnswer> second;  ///< at its end
 
   bool operator==(const ProcessAnswers&) const = default;

@@ -91,7 +91,7 @@ std::unique_ptr<ProcessScan> RecordedProcessSource::beginScan() {
 
 SourceDiagnosis RecordedProcessSource::diagnose() {
   const auto processes = player_->processes();
-  return recordedDiagnosis(*player_, "Processes", &TraceDiagnoses::processes,
+  return recordedDiagnosis(*player_, SourceNames::processes, &TraceDiagnoses::processes,
                            processes && !processes->first.empty());
 }
 

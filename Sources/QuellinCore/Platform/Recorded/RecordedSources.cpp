@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "QuellinCore/Models/SMCDecoding.h"
 #include "QuellinCore/Platform/Recorded/IntervalScale.h"
 #include "QuellinCore/Platform/Recorded/RecordedDiagnosis.h"
 #include "QuellinCore/Platform/Recorded/RecordedProcessSource.h"
@@ -13,9 +14,8 @@ namespace {
 using Player = std::shared_ptr<const TracePlayer>;
 
 std::string textOfCode(std::uint32_t code) {
-  std::string text;
-  for (const unsigned shift : {24U, 16U, 8U, 0U}) text += static_cast<char>((code >> shift) & 0xFFU);
-  return text;
+  const auto bytes = SMCDecoding::fourCharBytes(code);
+  return {bytes.begin(), bytes.end()};
 }
 
 class RecordedSMCSource final : public SMCSource {
@@ -34,7 +34,7 @@ class RecordedSMCSource final : public SMCSource {
 
   SourceDiagnosis diagnose() override {
     const auto answers = player_->answers();
-    return recordedDiagnosis(*player_, "SMC", &TraceDiagnoses::smc,
+    return recordedDiagnosis(*player_, SourceNames::smc, &TraceDiagnoses::smc,
                              answers && answers->smc && !answers->smc->empty());
   }
 
@@ -52,7 +52,7 @@ class RecordedHIDSensorSource final : public HIDSensorSource {
   }
 
   SourceDiagnosis diagnose() override {
-    return recordedDiagnosis(*player_, "Temperature sensors", &TraceDiagnoses::hid,
+    return recordedDiagnosis(*player_, SourceNames::temperatureSensors, &TraceDiagnoses::hid,
                              !temperatureServices().empty());
   }
 
@@ -70,7 +70,8 @@ class RecordedBatterySource final : public BatterySource {
   }
 
   SourceDiagnosis diagnose() override {
-    return recordedDiagnosis(*player_, "Battery", &TraceDiagnoses::battery, read() != BatteryTables{});
+    return recordedDiagnosis(*player_, SourceNames::battery, &TraceDiagnoses::battery,
+                             read() != BatteryTables{});
   }
 
  private:
@@ -87,7 +88,8 @@ class RecordedThermalSource final : public ThermalSource {
   }
 
   SourceDiagnosis diagnose() override {
-    return recordedDiagnosis(*player_, "Thermal state", &TraceDiagnoses::thermal, read() != ThermalSignals{});
+    return recordedDiagnosis(*player_, SourceNames::thermalState, &TraceDiagnoses::thermal,
+                             read() != ThermalSignals{});
   }
 
  private:
@@ -123,7 +125,7 @@ class RecordedEnergySource final : public EnergySource {
 
   SourceDiagnosis diagnose() override {
     const auto answers = player_->answers();
-    return recordedDiagnosis(*player_, "Energy counters", &TraceDiagnoses::energy,
+    return recordedDiagnosis(*player_, SourceNames::energyCounters, &TraceDiagnoses::energy,
                              answers && answers->energy && answers->energy->channels);
   }
 

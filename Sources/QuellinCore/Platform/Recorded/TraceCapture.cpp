@@ -1,10 +1,7 @@
 #include "QuellinCore/Platform/Recorded/TraceCapture.h"
 
-#include <cstddef>
-#include <span>
 #include <utility>
 
-#include "QuellinCore/Models/ProcessSample.h"
 #include "QuellinCore/Models/SMCKeys.h"
 #include "QuellinCore/Platform/SMCValue.h"
 
@@ -30,26 +27,12 @@ std::optional<EnergyAnswer> measureEnergy(EnergySource& source, MonotonicClock& 
   return EnergyAnswer{.interval = interval, .channels = measurement->finish()};
 }
 
-enum class Names { leftOut, read };
-
-std::vector<ProcessAnswer> snapshot(ProcessScan& scan, Names names) {
-  std::vector<ProcessAnswer> answers;
-  for (const std::int32_t pid :
-       processIDs([&](std::span<std::int32_t> ids) { return scan.listProcessIDs(ids); })) {
-    ProcessAnswer answer{.pid = pid, .usage = {}, .name = {}};
-    // The kernel itself is listed on some hosts and answers on none.
-    if (pid > 0) answer.usage = scan.usage(pid);
-    if (answer.usage && names == Names::read) answer.name = scan.name(pid);
-    answers.push_back(std::move(answer));
-  }
-  return answers;
-}
-
 ProcessAnswers measureProcesses(ProcessSource& source, MonotonicClock& clock, Seconds interval) {
   const auto scan = source.beginScan();
-  ProcessAnswers answers{.interval = interval, .first = snapshot(*scan, Names::leftOut), .second = {}};
+  ProcessAnswers answers{
+      .interval = interval, .first = processSnapshot(*scan, ProcessNames::leftOut), .second = {}};
   clock.sleep(interval);
-  answers.second = snapshot(*scan, Names::read);
+  answers.second = processSnapshot(*scan, ProcessNames::read);
   return answers;
 }
 

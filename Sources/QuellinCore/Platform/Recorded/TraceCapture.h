@@ -12,8 +12,8 @@ enum class CapturedProcesses { measured, leftOut };
 /// How long a capture measures. The defaults are the intervals at which a live machine is read, so that
 /// replaying need not convert anything.
 struct CaptureIntervals {
-  Seconds energy{0.1};      ///< between two samples of the counters
-  Seconds processes{0.35};  ///< between two snapshots of the processes
+  Seconds energy = energyMeasurementInterval;      ///< between two samples of the counters
+  Seconds processes = processMeasurementInterval;  ///< between two snapshots of the processes
 };
 
 /// Asks every source once, whatever the others gave, and returns what they answered. Blocks the calling

@@ -159,7 +159,7 @@ Fault readTick(TraceTick tick, HostAnswers& answers) {
 std::expected<std::string, std::string> tickLine(const HostAnswers& answers, SerialNumbers serialNumbers) {
   if (auto fault = numberFault(answers)) return std::unexpected(*std::move(fault));
   auto line = encodeJSON(spelled(answers, serialNumbers));
-  if (!line) return std::unexpected("\"" + line.error().path + "\": " + line.error().reason);
+  if (!line) return std::unexpected(line.error().message());
   return *std::move(line);
 }
 

@@ -10,22 +10,22 @@
 #include "QuellinCore/Models/SMCKeys.h"
 #include "QuellinCore/Models/ThermalInfo.h"
 #include "QuellinCore/Platform/Recorded/TraceText.h"
+#include "QuellinCore/Support/ISO8601.h"
 
 namespace quellin {
 namespace {
 
 using Fault = std::optional<std::string>;
 
-// Seconds since 1970 of the first instant of the year 1 and of the year 10000: dates are written with four
-// digits for the year.
-constexpr double firstWallTime = -62'135'596'800;
-constexpr double wallTimeLimit = 253'402'300'800;
+// The first instant of the year 1.
+constexpr Instant firstWallTime = instantAt(-62'135'596'800);
 
 // More than three thousand years; with longer waits the arithmetic of clocks and timers ends.
 constexpr double longestTime = 1e11;
 
 Fault wallTimeFault(const char* key, double seconds) {
-  if (seconds >= firstWallTime && seconds < wallTimeLimit) return std::nullopt;
+  const Instant instant = instantAt(seconds);
+  if (instant >= firstWallTime && instant < yearTenThousand) return std::nullopt;
   return "\"" + std::string{key} + "\" lies outside of the years 1 to 9999";
 }
 
@@ -45,7 +45,7 @@ Fault smcFault(std::span<const SMCAnswer> answers) {
 
 Fault energyFault(const EnergyAnswer& energy) {
   if (auto fault = timeFault("energy.seconds", energy.interval)) return fault;
-  if (!energy.channels || canReckonWith(*energy.channels)) return std::nullopt;
+  if (!energy.channels || isWithinRange(*energy.channels)) return std::nullopt;
   return "the gains of \"energy.channels\" are too large to be added up";
 }
 
@@ -53,7 +53,7 @@ Fault processesFault(const ProcessAnswers& processes) {
   if (auto fault = timeFault("processes.seconds", processes.interval)) return fault;
   for (const auto* snapshot : {&processes.first, &processes.second}) {
     const auto isTooLarge = [](const ProcessAnswer& process) {
-      return process.usage && !canReckonWith(*process.usage);
+      return process.usage && !isWithinRange(*process.usage);
     };
     const auto found = std::ranges::find_if(*snapshot, isTooLarge);
     if (found != snapshot->end()) {
@@ -71,11 +71,11 @@ std::optional<std::string> numberFault(const HostAnswers& answers) {
   if (answers.smc) {
     if (auto fault = smcFault(*answers.smc)) return fault;
   }
-  if (!canReckonWith(answers.battery)) return "a capacity or a remaining time of \"battery\" is too large";
+  if (!isWithinRange(answers.battery)) return "a capacity or a remaining time of \"battery\" is too large";
   if (answers.energy) {
     if (auto fault = energyFault(*answers.energy)) return fault;
   }
-  if (!canReckonWith(answers.thermal)) return "\"thermal.pressureState\" is above 9223372036854775807";
+  if (!isWithinRange(answers.thermal)) return "\"thermal.pressureState\" is above 9223372036854775807";
   return answers.processes ? processesFault(*answers.processes) : std::nullopt;
 }
 

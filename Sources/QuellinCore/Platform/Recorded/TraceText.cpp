@@ -6,32 +6,15 @@
 #include <limits>
 
 #include "QuellinCore/Models/SMCDecoding.h"
+#include "QuellinCore/Support/HexDigits.h"
 
 namespace quellin {
 namespace {
 
-constexpr std::string_view hexDigits = "0123456789abcdef";
 constexpr std::string_view hexMark = "0x";
 constexpr std::size_t codeLength = 4;
-constexpr unsigned byteBits = 8;
-
-std::optional<unsigned> valueOfHexDigit(char digit) {
-  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a') + 10;
-  if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A') + 10;
-  return std::nullopt;
-}
 
 bool isPrintable(std::uint8_t byte) { return byte >= 0x20 && byte < 0x7F; }
-
-std::array<std::uint8_t, codeLength> bytesOfCode(std::uint32_t code) {
-  std::array<std::uint8_t, codeLength> bytes{};
-  for (std::size_t place = codeLength; place > 0; --place) {
-    bytes[place - 1] = static_cast<std::uint8_t>(code & 0xFFU);
-    code >>= byteBits;
-  }
-  return bytes;
-}
 
 }  // namespace
 
@@ -58,8 +41,8 @@ std::string hexText(std::span<const std::uint8_t> bytes) {
   std::string text;
   text.reserve(bytes.size() * 2);
   for (const std::uint8_t byte : bytes) {
-    text += hexDigits[byte >> 4U];
-    text += hexDigits[byte & 0x0FU];
+    text += lowerCaseHexDigits[byte >> 4U];
+    text += lowerCaseHexDigits[byte & 0x0FU];
   }
   return text;
 }
@@ -69,8 +52,8 @@ std::optional<std::vector<std::uint8_t>> bytesOfHexText(std::string_view text) {
   std::vector<std::uint8_t> bytes;
   bytes.reserve(text.size() / 2);
   for (std::size_t place = 0; place < text.size(); place += 2) {
-    const auto high = valueOfHexDigit(text[place]);
-    const auto low = valueOfHexDigit(text[place + 1]);
+    const auto high = hexDigitValue(text[place]);
+    const auto low = hexDigitValue(text[place + 1]);
     if (!high || !low) return std::nullopt;
     bytes.push_back(static_cast<std::uint8_t>((*high << 4U) | *low));
   }
@@ -78,7 +61,7 @@ std::optional<std::vector<std::uint8_t>> bytesOfHexText(std::string_view text) {
 }
 
 std::string codeText(std::uint32_t code) {
-  const auto bytes = bytesOfCode(code);
+  const auto bytes = SMCDecoding::fourCharBytes(code);
   if (!std::ranges::all_of(bytes, isPrintable)) return std::string{hexMark} + hexText(bytes);
   return {bytes.begin(), bytes.end()};
 }

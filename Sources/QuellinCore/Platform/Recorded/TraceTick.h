@@ -40,16 +40,18 @@ struct TraceHIDService {
   }
 };
 
+/// What the battery's two tables held.
 struct TraceBattery {
   std::optional<std::vector<TraceProperty>> registry;     ///< the battery's entry in the registry
-  std::optional<std::vector<TraceProperty>> powerSource;  ///< the list of power sources
+  std::optional<std::vector<TraceProperty>> powerSource;  ///< the first entry of the list of power sources
 
   static constexpr auto fields() {
     return std::tuple{Field{"registry", &TraceBattery::registry},
                       Field{"powerSource", &TraceBattery::powerSource}};
   }
-};  ///< What the battery's two tables held.
+};
 
+/// What one measurement of the energy counters gave.
 struct TraceEnergy {
   double seconds = 0;                                  ///< between the two samples; 0 when not known
   std::optional<std::vector<EnergyChannel>> channels;  ///< absent when the second sample could not be had
@@ -57,7 +59,7 @@ struct TraceEnergy {
   static constexpr auto fields() {
     return std::tuple{Field{"seconds", &TraceEnergy::seconds}, Field{"channels", &TraceEnergy::channels}};
   }
-};  ///< What one measurement of the energy counters gave.
+};
 
 /// One line of a trace: what the sources answered at one tick. A source that gave nothing is left out.
 struct TraceTick {
@@ -67,7 +69,7 @@ struct TraceTick {
   std::optional<std::vector<TraceSMCKey>> smc;      ///< every key that has a value
   std::optional<std::vector<TraceHIDService>> hid;  ///< every service, in the order of the host
   std::optional<TraceBattery> battery;              ///< both tables
-  std::optional<TraceEnergy> energy;                ///< gains since the sample before
+  std::optional<TraceEnergy> energy;                ///< gains between the two samples of the tick
   std::optional<ThermalSignals> thermal;            ///< as the host gave them
   std::optional<TraceProcesses> processes;          ///< absent at a tick that did not measure them
 

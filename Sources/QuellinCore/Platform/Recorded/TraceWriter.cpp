@@ -60,7 +60,7 @@ std::expected<TraceWriter, TraceError> TraceWriter::create(const std::string& pa
   if (!line) {
     return std::unexpected(TraceError{.path = path,
                                       .line = 1,
-                                      .reason = "\"" + line.error().path + "\": " + line.error().reason,
+                                      .reason = line.error().message(),
                                       .remedy = "Set the clock of this machine."});
   }
   auto file = createFile(path, existing);

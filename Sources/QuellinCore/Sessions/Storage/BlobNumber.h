@@ -8,7 +8,8 @@
 namespace quellin {
 
 /// A number, or a date, of a JSON document in a form that spells the very same characters again.
-struct BlobNumber {  /// How the characters come from the payload.
+struct BlobNumber {
+  /// How the characters come from the payload.
   enum class Form : std::uint8_t {
     decimal,  ///< `payload` divided by ten to the power of `decimals`, with exactly that many decimals
     single,   ///< a 32-bit float, spelled as the double of the same value

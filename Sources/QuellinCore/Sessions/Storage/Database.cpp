@@ -76,7 +76,7 @@ void Database::Closer::operator()(sqlite3* connection) const { sqlite3_close_v2(
 
 void Database::Finalizer::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-Database::Database(std::filesystem::path path, Access access, const DatabaseOptions& options)
+Database::Database(std::filesystem::path path, Access access, const StoreFileOptions& options)
     : path_(std::move(path)) {
   if (access == Access::readWrite) {
     open(path_.c_str(), SQLITE_OPEN_READWRITE, options);
@@ -95,7 +95,7 @@ Database::Database() { open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREA
 
 Database::~Database() = default;
 
-void Database::open(const char* name, int flags, const DatabaseOptions& options) {
+void Database::open(const char* name, int flags, const StoreFileOptions& options) {
   sqlite3* connection = nullptr;
   const char* fileSystem = options.fileSystem.empty() ? nullptr : options.fileSystem.c_str();
   const int code = sqlite3_open_v2(name, &connection, flags | SQLITE_OPEN_NOMUTEX, fileSystem);
@@ -121,8 +121,6 @@ std::int64_t Database::integer(std::string_view statement) {
   Query query(*this, statement);
   return query.step() ? query.integer(0) : 0;
 }
-
-std::int64_t Database::lastKey() const { return sqlite3_last_insert_rowid(connection_.get()); }
 
 bool Database::isInTransaction() const { return sqlite3_get_autocommit(connection_.get()) == 0; }
 

@@ -9,18 +9,12 @@
 #include <vector>
 
 #include "QuellinCore/Sessions/StoreError.h"
-#include "QuellinCore/Support/Clock.h"
+#include "QuellinCore/Sessions/StoreFileOptions.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace quellin {
-
-/// How a database is reached; the defaults are for production.
-struct DatabaseOptions {
-  Seconds busyTimeout{5};       ///< how long to wait for another process's lock
-  std::string fileSystem = {};  ///< the name of a registered SQLite file system; empty: the ordinary one
-};
 
 /// One connection to an SQLite database, and its prepared statements. Every failure is thrown as a
 /// `StoreError` with the path of the database. Confined to one thread.
@@ -32,7 +26,7 @@ class Database {
     peek,       ///< reading the file alone, without its log, and touching nothing
   };
   /// Opens an existing file.
-  Database(std::filesystem::path path, Access access, const DatabaseOptions& options);
+  Database(std::filesystem::path path, Access access, const StoreFileOptions& options);
   /// Opens an empty database in memory that never touches the disk.
   Database();
   ~Database();
@@ -51,8 +45,6 @@ class Database {
   /// The single integer that a pragma or query returns; 0 when it returns nothing.
   [[nodiscard]] std::int64_t integer(std::string_view statement);
 
-  /// The key of the row inserted last.
-  [[nodiscard]] std::int64_t lastKey() const;
   /// True between the begin and the end of a transaction.
   [[nodiscard]] bool isInTransaction() const;
 
@@ -80,7 +72,7 @@ class Database {
   };
   using Statement = std::unique_ptr<sqlite3_stmt, Finalizer>;
 
-  void open(const char* name, int flags, const DatabaseOptions& options);
+  void open(const char* name, int flags, const StoreFileOptions& options);
   /// A prepared statement that nobody else is using.
   [[nodiscard]] Statement take(std::string_view text);
   /// Gives a statement back for the next use.

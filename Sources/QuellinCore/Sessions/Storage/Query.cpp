@@ -82,14 +82,4 @@ std::string_view Query::bytes(int column) const {
   return data == nullptr ? std::string_view() : std::string_view(static_cast<const char*>(data), size);
 }
 
-std::optional<std::int64_t> Query::optionalInteger(int column) const {
-  if (isNull(column)) return std::nullopt;
-  return integer(column);
-}
-
-std::optional<double> Query::optionalReal(int column) const {
-  if (isNull(column)) return std::nullopt;
-  return real(column);
-}
-
 }  // namespace quellin

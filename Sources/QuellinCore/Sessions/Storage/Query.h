@@ -45,8 +45,6 @@ class Query {
   [[nodiscard]] double real(int column) const;
   /// Text or bytes, valid until the next `step`, `reset` or the end of the query.
   [[nodiscard]] std::string_view bytes(int column) const;
-  [[nodiscard]] std::optional<std::int64_t> optionalInteger(int column) const;
-  [[nodiscard]] std::optional<double> optionalReal(int column) const;
 
  private:
   void check(int code) const;

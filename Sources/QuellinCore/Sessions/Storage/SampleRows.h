@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "QuellinCore/Sessions/SampleColumns.h"
-#include "QuellinCore/Sessions/SampleFacts.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "QuellinCore/Sessions/Storage/SealedRow.h"
+#include "QuellinCore/Sessions/Storage/StoredFacts.h"
 
 namespace quellin {
 

@@ -43,7 +43,7 @@ bool isBeingMade(const std::filesystem::path& path) {
   return std::filesystem::exists(besideFile(path, "-journal"), ignored);
 }
 
-void requireKnownFile(const std::filesystem::path& path, const DatabaseOptions& options) {
+void requireKnownFile(const std::filesystem::path& path, const StoreFileOptions& options) {
   const auto peek = [&] {
     Database file(path, Database::Access::peek, options);
     requireKnown(file, storeIdentity(file));
@@ -91,7 +91,7 @@ void useWriteAheadLog(Database& database) {
 
 }  // namespace
 
-std::unique_ptr<Database> openStoreFile(const std::filesystem::path& path, const DatabaseOptions& options) {
+std::unique_ptr<Database> openStoreFile(const std::filesystem::path& path, const StoreFileOptions& options) {
   makeMissingFile(path);
   requireKnownFile(path, options);
   auto database = std::make_unique<Database>(path, Database::Access::readWrite, options);

@@ -11,7 +11,7 @@ namespace quellin {
 /// folder is not made. A file that is not a session store, or one of a later version, is not touched at all.
 /// Throws `StoreError`.
 [[nodiscard]] std::unique_ptr<Database> openStoreFile(const std::filesystem::path& path,
-                                                      const DatabaseOptions& options);
+                                                      const StoreFileOptions& options);
 
 /// A new, empty session store in memory; nothing of it ever reaches the disk.
 [[nodiscard]] std::unique_ptr<Database> openStoreInMemory();

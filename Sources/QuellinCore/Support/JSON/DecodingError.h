@@ -1,14 +1,14 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace quellin {
 
 /// Why a JSON document could not be read.
 class DecodingError {
- public:  /// What kind of fault it is.
+ public:
+  /// What kind of fault it is.
   enum class Kind {
     typeMismatch,   ///< a value of another JSON type
     valueNotFound,  ///< null where a value is required
@@ -27,9 +27,6 @@ class DecodingError {
 
   /// What is wrong, for developers.
   [[nodiscard]] const std::string& debugDescription() const { return debugDescription_; }
-
-  /// The short text that users are shown.
-  [[nodiscard]] std::string_view localizedDescription() const;
 
   bool operator==(const DecodingError&) const = default;
 

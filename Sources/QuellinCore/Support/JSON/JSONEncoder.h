@@ -28,11 +28,6 @@ enum class KeyOrder {
 namespace detail {
 
 template <class T>
-inline constexpr bool isOptional = false;
-template <class T>
-inline constexpr bool isOptional<std::optional<T>> = true;
-
-template <class T>
 inline constexpr bool isEncodable = false;
 
 /// `,"name":` of one field, laid out at compile time. Names are identifiers, so nothing in them needs an

@@ -21,7 +21,7 @@
 #include "QuellinCore/Support/UUID.h"
 
 /// How values of every type are read from a document: thin typed shells around functions that know the
-/// parser, which is seen by JSONDecoder.cpp alone. A reading function returns false when the document is not
+/// parser, which none but JSONNode.h sees. A reading function returns false when the document is not
 /// well-formed and reading must stop. A well-formed value that does not suit is noted in the document's state
 /// and read over.
 namespace quellin::detail {
@@ -95,16 +95,11 @@ bool readField(JSONNode& node, void* record) {
   return readValue(node, static_cast<T*>(record)->*std::get<index>(T::fields()).member);
 }
 
-template <class T>
-inline constexpr bool isOptionalValue = false;
-template <class T>
-inline constexpr bool isOptionalValue<std::optional<T>> = true;
-
 template <Record T, std::size_t index>
 constexpr FieldReader fieldReader() {
   using Fields = decltype(T::fields());
   using Value = typename std::tuple_element_t<index, Fields>::ValueType;
-  return {fieldNames<T>[index], index, !isOptionalValue<Value>, &readField<T, index>};
+  return {fieldNames<T>[index], index, !isOptional<Value>, &readField<T, index>};
 }
 
 template <Record T>

@@ -4,14 +4,13 @@
 #include <charconv>
 #include <cmath>
 
+#include "QuellinCore/Support/HexDigits.h"
 #include "QuellinCore/Support/ISO8601.h"
 #include "QuellinCore/Support/JSON/ShortestDecimal.h"
 #include "QuellinCore/Support/Text.h"
 
 namespace quellin {
 namespace {
-
-constexpr std::string_view lowerCaseDigits = "0123456789abcdef";
 
 // A sign and 19 digits, or 20 digits.
 constexpr std::size_t integerRoom = 20;
@@ -192,8 +191,8 @@ void JSONWriter::escape(std::string_view& rest) {
   } else {
     const auto byte = static_cast<unsigned char>(character);
     put("\\u00");
-    put(lowerCaseDigits[byte >> 4]);
-    put(lowerCaseDigits[byte & 0x0F]);
+    put(lowerCaseHexDigits[byte >> 4]);
+    put(lowerCaseHexDigits[byte & 0x0F]);
   }
   rest.remove_prefix(step.length);
 }

@@ -20,9 +20,13 @@ enum class JSONLayout {
 
 /// Why a value could not be encoded.
 struct EncodingError {
-  std::string
-      path;  ///< the fields and indices that lead to the value, for example `processes[2].energyImpact`
+  /// The fields and indices that lead to the value, for example `processes[2].energyImpact`; empty for the
+  /// document itself.
+  std::string path;
   std::string reason;  ///< what is wrong with it
+
+  /// The reason, after the path in quotation marks where there is one.
+  [[nodiscard]] std::string message() const { return path.empty() ? reason : '"' + path + "\": " + reason; }
 
   bool operator==(const EncodingError&) const = default;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <optional>
 #include <string_view>
 #include <tuple>
 
@@ -26,5 +27,14 @@ concept Record = requires {
   { T::fields() };
   { std::tuple_size<decltype(T::fields())>::value } -> std::convertible_to<std::size_t>;
 };
+
+namespace detail {
+
+template <class T>
+inline constexpr bool isOptional = false;
+template <class T>
+inline constexpr bool isOptional<std::optional<T>> = true;
+
+}  // namespace detail
 
 }  // namespace quellin

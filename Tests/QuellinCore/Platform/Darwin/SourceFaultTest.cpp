@@ -24,12 +24,6 @@ TEST(SourceFaultTest, CarriesReasonAndPathIntoTheDiagnosis) {
                              .reason = "None.",
                              .path = "entry",
                              .remedy = std::nullopt}));
-  EXPECT_EQ(availableDiagnosis("Battery", "Read.", "entry"),
-            (SourceDiagnosis{.source = "Battery",
-                             .availability = SourceAvailability::available,
-                             .reason = "Read.",
-                             .path = "entry",
-                             .remedy = std::nullopt}));
 }
 
 }  // namespace

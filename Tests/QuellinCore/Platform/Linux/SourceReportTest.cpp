@@ -57,5 +57,14 @@ TEST(SourceReportTest, OnlyDeniedAccessHasARemedy) {
   EXPECT_EQ(unreadableSource("Battery", {"/sys/x", SystemError{EIO}}, "Ask.").remedy, std::nullopt);
 }
 
+TEST(SourceReportTest, KeepsTheFirstFaultOfWhatIsThere) {
+  std::optional<ReadFault> first;
+  noteFirstFault(first, "/sys/w", SystemError{ENOENT});
+  EXPECT_EQ(first, std::nullopt);
+  noteFirstFault(first, "/sys/x", SystemError{EIO});
+  noteFirstFault(first, "/sys/y", SystemError{EACCES});
+  EXPECT_EQ(first, (ReadFault{"/sys/x", SystemError{EIO}}));
+}
+
 }  // namespace
 }  // namespace quellin

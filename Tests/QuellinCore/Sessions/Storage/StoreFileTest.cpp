@@ -39,7 +39,7 @@ class StoreFileTest : public testing::Test {
  protected:
   const TemporaryFolder folder;
   const std::filesystem::path path = folder.path() / "QuellinSessions.store";
-  const DatabaseOptions impatient{.busyTimeout = Seconds{0}};
+  const StoreFileOptions impatient{.busyTimeout = Seconds{0}};
 
   std::unique_ptr<Database> open() { return openStoreFile(path, impatient); }
 };

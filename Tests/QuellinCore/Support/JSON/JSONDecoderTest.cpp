@@ -367,16 +367,6 @@ TEST(JSONDecoderTest, ReadsTheOtherEncodings) {
             notJSON);
 }
 
-TEST(JSONDecoderTest, TellsUsersWhetherTheDataIsMissingOrWrong) {
-  const char* wrong =
-      "The data couldn\xE2\x80\x99t be read because it isn\xE2\x80\x99t in the correct format.";
-  const char* missing = "The data couldn\xE2\x80\x99t be read because it is missing.";
-  EXPECT_EQ(errorOf<Leaf>("[]").localizedDescription(), wrong);
-  EXPECT_EQ(errorOf<Leaf>("").localizedDescription(), wrong);
-  EXPECT_EQ(errorOf<Leaf>("{}").localizedDescription(), missing);
-  EXPECT_EQ(errorOf<Leaf>(R"({"name":null})").localizedDescription(), missing);
-}
-
 TEST(JSONDecoderTest, GoesOnAfterAFaultAndAfterLargerAndSmallerDocuments) {
   JSONDecoder decoder;
   const std::string large = "[" + repeated("12345,", 100'000) + "1]";

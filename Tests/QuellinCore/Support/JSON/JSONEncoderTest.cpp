@@ -227,5 +227,11 @@ TEST(JSONEncoderTest, AppendsToWhatIsThereAndLeavesItAloneOnFailure) {
   EXPECT_TRUE(text.ends_with(R"({"maybe":true}{"maybe":true})"));
 }
 
+TEST(JSONEncoderTest, SaysWhereWhatCannotBeEncodedStands) {
+  EXPECT_EQ((EncodingError{.path = "processes[2].energyImpact", .reason = "No."}).message(),
+            R"("processes[2].energyImpact": No.)");
+  EXPECT_EQ((EncodingError{.path = "", .reason = "No."}).message(), "No.");
+}
+
 }  // namespace
 }  // namespace quellin

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "QuellinCore/Support/TextEncoding.h"
+#include "QuellinCore/Support/JSON/TextEncoding.h"
 
 namespace quellin {
 namespace {

@@ -1,4 +1,4 @@
-#include "QuellinCore/Support/TextEncoding.h"
+#include "QuellinCore/Support/JSON/TextEncoding.h"
 
 #include <cstddef>
 #include <cstdint>
