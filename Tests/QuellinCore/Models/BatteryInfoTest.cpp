@@ -2,9 +2,12 @@
 
 #include "QuellinCore/Models/BatteryInfo.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 TEST(BatteryInfoTest, NamesItsKindsByTheirExactRawStrings) {
   EXPECT_EQ(rawValue(BatteryTimeRemainingKind::untilEmpty), "untilEmpty");
@@ -30,6 +33,7 @@ TEST(BatteryInfoTest, GivesTheRemainingTimeOnlyUnderItsOwnName) {
 }
 
 struct DrainCase {
+  const char* name;
   bool acConnected;
   double wattage;
   bool isFullyCharged;
@@ -47,12 +51,15 @@ TEST_P(BatteryDrainTest, TellsWhetherItDrainsOnExternalPower) {
   EXPECT_EQ(battery.isInsufficientCharger(), GetParam().isDraining);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, BatteryDrainTest,
-    ::testing::Values(DrainCase{true, -3.0, false, true}, DrainCase{true, -1.001, false, true},
-                      DrainCase{true, -1.0, false, false}, DrainCase{true, -0.5, false, false},
-                      DrainCase{true, 3.0, false, false}, DrainCase{true, -3.0, true, false},
-                      DrainCase{false, -3.0, false, false}));
+INSTANTIATE_TEST_SUITE_P(Cases, BatteryDrainTest,
+                         ::testing::Values(DrainCase{"Draining", true, -3.0, false, true},
+                                           DrainCase{"JustBelowMinusOneWatt", true, -1.001, false, true},
+                                           DrainCase{"MinusOneWatt", true, -1.0, false, false},
+                                           DrainCase{"AboveMinusOneWatt", true, -0.5, false, false},
+                                           DrainCase{"Charging", true, 3.0, false, false},
+                                           DrainCase{"FullyCharged", true, -3.0, true, false},
+                                           DrainCase{"OnBattery", false, -3.0, false, false}),
+                         namedBy(&DrainCase::name));
 
 TEST(BatteryInfoTest, DescribesEveryFieldInOrder) {
   BatteryInfo battery;

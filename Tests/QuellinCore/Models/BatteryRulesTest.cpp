@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryRules.h"
+#include "Support/CaseNames.h"
 #include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
 
 using testing_support::endedByTrap;
+using testing_support::namedBy;
 
 std::int64_t operator""_i(unsigned long long value) { return static_cast<std::int64_t>(value); }
 
@@ -126,7 +128,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {{"AppleRawCurrentCapacity", 2500_i}, {"AppleRawMaxCapacity", -5_i}},
                   {},
                   expects(&BatteryInfo::chargePercent, 0)}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&MergeCase::name));
 
 INSTANTIATE_TEST_SUITE_P(
     Capacities, BatteryMergeTest,
@@ -182,7 +184,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   EXPECT_EQ(battery.designCapacity, 1);
                                   EXPECT_EQ(battery.healthPercent, 0);
                                 }}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&MergeCase::name));
 
 INSTANTIATE_TEST_SUITE_P(
     Flow, BatteryMergeTest,
@@ -195,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(
             "InstantAmperage", {{"InstantAmperage", -1700_i}}, {}, expects(&BatteryInfo::amperage, -1.7)},
         MergeCase{"VoltageOfWrongKind", {{"Voltage", 12600.0}}, {}, expects(&BatteryInfo::voltage, 0.0)},
         MergeCase{"Temperature", {{"Temperature", 3055_i}}, {}, expects(&BatteryInfo::temperature, 30.55)}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&MergeCase::name));
 
 INSTANTIATE_TEST_SUITE_P(
     Charger, BatteryMergeTest,
@@ -237,7 +239,7 @@ INSTANTIATE_TEST_SUITE_P(
                   expects(&BatteryInfo::adapterWatts, std::nullopt)},
         MergeCase{
             "RegistryHasNoWatts", {{"Watts", 96_i}}, {}, expects(&BatteryInfo::adapterWatts, std::nullopt)}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&MergeCase::name));
 
 INSTANTIATE_TEST_SUITE_P(
     Identity, BatteryMergeTest,
@@ -258,7 +260,7 @@ INSTANTIATE_TEST_SUITE_P(
                                 {{"Hardware Serial Number", "P"_s}},
                                 expects(&BatteryInfo::serialNumber, "P")},
                       MergeCase{"NoSerial", {}, {}, expects(&BatteryInfo::serialNumber, std::nullopt)}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&MergeCase::name));
 
 TEST(BatteryRulesTest, CountsTheTimeToFullFromTheFlow) {
   const PropertyTable charging{{"AppleRawCurrentCapacity", 4000_i},

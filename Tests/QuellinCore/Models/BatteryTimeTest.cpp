@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Models/BatteryTime.h"
+#include "Support/CaseNames.h"
 #include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
 
 using testing_support::endedByTrap;
+using testing_support::namedBy;
 
 using Value = PropertyTable::Value;
 using Kind = BatteryTimeRemainingKind;
@@ -20,6 +22,7 @@ BatteryTables tables(PropertyTable registry, PropertyTable powerSource = {}) {
 }
 
 struct MinutesCase {
+  const char* name;
   Value value;
   std::optional<std::int64_t> minutes;
 };
@@ -32,15 +35,19 @@ TEST_P(ValidMinutesTest, ReadsNumbersWithinOneWeek) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, ValidMinutesTest,
-    ::testing::Values(MinutesCase{0_i, 0}, MinutesCase{10080_i, 10080}, MinutesCase{10081_i, std::nullopt},
-                      MinutesCase{-1_i, std::nullopt}, MinutesCase{65535_i, std::nullopt},
-                      MinutesCase{std::numeric_limits<std::int64_t>::min(), std::nullopt},
-                      MinutesCase{NumberObject{240}, 240}, MinutesCase{NumberObject{-1}, std::nullopt},
-                      MinutesCase{89.5, 90}, MinutesCase{89.49, 89}, MinutesCase{90.5, 91},
-                      MinutesCase{-0.4, 0}, MinutesCase{-0.5, std::nullopt}, MinutesCase{10080.4, 10080},
-                      MinutesCase{10080.5, std::nullopt}, MinutesCase{true, std::nullopt},
-                      MinutesCase{std::string{"90"}, std::nullopt},
-                      MinutesCase{PropertyTable{}, std::nullopt}));
+    ::testing::Values(
+        MinutesCase{"Nothing", 0_i, 0}, MinutesCase{"OneWeek", 10080_i, 10080},
+        MinutesCase{"MoreThanOneWeek", 10081_i, std::nullopt}, MinutesCase{"MinusOne", -1_i, std::nullopt},
+        MinutesCase{"Unknown", 65535_i, std::nullopt},
+        MinutesCase{"Smallest", std::numeric_limits<std::int64_t>::min(), std::nullopt},
+        MinutesCase{"NumberObject", NumberObject{240}, 240},
+        MinutesCase{"NegativeNumberObject", NumberObject{-1}, std::nullopt}, MinutesCase{"HalfUp", 89.5, 90},
+        MinutesCase{"Down", 89.49, 89}, MinutesCase{"HalfAwayFromEven", 90.5, 91},
+        MinutesCase{"NegativeToNothing", -0.4, 0}, MinutesCase{"NegativeHalf", -0.5, std::nullopt},
+        MinutesCase{"DownToOneWeek", 10080.4, 10080}, MinutesCase{"UpBeyondOneWeek", 10080.5, std::nullopt},
+        MinutesCase{"Boolean", true, std::nullopt}, MinutesCase{"Text", std::string{"90"}, std::nullopt},
+        MinutesCase{"Table", PropertyTable{}, std::nullopt}),
+    namedBy(&MinutesCase::name));
 
 TEST(BatteryTimeTest, TakesNoMinutesFromAKeyThatIsMissing) { EXPECT_EQ(validMinutes(nullptr), std::nullopt); }
 

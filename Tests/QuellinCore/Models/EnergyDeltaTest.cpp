@@ -5,12 +5,14 @@
 
 #include "QuellinCore/Models/EnergyDelta.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/CaseNames.h"
 #include "Support/Deaths.h"
 
 namespace quellin {
 namespace {
 
 using testing_support::endedByTrap;
+using testing_support::namedBy;
 
 using Channels = std::vector<EnergyChannel>;
 
@@ -92,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
         DeltaCase{.name = "NegativeChannelsCountWithinASum",
                   .channels = {{"GPU0", 3 * watt}, {"GPU1", -2 * watt}},
                   .gpu = 1}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&DeltaCase::name));
 
 TEST(EnergyDeltaRulesTest, GivesNothingWhenNoChannelIsRecognised) {
   EXPECT_EQ(parseEnergyDelta(Channels{}, tenth), std::nullopt);

@@ -3,12 +3,14 @@
 
 #include "QuellinCore/Models/ProcessActivity.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing_support::namedBy;
 
 /// What a process gained during the interval.
 struct Gain {
@@ -68,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ScoreCase{"EnergyAboveTheCap", {0, 0, 0, 50'000'000'000}, 1, 100},
                       ScoreCase{
                           "AllTerms", {500'000'000, 100, 2'000'000, 1'000'000'000}, 1, 50 + 20 + 1 + 10}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&ScoreCase::name));
 
 TEST(ProcessActivityTest, GivesRatesPerSecond) {
   EXPECT_THAT(activityOf({{7, {250'000'000, 50, 1000, 500'000'000}}}, 0.5),

@@ -5,9 +5,12 @@
 
 #include "QuellinCore/Models/SystemPowerState.h"
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
@@ -137,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
         StateCase{.name = "NoFlowOnBattery", .given = {0, charging, !onAC, 4.0}, .primary = silicon(4)},
         StateCase{
             .name = "NegativeZeroIsNoFlow", .given = {-0.0, !charging, !onAC, 4.0}, .primary = silicon(4)}),
-    [](const auto& given) { return given.param.name; });
+    namedBy(&StateCase::name));
 
 TEST(SystemPowerStateRulesTest, TreatsNaNAtTheBatteryAsNoFlow) {
   for (const bool onExternalPower : {false, true}) {

@@ -8,12 +8,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/ProcessSnapshot.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing_support::namedBy;
 
 using Lister = std::function<std::int64_t(std::span<std::int32_t>)>;
 
@@ -94,7 +96,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, ProcessIDsTest,
                                            GrowthCase{4096, 4096, {4096, 8192}},
                                            GrowthCase{20000, 20000, {4096, 8192, 16384, 32768}},
                                            GrowthCase{65535, 65535, {4096, 8192, 16384, 32768, 65536}},
-                                           GrowthCase{65536, 0, {4096, 8192, 16384, 32768, 65536}}));
+                                           GrowthCase{65536, 0, {4096, 8192, 16384, 32768, 65536}}),
+                         namedBy(&GrowthCase::processes));
 
 TEST(ProcessIDsRulesTest, GivesNoneWhenTheListFails) {
   EXPECT_THAT(listed([](std::span<std::int32_t>) { return std::int64_t{0}; }), IsEmpty());

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Services/PowerBudgetMonitor.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing_support::namedBy;
 using Alert = PowerBudgetMonitor::Alert;
 
 PowerMetrics metrics(double cpu, double gpu, double ane, double system) {
@@ -55,6 +57,7 @@ TEST(PowerBudgetMonitorTest, MixesUpNoLimits) {
 }
 
 struct MessageCase {
+  const char* name;
   double watts;
   double threshold;
   std::string message;
@@ -70,14 +73,16 @@ TEST_P(PowerBudgetMessageTest, RoundsToOneDecimal) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, PowerBudgetMessageTest,
-    ::testing::Values(MessageCase{45.06, 30, "System power (45.1W) exceeds threshold (30.0W)"},
-                      MessageCase{12.34, 10, "System power (12.3W) exceeds threshold (10.0W)"},
-                      MessageCase{0.25, 0.125, "System power (0.2W) exceeds threshold (0.1W)"},
-                      MessageCase{0.04, -0.04, "System power (0.0W) exceeds threshold (-0.0W)"},
-                      MessageCase{1e15, 123456.75,
+    ::testing::Values(MessageCase{"Up", 45.06, 30, "System power (45.1W) exceeds threshold (30.0W)"},
+                      MessageCase{"Down", 12.34, 10, "System power (12.3W) exceeds threshold (10.0W)"},
+                      MessageCase{"HalvesToEven", 0.25, 0.125,
+                                  "System power (0.2W) exceeds threshold (0.1W)"},
+                      MessageCase{"ToNothing", 0.04, -0.04, "System power (0.0W) exceeds threshold (-0.0W)"},
+                      MessageCase{"OfLargeNumbers", 1e15, 123456.75,
                                   "System power (1000000000000000.0W) exceeds threshold (123456.8W)"},
-                      MessageCase{std::numeric_limits<double>::infinity(), 1,
-                                  "System power (infW) exceeds threshold (1.0W)"}));
+                      MessageCase{"OfInfinity", std::numeric_limits<double>::infinity(), 1,
+                                  "System power (infW) exceeds threshold (1.0W)"}),
+    namedBy(&MessageCase::name));
 
 TEST(PowerBudgetMonitorTest, RaisesNothingForNaN) {
   PowerBudgetMonitor monitor;

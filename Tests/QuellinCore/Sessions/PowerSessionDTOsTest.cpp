@@ -6,12 +6,14 @@
 
 #include "QuellinCore/Sessions/PowerSessionCoders.h"
 #include "QuellinCore/Sessions/PowerSessionDTOs.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using testing_support::namedBy;
 
 template <class T>
 std::string encoded(const T& value) {
@@ -63,6 +65,7 @@ SystemPowerState wholeState() {
 }
 
 struct DrainCase {
+  const char* name;
   bool acConnected;
   bool isFullyCharged;
   double wattage;
@@ -79,12 +82,15 @@ TEST_P(BatteryInfoDTODrainTest, DrainsOnlyOnExternalPowerBelowMinusOneWattAndNot
   EXPECT_EQ(BatteryInfoDTO(info).isPluggedInAndDraining, GetParam().isDraining);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, BatteryInfoDTODrainTest,
-    testing::Values(DrainCase{true, false, -1.0, false}, DrainCase{true, false, -1.01, true},
-                    DrainCase{true, true, -1.01, false}, DrainCase{true, true, -50, false},
-                    DrainCase{false, false, -50, false},
-                    DrainCase{true, false, std::numeric_limits<double>::quiet_NaN(), false}));
+INSTANTIATE_TEST_SUITE_P(Cases, BatteryInfoDTODrainTest,
+                         testing::Values(DrainCase{"MinusOneWatt", true, false, -1.0, false},
+                                         DrainCase{"BelowMinusOneWatt", true, false, -1.01, true},
+                                         DrainCase{"FullBelowMinusOneWatt", true, true, -1.01, false},
+                                         DrainCase{"FullFarBelow", true, true, -50, false},
+                                         DrainCase{"OnBattery", false, false, -50, false},
+                                         DrainCase{"NotANumber", true, false,
+                                                   std::numeric_limits<double>::quiet_NaN(), false}),
+                         namedBy(&DrainCase::name));
 
 TEST(PowerSessionDTOsTest, ABatteryIsCopiedWithoutItsSerialNumber) {
   const std::string text = encoded(BatteryInfoDTO(battery()));

@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/PowerSessionMetrics.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
@@ -116,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, PowerSessionMetricsTest,
                                                     .label = "On AC, battery idle"},
                                          SourceCase{.name = "IdleBatteryUnplugged", .wattage = 0},
                                          SourceCase{.name = "NothingKnown"}),
-                         [](const auto& instance) { return instance.param.name; });
+                         namedBy(&SourceCase::name));
 
 }  // namespace
 }  // namespace quellin

@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Sessions/SessionCoverage.h"
+#include "Support/CaseNames.h"
 #include "Support/MemoryStore.h"
 #include "Support/SampleStates.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -60,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"AClockSetBackCoversNothingTwice", {0, 20, 10, 20, 30}, 30, {30, 30, 0, {}}},
                     Case{"AnEndBeforeTheStartIsNoTime", {-60}, -60, {0, 0, 0, {}}},
                     Case{"AReadingAtNoTimeIsPassedOver", {0, nan, 20}, 20, {20, 20, 0, {}}}),
-    [](const auto& instance) { return instance.param.name; });
+    namedBy(&Case::name));
 
 TEST(SessionCoverageTest, AGapIsMeasuredByTheIntervalAskedFor) {
   EXPECT_EQ(longestCoveredSeconds(10), 30);

@@ -8,6 +8,7 @@
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "QuellinCore/Sessions/Storage/Query.h"
+#include "Support/CaseNames.h"
 #include "Support/FaultyFileSystem.h"
 #include "Support/SampleStates.h"
 #include "Support/StoreErrors.h"
@@ -18,6 +19,7 @@ namespace {
 
 using testing_support::FaultyFileSystem;
 using testing_support::kindThrownBy;
+using testing_support::namedBy;
 using testing_support::noon;
 using testing_support::stateOnBattery;
 using testing_support::TemporaryFolder;
@@ -31,6 +33,7 @@ std::string integrityOf(const std::filesystem::path& path) {
 }
 
 struct FaultCase {
+  const char* name;
   Fault fault;
   Kind kind;
 };
@@ -101,9 +104,10 @@ TEST_P(StoreFaultsTest, ARecordingLosesNothingWhateverOperationFails) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, StoreFaultsTest,
-                         testing::Values(FaultCase{Fault::diskFull, Kind::diskFull},
-                                         FaultCase{Fault::writeError, Kind::io},
-                                         FaultCase{Fault::syncError, Kind::io}));
+                         testing::Values(FaultCase{"DiskFull", Fault::diskFull, Kind::diskFull},
+                                         FaultCase{"WriteError", Fault::writeError, Kind::io},
+                                         FaultCase{"SyncError", Fault::syncError, Kind::io}),
+                         namedBy(&FaultCase::name));
 
 TEST_F(StoreFileFaultsTest, AFileThatCannotBeWrittenIsReadOnly) {
   const auto path = folder.path() / "a.store";

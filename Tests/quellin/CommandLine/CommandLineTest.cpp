@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Support/CaseNames.h"
 #include "quellin/CommandLine/CommandLine.h"
 
 namespace quellin::cli {
@@ -13,6 +14,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
+using testing_support::namedBy;
 
 struct CommandLineTest : testing::Test {
   Options options;
@@ -117,6 +119,12 @@ struct Misuse {
   std::string message;
 };
 
+std::string words(const Misuse& misuse) {
+  std::string text;
+  for (const std::string& argument : misuse.arguments) text += (text.empty() ? "" : " ") + argument;
+  return text;
+}
+
 class MisuseTest : public testing::TestWithParam<Misuse> {};
 
 TEST_P(MisuseTest, SaysWhatIsWrongAndWhereHelpIs) {
@@ -150,7 +158,8 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{{"show"}, "ID is required"}, Misuse{{"capture"}, "--output is required"},
         Misuse{{"budget", "--cpu", "nan"}, "'nan' is no number of watts such as 20 or 7.5"},
         Misuse{{"budget", "--cpu", "-3"}, "'-3' is no number of watts"},
-        Misuse{{"helper", "remove"}, "remove"}, Misuse{{"completions", "tcsh"}, "tcsh"}));
+        Misuse{{"helper", "remove"}, "remove"}, Misuse{{"completions", "tcsh"}, "tcsh"}),
+    namedBy(words));
 
 TEST_F(CommandLineTest, WhatStandsBehindTheMarkBelongsToTheProgramThatIsRun) {
   EXPECT_EQ(commandIn({"run", "--repeat", "3", "--baseline", "30s", "-o", "a.json", "--", "make", "-j8", "--",

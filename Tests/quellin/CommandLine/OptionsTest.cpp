@@ -3,10 +3,13 @@
 
 #include <gmock/gmock.h>
 
+#include "Support/CaseNames.h"
 #include "quellin/CommandLine/Options.h"
 
 namespace quellin::cli {
 namespace {
+
+using testing_support::namedBy;
 
 TEST(OptionsTest, TheWordsOfAProgramBeginWithItsName) {
   Options options;
@@ -42,7 +45,8 @@ INSTANTIATE_TEST_SUITE_P(
                     DurationCase{".5", std::nullopt}, DurationCase{"1,5", std::nullopt},
                     DurationCase{"1e3", std::nullopt}, DurationCase{"1d", std::nullopt},
                     DurationCase{"1h30m", std::nullopt}, DurationCase{"nan", std::nullopt},
-                    DurationCase{"inf", std::nullopt}, DurationCase{"99999999999", std::nullopt}));
+                    DurationCase{"inf", std::nullopt}, DurationCase{"99999999999", std::nullopt}),
+    namedBy(&DurationCase::text));
 
 TEST(WattsTest, AreADecimalNumberFromZeroUp) {
   EXPECT_EQ(parseWatts("0"), 0);

@@ -4,13 +4,17 @@
 
 #include <gmock/gmock.h>
 
+#include "Support/CaseNames.h"
 #include "quellin/Terminal/CharacterColumns.h"
 #include "quellin/Terminal/TextColumns.h"
 
 namespace quellin::cli {
 namespace {
 
+using testing_support::namedBy;
+
 struct Case {
+  const char* name;
   const char* text;
   std::size_t columns;
 };
@@ -21,13 +25,17 @@ TEST_P(TextColumnsTest, CountsTheColumnsOfATerminal) {
   EXPECT_EQ(columnsOf(std::string_view{GetParam().text}), GetParam().columns);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, TextColumnsTest,
-                         testing::Values(Case{"", 0}, Case{"CPU", 3}, Case{"30 °C", 5}, Case{"Größe", 5},
-                                         Case{"日本語", 6}, Case{"ﾃｽﾄ", 3}, Case{"ＡＢ", 4}, Case{"한국", 4},
-                                         Case{"\u1112\u1161\u11ab", 2}, Case{"🚀", 2}, Case{"⌚", 2},
-                                         Case{"Cafe\u0301", 4}, Case{"a\u200Bb", 2},
-                                         Case{"soft\u00ADhyphen", 11}, Case{"\U0001F1E9", 1},
-                                         Case{"\U00020000", 2}, Case{"\xFF", 1}));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, TextColumnsTest,
+    testing::Values(Case{"Nothing", "", 0}, Case{"Capitals", "CPU", 3}, Case{"DegreeSign", "30 °C", 5},
+                    Case{"Umlauts", "Größe", 5}, Case{"Kanji", "日本語", 6},
+                    Case{"HalfWidthKatakana", "ﾃｽﾄ", 3}, Case{"FullWidthLatin", "ＡＢ", 4},
+                    Case{"Hangul", "한국", 4}, Case{"HangulInParts", "\u1112\u1161\u11ab", 2},
+                    Case{"Rocket", "🚀", 2}, Case{"Watch", "⌚", 2}, Case{"CombiningAccent", "Cafe\u0301", 4},
+                    Case{"BlankWithoutWidth", "a\u200Bb", 2}, Case{"SoftHyphen", "soft\u00ADhyphen", 11},
+                    Case{"HalfAFlag", "\U0001F1E9", 1}, Case{"RareKanji", "\U00020000", 2},
+                    Case{"NotUTF8", "\xFF", 1}),
+    namedBy(&Case::name));
 
 TEST(CharacterColumnsTest, TheTablesAscendAndShareNothing) {
   char32_t before = 0;

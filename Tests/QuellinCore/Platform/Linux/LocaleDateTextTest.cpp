@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Platform/Linux/ICULocaleDateText.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 constexpr Instant morning = instantAt(1741081260.75);  // 2025-03-04T09:41:00.75Z
 
@@ -31,14 +34,15 @@ TEST_P(LocaleDateTextTest, JoinsTheMediumDateAndTheShortTimeAsTheLocaleDoes) {
   EXPECT_EQ(withPlainBlanks(dateText.mediumDateShortTime(morning)), GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(Locales, LocaleDateTextTest,
-                         testing::Values(Case{"en_US", "UTC", "Mar 4, 2025 at 9:41 AM"},
-                                         Case{"en_US_POSIX", "UTC", "Mar 4, 2025 at 9:41 AM"},
-                                         Case{"en_US", "America/New_York", "Mar 4, 2025 at 4:41 AM"},
-                                         Case{"en_GB", "UTC", "4 Mar 2025 at 09:41"},
-                                         Case{"de_DE", "Europe/Berlin", "04.03.2025 um 10:41"},
-                                         Case{"fr_FR", "UTC", "4 mars 2025 à 09:41"},
-                                         Case{"ja_JP", "UTC", "2025/03/04 9:41"}));
+INSTANTIATE_TEST_SUITE_P(
+    Locales, LocaleDateTextTest,
+    testing::Values(Case{"en_US", "UTC", "Mar 4, 2025 at 9:41 AM"},
+                    Case{"en_US_POSIX", "UTC", "Mar 4, 2025 at 9:41 AM"},
+                    Case{"en_US", "America/New_York", "Mar 4, 2025 at 4:41 AM"},
+                    Case{"en_GB", "UTC", "4 Mar 2025 at 09:41"},
+                    Case{"de_DE", "Europe/Berlin", "04.03.2025 um 10:41"},
+                    Case{"fr_FR", "UTC", "4 mars 2025 à 09:41"}, Case{"ja_JP", "UTC", "2025/03/04 9:41"}),
+    namedBy([](const Case& given) { return std::string{given.locale} + " in " + given.timeZone; }));
 
 }  // namespace
 }  // namespace quellin

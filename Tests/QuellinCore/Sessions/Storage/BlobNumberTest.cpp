@@ -1,3 +1,5 @@
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -6,9 +8,12 @@
 
 #include "QuellinCore/Sessions/Storage/BlobNumber.h"
 #include "QuellinCore/Support/JSON/ShortestDecimal.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 using Form = BlobNumber::Form;
 
@@ -23,6 +28,11 @@ struct Case {
   Form wish;
   Form form;
 };
+
+std::string tokenAndWish(const Case& given) {
+  constexpr std::array wishes{"decimal", "single", "real"};
+  return std::string{given.token} + " as " + wishes.at(static_cast<std::size_t>(given.wish));
+}
 
 class BlobNumberTest : public testing::TestWithParam<Case> {};
 
@@ -55,7 +65,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{".5", Form::decimal, Form::text}, Case{"-", Form::decimal, Form::text},
         Case{"1-2", Form::decimal, Form::text}, Case{"1.2.3", Form::decimal, Form::text},
         Case{"0.12345678901234567890123", Form::decimal, Form::text},
-        Case{"0.3000000000000000044", Form::real, Form::text}));
+        Case{"0.3000000000000000044", Form::real, Form::text}),
+    namedBy(tokenAndWish));
 
 TEST(BlobNumberRandomTest, ShortestSpellingsOfRandomFloatsAndDoublesComeBack) {
   std::mt19937_64 random(7);

@@ -9,9 +9,12 @@
 #include <gtest/gtest.h>
 
 #include "QuellinCore/Support/JSON/ShortestDecimal.h"
+#include "Support/CaseNames.h"
 
 namespace quellin {
 namespace {
+
+using testing_support::namedBy;
 
 std::string shortest(double value) { return std::string(ShortestDecimal(value).text()); }
 
@@ -37,7 +40,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{1e16, "1e+16"}, Row{1.5e300, "1.5e+300"},
                     Row{std::numeric_limits<double>::max(), "1.7976931348623157e+308"},
                     Row{std::numeric_limits<double>::min(), "2.2250738585072014e-308"},
-                    Row{std::numeric_limits<double>::denorm_min(), "5e-324"}));
+                    Row{std::numeric_limits<double>::denorm_min(), "5e-324"}),
+    namedBy(&Row::text));
 
 /// The same rule over the standard library, where it can do it.
 std::string reference(double value) {
