@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "quellin/Measuring/StoreClaim.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionStore.h"
@@ -10,7 +11,8 @@ namespace quellin::cli {
 
 SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
                                    Seconds processInterval)
-    : host_(host),
+    : options_(invocation.options),
+      host_(host),
       loop_(loop),
       reader_(host.reader()),
       recorder_(
@@ -30,6 +32,7 @@ SessionRecording::~SessionRecording() {
 
 const std::shared_ptr<PowerSession>& SessionRecording::begin(const std::optional<std::string>& title,
                                                              Seconds interval) {
+  lock_.emplace(claimStore(store(), options_, host_));
   session_ = recorder_.start(title, PowerSessionSource::cli, host_.interval(interval).count(),
                              host_.wallClock->now());
   if (!session_) throw Failure{ExitStatus::failed, recorder_.lastError().value_or("no session can be begun")};
@@ -67,6 +70,7 @@ std::optional<std::string> SessionRecording::newFailure() {
 
 void SessionRecording::end() {
   if (recorder_.activeSession() == session_ && isStillOurs()) recorder_.stop(host_.wallClock->now());
+  lock_.reset();
 }
 
 SystemPowerState SessionRecording::read() {

@@ -12,6 +12,7 @@
 #include "quellin/Measuring/Loop.h"
 #include "quellin/Measuring/MeasuredHost.h"
 #include "quellin/Measuring/TelemetryFeed.h"
+#include "quellin/Storage/RecorderLock.h"
 
 namespace quellin::cli {
 
@@ -46,7 +47,7 @@ class SessionRecording {
   [[nodiscard]] const std::optional<PowerReading>& reading() const { return reading_; }
 
   /// Begins a session, or goes on with the one that is active. `interval` is what was asked for from one
-  /// sample to the next. Throws `Failure`.
+  /// sample to the next. Throws `Failure`, also as `claimStore` does, and `StoreError`.
   const std::shared_ptr<PowerSession>& begin(const std::optional<std::string>& title, Seconds interval);
 
   /// False when the session was ended or deleted from elsewhere.
@@ -74,12 +75,14 @@ class SessionRecording {
   [[nodiscard]] SystemPowerState read();
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 
+  const Options& options_;
   const MeasuredHost& host_;
   Loop& loop_;
   SystemReader reader_;
   std::atomic<bool> isEnding_{false};  // told to the recorder's thread
   PowerSessionRecorder recorder_;
   TelemetryFeed telemetry_;
+  std::optional<RecorderLock> lock_;  // while a session is recorded
   std::shared_ptr<PowerSession> session_;
   std::optional<PowerReading> reading_;
   std::optional<Seconds> readAt_;         // on the machine's monotonic clock

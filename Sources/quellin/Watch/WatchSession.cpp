@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "quellin/Measuring/StoreClaim.h"
+#include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/SessionProgress.h"
 #include "quellin/Storage/ChildDateText.h"
 #include "quellin/Storage/SessionLookup.h"
@@ -24,10 +26,12 @@ void WatchSession::toggle(Seconds interval) {
   if (isRecording()) return end();
   wasAsked_ = true;
   if (!recorder_ && !attempt([this] { open(); })) return;
+  refusal_.reset();
+  if (!attempt([this] { claim(); }) || refusal_) return;
   const bool resumes = recorder_->activeSession() != nullptr;
   session_ = recorder_->start(options_.title, PowerSessionSource::cli, host_.interval(interval).count(),
                               host_.wallClock->now());
-  if (!isRecording()) return;
+  if (!isRecording()) return lock_.reset();
   elsewhere_ = nullptr;
   if (resumes) recorder_->refreshSummary();
 }
@@ -53,12 +57,13 @@ std::string WatchSession::text() const {
     return "Session " + shortID(*elsewhere_) + ", " + printable(elsewhere_->title()) +
            ", is active but not recorded here";
   }
-  if (completed_) return "Session " + *completed_ + " is over; 'quellin show " + *completed_ + "' sums it up";
+  if (completed_) return "Session " + *completed_ + " is over";
   return "No session is being recorded";
 }
 
 std::optional<std::string> WatchSession::failure() const {
   if (problem_ || !recorder_) return problem_;
+  if (refusal_) return refusal_;
   return recorder_->lastError();
 }
 
@@ -70,6 +75,14 @@ void WatchSession::open() {
       *host_.wallClock);
 }
 
+void WatchSession::claim() {
+  try {
+    lock_.emplace(claimStore(*recorder_->store(), options_, host_));
+  } catch (const Failure& failure) {
+    refusal_ = failure.what();
+  }
+}
+
 // Other programs begin and end sessions, too.
 void WatchSession::look() {
   PowerSessionStore& store = *recorder_->store();
@@ -77,11 +90,13 @@ void WatchSession::look() {
   if (known && store.isStillActive(known)) return;
   if (isRecording()) forget();
   elsewhere_ = store.activeSession();
+  if (!elsewhere_) refusal_.reset();
 }
 
 void WatchSession::forget() {
   completed_ = shortID(*session_);
   session_ = nullptr;
+  lock_.reset();
 }
 
 bool WatchSession::attempt(const std::function<void()>& action) {

@@ -9,6 +9,7 @@
 #include "quellin/CommandLine/Options.h"
 #include "quellin/Measuring/Loop.h"
 #include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Storage/RecorderLock.h"
 
 namespace quellin::cli {
 
@@ -22,7 +23,8 @@ class WatchSession {
   /// Whether states are being recorded.
   [[nodiscard]] bool isRecording() const { return session_ != nullptr; }
 
-  /// Begins a session, going on with the active one, every `interval`; or ends the one that is recorded.
+  /// Begins a session, going on with the active one, every `interval`; or ends the one that is recorded. One
+  /// that may not be begun, see `claimStore`, is a failure until it is asked for again or no longer active.
   void toggle(Seconds interval);
 
   /// Ends the session that is recorded, if any, as completed.
@@ -45,6 +47,7 @@ class WatchSession {
 
  private:
   void open();
+  void claim();
   void look();
   void forget();
   [[nodiscard]] bool attempt(const std::function<void()>& action);
@@ -53,10 +56,12 @@ class WatchSession {
   const MeasuredHost& host_;
   Loop& loop_;
   std::unique_ptr<PowerSessionRecorder> recorder_;
+  std::optional<RecorderLock> lock_;         // while a session is recorded here
   std::shared_ptr<PowerSession> session_;    // recorded here
   std::shared_ptr<PowerSession> elsewhere_;  // active, not recorded here
   bool wasAsked_ = false;
   std::optional<std::string> completed_;
+  std::optional<std::string> refusal_;  // of a session that was asked for
   std::optional<std::string> problem_;
 };
 

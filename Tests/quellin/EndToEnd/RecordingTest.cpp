@@ -1,9 +1,11 @@
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <string>
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/FirstVersion.h"
 #include "Support/TerminalProgram.h"
@@ -141,6 +143,46 @@ TEST_F(RecordingTest, AfterAKillTheSameSessionGoesOn) {
   EXPECT_THAT(resumed.output, HasSubstr("\"title\" : \"Slow\""));
   EXPECT_THAT(resumed.output, HasSubstr("\"status\" : \"completed\""));
   EXPECT_EQ(numberIn(resumed.output, "sampleCount"), before + 2);
+}
+
+TEST_F(RecordingTest, AStoreHasOneRecorder) {
+  const std::string store = frontEnd.pathOf("one.store");
+  FrontEnd::Words first = slowly;
+  first.insert(first.end(), {"--store", store});
+  RunningProgram recorder{frontEnd.start(first)};
+  ASSERT_TRUE(recorder.waitFor("1 sample"));
+
+  const ProgramResult second = frontEnd.run({"record", "--source", macbook, "--store", store});
+  EXPECT_EQ(second.exitStatus, 1);
+  EXPECT_EQ(second.output, "");
+  EXPECT_THAT(second.error, HasSubstr(", Slow, is being recorded by another program into " + store +
+                                      ". 'quellin stop --store " + store + "' ends that session;"));
+  // Nothing else is kept from its work.
+  const FrontEnd::Words showJSON{"show", "last", "--json", "--store", store};
+  EXPECT_LT(numberIn(frontEnd.run(showJSON).output, "sampleCount"), 200) << "the other played it to its end";
+  EXPECT_THAT(frontEnd.run({"sessions", "--store", store}).output, HasSubstr("active"));
+  EXPECT_EQ(frontEnd.run({"stop", "--store", store}).exitStatus, 0);
+  EXPECT_EQ(recorder.finish().exitStatus, 0);
+  EXPECT_FALSE(std::filesystem::exists(store + "-recorder"));
+}
+
+TEST_F(RecordingTest, ATraceDoesNotGoOnWithASessionThatBeganLater) {
+  const std::string store = frontEnd.pathOf("later.store");
+  {
+    PowerSessionStore present{"0.9.4", store};
+    present.start("Today", PowerSessionSource::cli, 1, instantAt(1900000000));
+  }
+  const ProgramResult refused =
+      frontEnd.run({"record", "--source", macbook, "--title", "March", "--store", store});
+  EXPECT_EQ(refused.exitStatus, 1);
+  EXPECT_EQ(refused.output, "");
+  EXPECT_THAT(refused.error, AllOf(HasSubstr(", Today, is active in " + store +
+                                             " and began at 2030-03-17T17:46:40Z, but the trace " + macbook +
+                                             " is of 2025-03-04T09:40:00Z: they cannot be one session. "),
+                                   HasSubstr("'quellin stop --store " + store + "' ends that session")));
+  const std::string session = frontEnd.run({"show", "last", "--json", "--store", store}).output;
+  EXPECT_THAT(session, AllOf(HasSubstr("\"title\" : \"Today\""), HasSubstr("\"status\" : \"active\"")));
+  EXPECT_EQ(numberIn(session, "sampleCount"), 0);
 }
 
 TEST_F(RecordingTest, StoppedFromElsewhereItSumsUp) {

@@ -240,7 +240,7 @@ TEST_F(WatchProgramTest, RecordsASessionBetweenTwoKeys) {
   EXPECT_TRUE(program.waitFor(" samples,")) << program.screen().text();
   EXPECT_THAT(storedSessions(), testing::ElementsAre(std::pair{"active", true}));
   program.type("s");
-  EXPECT_TRUE(program.waitFor("sums it up")) << program.screen().text();
+  EXPECT_TRUE(program.waitFor(" is over")) << program.screen().text();
   EXPECT_THAT(storedSessions(), testing::ElementsAre(std::pair{"completed", true}));
   program.type("q");
   EXPECT_EQ(program.finish(), ended);
@@ -275,7 +275,7 @@ TEST_F(WatchProgramTest, ShowsASessionThatIsNotRecordedHereAndGoesOnWithItWhenAs
   TerminalStart stop = start();
   stop.arguments = {"stop", "--store", store()};
   EXPECT_EQ(TerminalProgram{stop}.finish(), ended);
-  EXPECT_TRUE(program.waitFor("sums it up")) << program.screen().text();
+  EXPECT_TRUE(program.waitFor(" is over")) << program.screen().text();
   program.type("q");
   EXPECT_EQ(program.finish(), ended);
 }

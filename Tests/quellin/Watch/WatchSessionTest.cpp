@@ -40,5 +40,59 @@ TEST(WatchSessionTest, AStateCostsTheSameHoweverManySessionsThereAre) {
   EXPECT_EQ(workOfAState(40), withFew);
 }
 
+// A live view of the example trace, over a store where a session is active.
+struct WatchSessionBesideAnotherTest : testing::Test {
+  testing_support::TemporaryFolder folder;
+  Options options = [this] {
+    Options result;
+    result.source = testing_support::exampleTrace();
+    result.store = folder.path() / "a.store";
+    return result;
+  }();
+  const MeasuredHost host = MeasuredHost::open(options);
+  Loop loop;
+
+  [[nodiscard]] std::shared_ptr<PowerSession> begin(PowerSessionStore& store, double second) const {
+    return store.start("Theirs", PowerSessionSource::cli, 1, instantAt(second));
+  }
+  // One state, recorded or not.
+  void pass(WatchSession& session) {
+    session.record(host.reader().readAll(), [&] { loop.executor()->post([&] { loop.stop(); }); });
+    loop.runAgain();
+  }
+};
+
+TEST_F(WatchSessionBesideAnotherTest, DoesNotJoinALiveRecorder) {
+  PowerSessionStore theirs{"elsewhere", *options.store};
+  const auto active = begin(theirs, 1000);
+  auto lock = RecorderLock::take(*options.store);
+  ASSERT_TRUE(lock);
+  WatchSession session{options, host, loop};
+  session.toggle(Seconds{1});
+  pass(session);
+  EXPECT_FALSE(session.isRecording());
+  EXPECT_THAT(session.failure().value_or(""),
+              testing::HasSubstr("Theirs, is being recorded by another program"));
+  theirs.stop(active, instantAt(2000));
+  lock.reset();
+  pass(session);
+  EXPECT_EQ(session.failure(), std::nullopt);
+  session.toggle(Seconds{1});
+  EXPECT_TRUE(session.isRecording());
+  EXPECT_FALSE(RecorderLock::take(*options.store)) << "held while it is recorded here";
+  session.end();
+  EXPECT_TRUE(RecorderLock::take(*options.store));
+}
+
+TEST_F(WatchSessionBesideAnotherTest, DoesNotMixATraceIntoALaterSession) {
+  PowerSessionStore theirs{"elsewhere", *options.store};
+  const auto active = begin(theirs, 1900000000);
+  WatchSession session{options, host, loop};
+  session.toggle(Seconds{1});
+  EXPECT_FALSE(session.isRecording());
+  EXPECT_THAT(session.failure().value_or(""), testing::HasSubstr("they cannot be one session"));
+  EXPECT_TRUE(RecorderLock::take(*options.store));
+}
+
 }  // namespace
 }  // namespace quellin::cli

@@ -1,0 +1,23 @@
+#include "quellin/CommandLine/Hint.h"
+
+#include "QuellinCore/Support/Quoting.h"
+
+namespace quellin::cli {
+namespace {
+
+// Few paths need quotes, which are hard to read inside those of the hint.
+std::string shellWord(const std::string& path) {
+  constexpr std::string_view plain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-./,:=@%+";
+  return path.find_first_not_of(plain) == std::string::npos ? path : shellQuoted(path);
+}
+
+}  // namespace
+
+std::string hintAt(std::string_view command, const Options& options) {
+  std::string text = "'quellin " + std::string{command};
+  if (options.store) text += " --store " + shellWord(options.store->string());
+  return text + "'";
+}
+
+}  // namespace quellin::cli

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "quellin/CommandLine/Options.h"
+#include "quellin/Measuring/MeasuredHost.h"
+#include "quellin/Storage/RecorderLock.h"
+
+namespace quellin::cli {
+
+/// Takes `store`, which the options name, to record from now on what `host` measures. Throws `Failure` when
+/// another program records into it, and when a session is active that began later than what is to be recorded
+/// of a trace: the two would be mixed. Nothing that is stored changes. Throws `StoreError`.
+[[nodiscard]] RecorderLock claimStore(PowerSessionStore& store, const Options& options,
+                                      const MeasuredHost& host);
+
+}  // namespace quellin::cli

@@ -1,0 +1,22 @@
+#include <gmock/gmock.h>
+
+#include "quellin/CommandLine/Hint.h"
+
+namespace quellin::cli {
+namespace {
+
+TEST(HintTest, NamesTheStoreThatTheUserNamed) {
+  Options options;
+  EXPECT_EQ(hintAt("stop", options), "'quellin stop'");
+  options.store = "/tmp/a-b.store";
+  EXPECT_EQ(hintAt("show last", options), "'quellin show last --store /tmp/a-b.store'");
+}
+
+TEST(HintTest, AnOddNameIsOneWordForTheShell) {
+  Options options;
+  options.store = "my $store";
+  EXPECT_EQ(hintAt("stop", options), "'quellin stop --store 'my $store''");
+}
+
+}  // namespace
+}  // namespace quellin::cli
