@@ -23,7 +23,7 @@ class WithoutPage(unittest.TestCase):
         result = self.run_quellin("report", "last", "-o", "session.html")
         self.assertEqual(result.returncode, 1)
         self.assertIn("built without the page for reports: the build found no node; install Node.js", result.stderr)
-        self.assertIn("'quellin export'", result.stderr)
+        self.assertIn("'quellin export last'", result.stderr)
 
     def test_all_else_works(self):
         self.assertEqual(self.run_quellin("sessions").returncode, 0)

@@ -16,7 +16,7 @@ inline constexpr const char* exitStatusText =
     "Exit status: 0 done, 1 failed, 2 command line not understood, 3 the answer is no (an alert fired, "
     "nothing was being recorded, the store is damaged), 4 no such session, 5 nothing to measure here. 'run' "
     "passes on the status of its command; 125 says that the command was not measured, 126 that it cannot be "
-    "executed, 127 that there is none.";
+    "executed, 127 that there is none; 2 stands for options of its own, too.";
 
 /// The parser of all commands and their options, which writes into `options`; that must outlive it. Help,
 /// manual page and completions are made from it.

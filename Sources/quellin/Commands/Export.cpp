@@ -40,7 +40,7 @@ ExitStatus exportSession(const Invocation& invocation) {
   const Options& options = invocation.options;
   ExportProgress progress{invocation};
   const auto store = openRecordedStore(options);
-  const auto session = findSession(*store, options.word);
+  const auto session = findSession(*store, options);
   const auto exportTo = [&](auto& place) {
     store->exportJSONL(session, systemWallClock().now(), [&](std::string_view text) {
       place.write(text);

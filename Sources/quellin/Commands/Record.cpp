@@ -6,6 +6,7 @@
 #include "QuellinCore/Services/ProTelemetryService.h"
 #include "QuellinCore/Sessions/SessionReport.h"
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Outcome/Failure.h"
@@ -50,8 +51,8 @@ class Recording {
 
   void showSummary() {
     if (isDeleted()) {
-      throw Failure{ExitStatus::noSession,
-                    std::string{sessionDeletedText} + " 'quellin record' begins another."};
+      throw Failure{ExitStatus::noSession, std::string{sessionDeletedText} + " " +
+                                               hintAt("record", invocation_.options) + " begins another."};
     }
     SlowWork work{invocation_, "summing up the session"};
     const SessionReport report = recording_.store().report(session_);

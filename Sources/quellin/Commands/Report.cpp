@@ -1,5 +1,6 @@
 #include "QuellinCore/Support/JSON/JSONEncoder.h"
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/ReportDocument.h"
 #include "quellin/Presentation/ReportPage.h"
@@ -12,15 +13,16 @@
 namespace quellin::cli {
 namespace {
 
-std::string_view requirePage() {
+std::string_view requirePage(const Options& options) {
   const auto page = builtReportPage();
   if (page) return *page;
   throw Failure{ExitStatus::failed,
-                "this quellin was built without the page for reports: " + std::string(page.error()) +
-                    ". 'quellin export' writes the same samples as text."};
+                "this quellin was built without the page for reports: " + std::string(page.error()) + ". " +
+                    hintAt("export " + options.word, options) + " writes the same samples as text."};
 }
 
-std::string reportData(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
+std::string reportData(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session,
+                       const Options& options) {
   ReportDocument document;
   document.appVersion = version;
   document.createdAt = systemWallClock().now();
@@ -28,20 +30,21 @@ std::string reportData(PowerSessionStore& store, const std::shared_ptr<PowerSess
   auto data = encodeJSON(document);
   if (data) return *std::move(data);
   throw Failure{ExitStatus::failed, "the session has no JSON form: " + data.error().path + " " +
-                                        data.error().reason + ". 'quellin show' shows it."};
+                                        data.error().reason + ". " + hintAt("show " + options.word, options) +
+                                        " shows it."};
 }
 
 }  // namespace
 
 ExitStatus reportSession(const Invocation& invocation) {
   const Options& options = invocation.options;
-  const std::string_view page = requirePage();
+  const std::string_view page = requirePage(options);
   SlowWork work{invocation, "drawing up the report"};
   const auto store = openRecordedStore(options);
-  const auto session = findSession(*store, options.word);
+  const auto session = findSession(*store, options);
   const std::string path = options.output.value_or("quellin-" + shortID(*session) + ".html");
   NewFile file{path, options.force};
-  writeReportPage(page, session->title(), reportData(*store, session),
+  writeReportPage(page, session->title(), reportData(*store, session, options),
                   [&](std::string_view text) { file.write(text); });
   file.publish();
   work.end();

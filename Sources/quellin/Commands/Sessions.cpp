@@ -1,6 +1,7 @@
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/JSONOutput.h"
@@ -21,7 +22,8 @@ ExitStatus endActive(const Invocation& invocation, Ending ending, const std::str
   const auto session = store->activeSession();
   if (!session) {
     work.end();
-    invocation.talk.say("nothing is being recorded. 'quellin record' begins a session.");
+    invocation.talk.say("nothing is being recorded. " + hintAt("record", invocation.options) +
+                        " begins a session.");
     return ExitStatus::negative;
   }
   ((*store).*ending)(session, systemWallClock().now());
@@ -45,8 +47,8 @@ ExitStatus listSessions(const Invocation& invocation) {
     return ExitStatus::ok;
   }
   if (sessions.empty()) {
-    invocation.talk.say("there are no sessions in " + storePath(invocation.options).string() +
-                        " yet. 'quellin record' makes one.");
+    invocation.talk.say("there are no sessions in " + storePath(invocation.options).string() + " yet. " +
+                        hintAt("record", invocation.options) + " makes one.");
     return ExitStatus::ok;
   }
   Table table{{{"ID"}, {"Started"}, {"Duration", Alignment::right}, {"Status"}, {"Title"}}};
@@ -71,12 +73,11 @@ ExitStatus interruptSession(const Invocation& invocation) {
 ExitStatus deleteSession(const Invocation& invocation) {
   SlowWork work{invocation, "deleting the session"};
   const auto store = openRecordedStore(invocation.options);
-  const auto session = findSession(*store, invocation.options.word);
+  const auto session = findSession(*store, invocation.options);
   if (session->status() == PowerSessionStatus::active && !invocation.options.force) {
-    throw Failure{
-        ExitStatus::failed,
-        "session " + shortID(*session) +
-            " is still active. End it with 'quellin stop' first, or add --force to delete it as it is."};
+    throw Failure{ExitStatus::failed, "session " + shortID(*session) + " is still active. End it with " +
+                                          hintAt("stop", invocation.options) +
+                                          " first, or add --force to delete it as it is."};
   }
   const std::string name = shortID(*session) + ", " + printable(session->title());
   store->remove(session);

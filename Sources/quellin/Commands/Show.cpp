@@ -1,5 +1,4 @@
 #include "QuellinCore/Sessions/SessionReport.h"
-
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SessionText.h"
@@ -12,7 +11,7 @@ namespace quellin::cli {
 ExitStatus showSession(const Invocation& invocation) {
   SlowWork work{invocation, "summing up the session"};
   const auto store = openRecordedStore(invocation.options);
-  const SessionReport report = store->report(findSession(*store, invocation.options.word));
+  const SessionReport report = store->report(findSession(*store, invocation.options));
   work.end();
   if (invocation.options.json) {
     writeJSON(invocation.out, report);

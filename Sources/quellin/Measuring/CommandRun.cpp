@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "QuellinCore/Services/EnergySpan.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Outcome/Failure.h"
@@ -33,10 +34,10 @@ class Span {
 
   void begin(const std::string& title) {
     if (const auto active = recording_.recorder().activeSession()) {
-      throw Failure{ExitStatus::notMeasured,
-                    "session " + shortID(*active) + ", " + printable(active->title()) +
-                        ", is being recorded; the command was not run. 'quellin stop' "
-                        "ends it."};
+      throw Failure{ExitStatus::notMeasured, "session " + shortID(*active) + ", " +
+                                                 printable(active->title()) +
+                                                 ", is being recorded; the command was not run. " +
+                                                 hintAt("stop", invocation_.options) + " ends it."};
     }
     session_ = recording_.begin(title, invocation_.options.interval);
     if (!host_.player) energy_.emplace(host_.sources.energy);
@@ -127,8 +128,11 @@ void passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
 }
 
 Failure cannotStart(const std::string& word, const SystemError& error) {
-  return {error.code == ENOENT ? ExitStatus::notFound : ExitStatus::notExecutable,
-          word + " cannot be run: " + error.description() + "."};
+  const bool isMissing = error.code == ENOENT;
+  return {isMissing ? ExitStatus::notFound : ExitStatus::notExecutable,
+          printable(word) + " cannot be run: " + error.description() +
+              (isMissing ? ". Check how it is spelled, or name it by its whole path."
+                         : ". Name a program that you may execute and that is made for this machine.")};
 }
 
 // Whether a trace goes by without any wait.

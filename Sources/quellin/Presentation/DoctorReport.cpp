@@ -89,7 +89,7 @@ class Writer {
   void addStore(const StoreHealth& store) {
     addHeading("Session store", styleOf(store.state), verdictOn(store.state));
     if (store.state == StoreState::missing) {
-      return addDetail(store.path + " is made by the first 'quellin record'.");
+      return addDetail(store.path + " is made by the first recording into it.");
     }
     const bool isCounted = store.isWhole || store.sessions > 0;
     if (isCounted) {

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <vector>
 
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
@@ -17,10 +18,12 @@ std::string upperCased(std::string text) {
 
 }  // namespace
 
-std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::string& name) {
+std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const Options& options) {
+  const std::string& name = options.word;
   std::vector<std::shared_ptr<PowerSession>> found = store.sessions();
   if (found.empty())
-    throw Failure{ExitStatus::noSession, "there are no sessions yet. 'quellin record' makes one."};
+    throw Failure{ExitStatus::noSession,
+                  "there are no sessions yet. " + hintAt("record", options) + " makes one."};
   if (name == "last") return *std::ranges::max_element(found, {}, &PowerSession::createdAt);
   const std::string beginning = upperCased(name);
   // Every identifier begins with nothing, but nobody means one by it.
@@ -30,7 +33,7 @@ std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::s
   if (found.size() == 1) return found.front();
   if (found.empty()) {
     throw Failure{ExitStatus::noSession,
-                  "there is no session '" + name + "'. 'quellin sessions' lists them."};
+                  "there is no session '" + name + "'. " + hintAt("sessions", options) + " lists them."};
   }
   throw Failure{ExitStatus::usage, "'" + name + "' is the beginning of " + std::to_string(found.size()) +
                                        " sessions. Give more of the identifier."};

@@ -4,13 +4,14 @@
 #include <string>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
+#include "quellin/CommandLine/Options.h"
 
 namespace quellin::cli {
 
-/// The session that `name` names: an identifier, the beginning of one that no other session shares, or "last"
-/// for the one that was recorded last: over a trace a session may have started long before. Throws `Failure`:
-/// noSession when there is none, usage when there are several.
-[[nodiscard]] std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const std::string& name);
+/// The session that the word of the options names: an identifier, the beginning of one that no other session
+/// shares, or "last" for the one that was recorded last: over a trace a session may have started long before.
+/// Throws `Failure`: noSession when there is none, usage when there are several.
+[[nodiscard]] std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const Options& options);
 
 /// As much of a session's identifier as people need to see.
 [[nodiscard]] std::string shortID(const PowerSession& session);

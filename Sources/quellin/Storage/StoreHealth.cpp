@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Storage/SessionStore.h"
 
 namespace quellin::cli {
@@ -28,9 +29,10 @@ StoreState stateAfter(StoreError::Kind kind) {
   }
 }
 
-void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination examination,
+void examineSessions(StoreHealth& health, const Options& options, Examination examination,
                      const std::function<void(std::int64_t, std::int64_t)>& progress) {
-  const auto sessions = store.sessions();
+  const auto store = openStore(options);
+  const auto sessions = store->sessions();
   health.state = StoreState::whole;
   health.sessions = static_cast<std::int64_t>(sessions.size());
   if (examination == Examination::brief) return;
@@ -38,7 +40,7 @@ void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination 
   std::int64_t damaged = 0;
   for (const auto& session : sessions) {
     progress(read++, health.sessions);
-    const SessionCheck check = store.check(*session);
+    const SessionCheck check = store->check(*session);
     health.samples += check.sampleCount;
     if (!check.isWhole()) ++damaged;
   }
@@ -46,7 +48,8 @@ void examineSessions(StoreHealth& health, PowerSessionStore& store, Examination 
   health.state = StoreState::damaged;
   health.isWhole = false;
   health.problem = std::to_string(damaged) +
-                   " of the sessions are damaged in part. Export what can be read with 'quellin export'.";
+                   " of the sessions are damaged in part. Export what can be read with " +
+                   hintAt("export ID", options) + ".";
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ StoreHealth examineStore(const Options& options, Examination examination,
   if (!health.exists) return health;
   for (const char* const suffix : {"", "-wal", "-shm"}) health.bytes += sizeOf(health.path + suffix);
   try {
-    examineSessions(health, *openStore(options), examination, progress);
+    examineSessions(health, options, examination, progress);
   } catch (const StoreError& failure) {
     health.state = stateAfter(failure.kind());
     health.isWhole = false;

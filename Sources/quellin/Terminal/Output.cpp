@@ -30,8 +30,11 @@ void Output::flush() {
   const auto written = writeAll(descriptor_, text);
   if (written) return;
   if (written.error().code == EPIPE) throw ReaderGone{};
-  throw Failure{ExitStatus::failed, "standard output cannot be written: " + written.error().description() +
-                                        ". Write to a place with room, for example with -o FILE or > FILE."};
+  const bool isClosed = written.error().code == EBADF;
+  throw Failure{ExitStatus::failed,
+                "standard output cannot be written: " + written.error().description() + ". " +
+                    (isClosed ? "It is closed; open it for writing, for example with > FILE."
+                              : "Write to a place with room, for example with -o FILE or > FILE.")};
 }
 
 void Talk::say(std::string_view text) const { raw("quellin: " + std::string{text} + "\n"); }

@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Watch/Layout.h"
 
@@ -57,8 +58,8 @@ void Watch::run() {
   const auto failure = session_.failure();
   if (failure && session_.wasAsked()) throw Failure{ExitStatus::failed, *failure};
   if (const auto& completed = session_.completed()) {
-    invocation_.talk.say("recorded session " + *completed + "; 'quellin show " + *completed +
-                         "' sums it up.");
+    invocation_.talk.say("recorded session " + *completed + "; " +
+                         hintAt("show " + *completed, invocation_.options) + " sums it up.");
   }
 }
 

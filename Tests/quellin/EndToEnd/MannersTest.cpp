@@ -81,7 +81,10 @@ TEST_F(MannersTest, AnOutputThatCameClosedIsAFailureAndNoOtherFileGetsItsText) {
     };
     const ProgramResult result = runProgram(start);
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_THAT(result.error, HasSubstr("quellin: standard output cannot be written: Bad file descriptor. "));
+    EXPECT_THAT(
+        result.error,
+        HasSubstr("quellin: standard output cannot be written: Bad file descriptor. It is closed; open "
+                  "it for writing, for example with > FILE.\n"));
   }
 }
 

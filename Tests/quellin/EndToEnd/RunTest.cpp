@@ -62,8 +62,16 @@ TEST_F(RunTest, PassesOnHowTheCommandEnded) {
 }
 
 TEST_F(RunTest, ACommandThatCannotBeStartedLeavesNoSession) {
-  EXPECT_EQ(frontEnd.run({"run", "--source", macbook, "no-such-command"}).exitStatus, 127);
-  EXPECT_EQ(frontEnd.run({"run", "--source", macbook, "/"}).exitStatus, 126);
+  const ProgramResult missing = frontEnd.run({"run", "--source", macbook, "no-such-command"});
+  EXPECT_EQ(missing.exitStatus, 127);
+  EXPECT_EQ(
+      missing.error,
+      "quellin: no-such-command cannot be run: No such file or directory. Check how it is spelled, or name "
+      "it by its whole path.\n");
+  const ProgramResult folder = frontEnd.run({"run", "--source", macbook, "/"});
+  EXPECT_EQ(folder.exitStatus, 126);
+  EXPECT_THAT(folder.error,
+              HasSubstr(". Name a program that you may execute and that is made for this machine."));
   EXPECT_THAT(frontEnd.run({"sessions", "--json"}).output, Not(HasSubstr("title")));
 }
 

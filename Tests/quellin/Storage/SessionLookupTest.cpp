@@ -16,6 +16,7 @@ using testing_support::MemoryStore;
 
 struct SessionLookupTest : testing::Test {
   MemoryStore memory;
+  Options options;
 
   std::shared_ptr<PowerSession> finished(double second) {
     auto session = memory.start(second);
@@ -23,10 +24,15 @@ struct SessionLookupTest : testing::Test {
     return session;
   }
 
+  std::shared_ptr<PowerSession> find(const std::string& name) {
+    options.word = name;
+    return findSession(*memory.store, options);
+  }
+
   // How the lookup of `name` fails; no value when it does not.
   std::optional<Failure> failureOf(const std::string& name) {
     try {
-      static_cast<void>(findSession(*memory.store, name));
+      static_cast<void>(find(name));
     } catch (const Failure& failure) {
       return failure;
     }
@@ -37,16 +43,16 @@ struct SessionLookupTest : testing::Test {
 TEST_F(SessionLookupTest, FindsAnIdentifierTheBeginningOfOneAndTheLast) {
   const auto older = finished(1000);
   const auto newer = finished(2000);
-  EXPECT_EQ(findSession(*memory.store, older->id().text()), older);
-  EXPECT_EQ(findSession(*memory.store, shortID(*newer)), newer);
-  EXPECT_EQ(findSession(*memory.store, "last"), newer);
+  EXPECT_EQ(find(older->id().text()), older);
+  EXPECT_EQ(find(shortID(*newer)), newer);
+  EXPECT_EQ(find("last"), newer);
 }
 
 TEST_F(SessionLookupTest, TheLastIsTheOneThatWasMadeLast) {
   finished(5000);
   memory.clock.set(memory.clock.now() + Seconds{1});
   const auto ofAnOldTrace = finished(1000);
-  EXPECT_EQ(findSession(*memory.store, "last"), ofAnOldTrace);
+  EXPECT_EQ(find("last"), ofAnOldTrace);
 }
 
 TEST_F(SessionLookupTest, TheCaseOfTheIdentifierDoesNotMatter) {
@@ -54,7 +60,7 @@ TEST_F(SessionLookupTest, TheCaseOfTheIdentifierDoesNotMatter) {
   std::string lower = session->id().text();
   for (char& character : lower)
     character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-  EXPECT_EQ(findSession(*memory.store, lower), session);
+  EXPECT_EQ(find(lower), session);
 }
 
 TEST_F(SessionLookupTest, WhatIsNotThereHasAStatusOfItsOwn) {
@@ -63,6 +69,14 @@ TEST_F(SessionLookupTest, WhatIsNotThereHasAStatusOfItsOwn) {
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->status(), ExitStatus::noSession);
   EXPECT_STREQ(failure->what(), "there is no session 'zzz'. 'quellin sessions' lists them.");
+}
+
+TEST_F(SessionLookupTest, WhatHelpsIsOverTheSameStore) {
+  options.store = "/tmp/a.store";
+  EXPECT_STREQ(failureOf("last")->what(),
+               "there are no sessions yet. 'quellin record --store /tmp/a.store' makes one.");
+  finished(1000);
+  EXPECT_THAT(failureOf("zzz")->what(), HasSubstr("'quellin sessions --store /tmp/a.store' lists them."));
 }
 
 TEST_F(SessionLookupTest, InAnEmptyStoreThereIsNoLastOne) {
