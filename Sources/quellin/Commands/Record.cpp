@@ -45,12 +45,11 @@ class Recording {
     if (const auto failure = recording_.newFailure()) tell(*failure);
     live_.end();
     recording_.end();
-    const auto& failure = recording_.recorder().lastError();
-    if (failure && !isDeleted()) throw Failure{ExitStatus::failed, *failure};
+    if (const auto failure = recording_.failure()) throw Failure{ExitStatus::failed, *failure};
   }
 
   void showSummary() {
-    if (isDeleted()) {
+    if (!recording_.store().session(session_->id())) {
       throw Failure{ExitStatus::noSession, std::string{sessionDeletedText} + " " +
                                                hintAt("record", invocation_.options) + " begins another."};
     }
@@ -97,8 +96,6 @@ class Recording {
       done();
     });
   }
-
-  [[nodiscard]] bool isDeleted() { return !recording_.store().session(session_->id()); }
 
   void tell(const std::string& text) {
     live_.end();

@@ -61,11 +61,15 @@ void SessionRecording::storeLast() {
   while (!isStored) loop_.runAgain();  // something older may stop it first
 }
 
+std::optional<std::string> SessionRecording::failure() const {
+  return session_ && session_->isDeleted() ? std::nullopt : recorder_.lastError();
+}
+
 std::optional<std::string> SessionRecording::newFailure() {
-  const auto& failure = recorder_.lastError();
-  const bool isNew = failure && failure != toldFailure_;
-  toldFailure_ = failure;
-  return isNew ? failure : std::nullopt;
+  const auto present = failure();
+  const bool isNew = present && present != toldFailure_;
+  toldFailure_ = present;
+  return isNew ? present : std::nullopt;
 }
 
 void SessionRecording::end() {

@@ -65,7 +65,11 @@ class SessionRecording {
   /// what they cost by now is no part of the session.
   void storeLast();
 
-  /// What went wrong with the last sample; a failure is told once, for as long as it lasts.
+  /// What went wrong last; absent when all is well. That a sample came too late for a session which others
+  /// deleted is no failure: `isStillOurs` tells of it.
+  [[nodiscard]] std::optional<std::string> failure() const;
+
+  /// As `failure`; each is told once, for as long as it lasts.
   [[nodiscard]] std::optional<std::string> newFailure();
 
   /// Ends the session unless that has been done, here or elsewhere. Throws `StoreError`.

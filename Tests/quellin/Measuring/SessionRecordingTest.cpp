@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/Replay.h"
 #include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
@@ -13,6 +14,8 @@
 namespace quellin::cli {
 namespace {
 
+using testing::HasSubstr;
+using testing::Optional;
 using testing_support::recordOldSessions;
 using testing_support::SQLWork;
 
@@ -110,6 +113,31 @@ TEST_F(SessionRecordingTest, NoticesThatTheSessionWasEndedOrDeletedElsewhere) {
     recording.reset();
     EXPECT_EQ(statusOf(session), isDeleted ? "gone" : "interrupted") << "the recording leaves it as it is";
   }
+}
+
+// Others may delete the session after a look at it and before the sample that follows.
+TEST_F(SessionRecordingTest, ASampleTooLateForADeletedSessionIsNoFailure) {
+  const auto session = begin();
+  sample();
+  PowerSessionStore store{"elsewhere", *options.store};
+  store.remove(store.session(session->id()));
+  sample();
+  EXPECT_TRUE(session->isDeleted());
+  EXPECT_EQ(recording->newFailure(), std::nullopt);
+  EXPECT_EQ(recording->failure(), std::nullopt);
+  EXPECT_FALSE(recording->isStillOurs());
+}
+
+TEST_F(SessionRecordingTest, AFailureIsToldOnceForAsLongAsItLasts) {
+  begin();
+  sample();
+  EXPECT_EQ(recording->failure(), std::nullopt);
+  Database(*options.store, Database::Access::readWrite, {}).execute("DROP TABLE PowerSessionSample");
+  sample();
+  EXPECT_THAT(recording->newFailure(), Optional(HasSubstr(options.store->string())));
+  sample();
+  EXPECT_EQ(recording->newFailure(), std::nullopt);
+  EXPECT_NE(recording->failure(), std::nullopt);
 }
 
 }  // namespace

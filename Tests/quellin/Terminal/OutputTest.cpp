@@ -19,8 +19,14 @@ using testing_support::TemporaryFolder;
 
 // As the program does in its entry; a write to a closed pipe would end the tests otherwise.
 struct OutputTest : testing::Test {
-  OutputTest() { std::signal(SIGPIPE, SIG_IGN); }
+  OutputTest() = default;
+  OutputTest(const OutputTest&) = delete;
+  OutputTest& operator=(const OutputTest&) = delete;
+  OutputTest(OutputTest&&) = delete;
+  OutputTest& operator=(OutputTest&&) = delete;
+  ~OutputTest() override { std::signal(SIGPIPE, before); }
 
+  void (*before)(int) = std::signal(SIGPIPE, SIG_IGN);
   TemporaryFolder folder;
   std::string path = folder.pathOf("output");
   FileDescriptor file = *openDescriptor(path, O_CREAT | O_WRONLY, 0600);
