@@ -8,6 +8,11 @@
 
 namespace quellin {
 
+std::optional<double> SessionCoverage::coveredPercent() const {
+  if (!(durationSeconds > 0)) return std::nullopt;
+  return 100 * coveredSeconds / durationSeconds;
+}
+
 double longestCoveredSeconds(double sampleInterval) {
   constexpr double intervals = 3;
   constexpr double leastSeconds = 5;

@@ -17,6 +17,9 @@ struct SessionCoverage {
   std::int64_t gapCount = 0;                ///< stretches too long between one reading and the next
   std::optional<double> longestGapSeconds;  ///< absent without a gap
 
+  /// The covered part of the duration in percent; absent for a session that has not lasted.
+  [[nodiscard]] std::optional<double> coveredPercent() const;
+
   static constexpr auto fields() {
     return std::tuple{Field{"durationSeconds", &SessionCoverage::durationSeconds},
                       Field{"coveredSeconds", &SessionCoverage::coveredSeconds},

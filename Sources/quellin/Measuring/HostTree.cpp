@@ -5,12 +5,7 @@
 #include "quellin/Outcome/Failure.h"
 
 #ifdef __linux__
-#include "QuellinCore/Platform/Linux/LinuxBatterySource.h"
-#include "QuellinCore/Platform/Linux/LinuxEnergySource.h"
-#include "QuellinCore/Platform/Linux/LinuxHIDSensorSource.h"
-#include "QuellinCore/Platform/Linux/LinuxProcessSource.h"
-#include "QuellinCore/Platform/Linux/LinuxSMCSource.h"
-#include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
+#include "QuellinCore/Platform/Linux/LinuxSources.h"
 #endif
 
 namespace quellin::cli {
@@ -25,13 +20,7 @@ PlatformSources hostTree(const std::string& folder) {
                       ": the folder has no sys/. Name a folder with a copy of a machine's sys/ "
                       "(and proc/), or the file of a trace."};
   }
-  const auto sys = directoryTree((root / "sys").string());
-  return {.smc = std::make_shared<LinuxSMCSource>(sys),
-          .hid = std::make_shared<LinuxHIDSensorSource>(sys),
-          .battery = std::make_shared<LinuxBatterySource>(sys),
-          .energy = std::make_shared<LinuxEnergySource>(sys),
-          .thermal = std::make_shared<LinuxThermalSource>(sys),
-          .processes = std::make_shared<LinuxProcessSource>(directoryTree((root / "proc").string()))};
+  return linuxSources(directoryTree((root / "sys").string()), directoryTree((root / "proc").string()));
 }
 
 #else

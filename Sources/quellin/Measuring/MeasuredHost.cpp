@@ -1,7 +1,6 @@
 #include "quellin/Measuring/MeasuredHost.h"
 
 #include <algorithm>
-#include <cmath>
 #include <expected>
 #include <filesystem>
 #include <utility>
@@ -57,11 +56,7 @@ MeasuredHost MeasuredHost::openMeasurable(const Options& options) {
 
 Seconds MeasuredHost::interval(Seconds asked) const {
   const auto captured = player ? player->interval() : std::nullopt;
-  if (!captured) return asked;
-  // The ticks of a capture wander by some hundredths of a second around what was asked for.
-  constexpr double stepsPerSecond = 20;
-  const Seconds rounded{std::round(captured->count() * stepsPerSecond) / stepsPerSecond};
-  return rounded > Seconds{0} ? rounded : *captured;
+  return captured ? nominalInterval(*captured) : asked;
 }
 
 SystemReader MeasuredHost::reader() const {

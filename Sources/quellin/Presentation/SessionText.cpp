@@ -8,9 +8,9 @@
 namespace quellin::cli {
 
 std::string coverageText(const SessionCoverage& coverage) {
-  if (coverage.durationSeconds <= 0) return unknown;
-  std::string text =
-      decimal(100 * coverage.coveredSeconds / coverage.durationSeconds, 1) + " % of the time has readings";
+  const auto percent = coverage.coveredPercent();
+  if (!percent) return unknown;
+  std::string text = decimal(percent, 1) + " % of the time has readings";
   if (coverage.longestGapSeconds) {
     text += ", gaps: " + whole(coverage.gapCount) + ", the longest " +
             durationText(Seconds{*coverage.longestGapSeconds});

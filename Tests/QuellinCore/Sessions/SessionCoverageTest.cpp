@@ -65,6 +65,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"AReadingAtNoTimeIsPassedOver", {0, nan, 20}, 20, {20, 20, 0, {}}}),
     namedBy(&Case::name));
 
+TEST(SessionCoverageTest, ThePercentageIsOfTheDurationAndNeedsOne) {
+  const std::vector<std::pair<SessionCoverage, std::optional<double>>> cases{
+      {{40, 10, 1, 30}, 25}, {{30, 30, 0, {}}, 100}, {{20, 0, 1, 20}, 0},
+      {{0, 0, 0, {}}, {}},   {{-5, 0, 0, {}}, {}},   {{nan, 0, 0, {}}, {}}};
+  for (const auto& [coverage, expected] : cases) {
+    EXPECT_EQ(coverage.coveredPercent(), expected) << coverage.coveredSeconds;
+  }
+}
+
 TEST(SessionCoverageTest, AGapIsMeasuredByTheIntervalAskedFor) {
   EXPECT_EQ(longestCoveredSeconds(10), 30);
   EXPECT_EQ(longestCoveredSeconds(2), 6);

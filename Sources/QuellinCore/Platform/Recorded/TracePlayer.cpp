@@ -15,6 +15,12 @@ Seconds PlaybackSpeed::shortened(Seconds duration) const {
   return factor_ ? duration / *factor_ : Seconds{0};
 }
 
+Seconds nominalInterval(Seconds measured) {
+  constexpr double stepsPerSecond = 20;
+  const Seconds rounded{std::round(measured.count() * stepsPerSecond) / stepsPerSecond};
+  return rounded > Seconds{0} ? rounded : measured;
+}
+
 std::expected<std::shared_ptr<TracePlayer>, TraceError> TracePlayer::open(const std::string& path,
                                                                           PlaybackSpeed speed,
                                                                           MonotonicClock& host) {

@@ -32,6 +32,11 @@ class PlaybackSpeed {
   std::optional<double> factor_;
 };
 
+/// The interval that was asked for when ticks were captured `measured` apart: they wander around it by some
+/// hundredths of a second, so that it is told to a twentieth of one. `measured` itself where that leaves
+/// nothing.
+[[nodiscard]] Seconds nominalInterval(Seconds measured);
+
 /// Plays a trace in the place of a machine: `recordedSources` answers from the tick at which the player
 /// stands, and its two clocks show the time of that tick.
 ///

@@ -1,14 +1,7 @@
 // Polls of a machine behind real files leave no descriptor and no memory behind.
-#include <memory>
-
 #include <gmock/gmock.h>
 
-#include "QuellinCore/Platform/Linux/LinuxBatterySource.h"
-#include "QuellinCore/Platform/Linux/LinuxEnergySource.h"
-#include "QuellinCore/Platform/Linux/LinuxHIDSensorSource.h"
-#include "QuellinCore/Platform/Linux/LinuxProcessSource.h"
-#include "QuellinCore/Platform/Linux/LinuxSMCSource.h"
-#include "QuellinCore/Platform/Linux/LinuxThermalSource.h"
+#include "QuellinCore/Platform/Linux/LinuxSources.h"
 #include "QuellinCore/Services/ProcessActivityService.h"
 #include "QuellinCore/Services/SystemReader.h"
 #include "Support/ManualClock.h"
@@ -28,14 +21,8 @@ TEST_P(LinuxEnduranceTest, PollsLeaveNothingBehind) {
   constexpr int polls = 1000;
   const auto tree = UnpackedTree::fixture(std::string("linux/") + GetParam() + ".tree");
   const auto processTree = UnpackedTree::fixture("linux/processes.tree");
-  const auto sys = directoryTree(tree.path("sys"));
-  const PlatformSources sources{
-      .smc = std::make_shared<LinuxSMCSource>(sys),
-      .hid = std::make_shared<LinuxHIDSensorSource>(sys),
-      .battery = std::make_shared<LinuxBatterySource>(sys),
-      .energy = std::make_shared<LinuxEnergySource>(sys),
-      .thermal = std::make_shared<LinuxThermalSource>(sys),
-      .processes = std::make_shared<LinuxProcessSource>(directoryTree(processTree.path("proc")))};
+  const PlatformSources sources =
+      linuxSources(directoryTree(tree.path("sys")), directoryTree(processTree.path("proc")));
   testing_support::ManualMonotonicClock clock;
   const SystemReader reader = SystemReader::over(sources, PrivilegedSMCHelperService{""}, clock);
   const ProcessActivityService processes(sources.processes, clock);

@@ -98,6 +98,14 @@ TEST_F(TracePlayerTest, SleepingMovesTheClockButNotThePlayer) {
   EXPECT_EQ(player->monotonicClock().now(), Seconds{20});
 }
 
+TEST(NominalIntervalTest, IsToldToATwentiethOfASecondUnlessNothingIsLeft) {
+  const std::vector<std::pair<double, double>> cases{{1.013, 1}, {0.487, 0.5}, {0.25, 0.25}, {4.98, 5},
+                                                     {2, 2},     {0.03, 0.05}, {0.02, 0.02}, {0, 0}};
+  for (const auto& [measured, expected] : cases) {
+    EXPECT_DOUBLE_EQ(nominalInterval(Seconds{measured}).count(), expected) << measured;
+  }
+}
+
 TEST_F(TracePlayerTest, TheIntervalLeadsToTheNextTickAtAnySpeed) {
   const auto player = play(tick(10) + tick(15) + tick(17), *PlaybackSpeed::times(4));
   player->monotonicClock().sleep(Seconds{6});
