@@ -22,7 +22,8 @@ PROGRAM_FILES = {
     "bin/quellin", "libexec/quellin/QuellinHelper", "share/man/man1/quellin.1",
     "share/bash-completion/completions/quellin", "share/zsh/vendor-completions/_quellin",
     "share/fish/vendor_completions.d/quellin.fish", "lib/systemd/system/quellin-record.service",
-    "share/doc/Quellin/README.md", "share/doc/Quellin/linux.md", "share/doc/Quellin/macos.md",
+    "share/doc/quellin/README.md", "share/doc/quellin/linux.md", "share/doc/quellin/macos.md",
+    "share/doc/quellin/copyright", "share/doc/quellin/THIRD_PARTY.md", "share/doc/quellin/LICENSE",
 }
 
 
@@ -85,6 +86,8 @@ class PackageTest(unittest.TestCase):
         headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
         self.assertGreater(len(headers), 80)
         source = self.folder / "headers.cpp"
+        self.assertEqual(re.findall(r"^\S*[sS]\S* .*", listing, re.MULTILINE), [])
+        self.assertIn(" ./usr/share/doc/libquellincore-dev/copyright\n", run("dpkg-deb", "--contents", made["libquellincore-dev"]))
         source.write_text("".join(f'#include "{name}"\n' for name in reversed(headers)), encoding="utf-8")
         run(COMPILER, "-std=c++23", "-fsyntax-only", f"-I{include}", source)
 
