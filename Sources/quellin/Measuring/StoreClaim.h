@@ -8,8 +8,9 @@
 namespace quellin::cli {
 
 /// Takes `store`, which the options name, to record from now on what `host` measures. Throws `Failure` when
-/// another program records into it, and when a session is active that began later than what is to be recorded
-/// of a trace: the two would be mixed. Nothing that is stored changes. Throws `StoreError`.
+/// another program records into it, and when the session that is active there would be mixed up: one over a
+/// trace with a machine, or a trace with one of a machine or of a later time. Nothing that is stored changes.
+/// Throws `StoreError`.
 [[nodiscard]] RecorderLock claimStore(PowerSessionStore& store, const Options& options,
                                       const MeasuredHost& host);
 

@@ -60,10 +60,23 @@ TEST_F(StoreClaimTest, ATraceDoesNotGoOnWithWhatBeganLater) {
   EXPECT_TRUE(RecorderLock::take(path)) << "a store that was not claimed is free";
 }
 
-// Its clock may have been set back.
-TEST_F(StoreClaimTest, AMachineGoesOnWithAnySession) {
-  begin(systemWallClock().now() + Seconds{3600});
+TEST_F(StoreClaimTest, ATraceDoesNotGoOnWithWhatAMachineBegan) {
+  begin(systemWallClock().now());
+  EXPECT_THAT(failureOf(trace),
+              HasSubstr(", Theirs, is active in " + path.string() + " and was begun over no trace, as " +
+                        trace.source + " is: they cannot be one session. 'quellin stop --store "));
+}
+
+TEST_F(StoreClaimTest, AMachineGoesOnWithWhatItBegan) {
+  begin(systemWallClock().now());
   EXPECT_EQ(failureOf(optionsOver("native")), "");
+}
+
+TEST_F(StoreClaimTest, AMachineDoesNotGoOnWithWhatWasBegunOverATrace) {
+  begin(MeasuredHost::open(trace).wallClock->now());
+  EXPECT_THAT(
+      failureOf(optionsOver("native")),
+      HasSubstr(" and was begun over a trace, but this machine is measured: they cannot be one session. "));
 }
 
 }  // namespace
