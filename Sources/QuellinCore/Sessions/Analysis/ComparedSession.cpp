@@ -1,0 +1,51 @@
+#include "QuellinCore/Sessions/Analysis/ComparedSession.h"
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "QuellinCore/Support/RawValue.h"
+
+namespace quellin {
+namespace {
+
+std::vector<double> wattsOf(const SessionSeries& series, std::string_view kind) {
+  std::vector<double> watts;
+  auto absent = series.watts.absent.begin();
+  auto value = series.watts.values.begin();
+  for (std::size_t sample = 0; sample < series.source.size(); ++sample) {
+    const auto place = static_cast<std::int64_t>(sample);
+    if (absent != series.watts.absent.end() && place >= absent->first + absent->count) ++absent;
+    if (absent != series.watts.absent.end() && place >= absent->first) continue;
+    const double reading = *value++;
+    if (series.sources.at(static_cast<std::size_t>(series.source[sample])).kind == kind)
+      watts.push_back(reading);
+  }
+  return watts;
+}
+
+}  // namespace
+
+bool ComparedSession::isCompleted() const {
+  return session.status == rawValue(PowerSessionStatus::completed);
+}
+
+ComparedSession comparedSession(const SessionAnalysis& analysis) {
+  ComparedSession result{.session = analysis.session,
+                         .seconds = analysis.summary.durationSeconds,
+                         .coverage = analysis.coverage,
+                         .sources = {}};
+  for (SourceEnergy& energy : energyBySource(analysis.summary.powerSegments)) {
+    std::vector<double> watts = wattsOf(analysis.series, energy.sourceKind);
+    ComparedSource source{.energy = std::move(energy), .watts = std::move(watts)};
+    for (const PowerSessionPowerSegment& segment : analysis.summary.powerSegments) {
+      if (segment.sourceKind != source.energy.sourceKind) continue;
+      source.onBattery = source.onBattery || segment.acConnected == false;
+      source.onCharger = source.onCharger || segment.acConnected == true;
+    }
+    result.sources.push_back(std::move(source));
+  }
+  return result;
+}
+
+}  // namespace quellin

@@ -1,0 +1,90 @@
+#include "QuellinCore/Sessions/Analysis/ComparisonNotes.h"
+
+#include <algorithm>
+
+#include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
+#include "QuellinCore/Sessions/Analysis/KindHolders.h"
+
+namespace quellin {
+namespace {
+
+using Sessions = std::span<const ComparedSession>;
+
+std::string countText(std::size_t count, Sessions sessions) {
+  return std::to_string(count) + " of " + std::to_string(sessions.size()) +
+         (sessions.size() == 1 ? " session" : " sessions");
+}
+
+bool hasEnergy(const KindComparison& kind) {
+  return std::ranges::find(kind.figures, ComparedQuantity::joules, &ComparedFigure::quantity) !=
+         kind.figures.end();
+}
+
+bool hasInterval(const SessionComparison& comparison) {
+  return std::ranges::any_of(
+      comparison.kinds, [](const KindComparison& kind) { return kind.figures.front().interval.has_value(); });
+}
+
+void noteHolders(std::vector<std::string>& notes, const KindComparison& kind, const std::string& side,
+                 Sessions sessions) {
+  const std::size_t holders = KindHolders(sessions, kind.sourceKind).count();
+  if (holders < sessions.size())
+    notes.push_back(kind.sourceLabel + ": only " + countText(holders, sessions) + " of " + side +
+                    " have readings of it");
+}
+
+void noteSupplies(std::vector<std::string>& notes, const KindComparison& kind, Sessions a, Sessions b) {
+  const std::string ofA = KindHolders(a, kind.sourceKind).supplyText();
+  const std::string ofB = KindHolders(b, kind.sourceKind).supplyText();
+  if (ofA != ofB && !ofA.empty() && !ofB.empty())
+    notes.push_back(kind.sourceLabel + ": A has readings" + ofA + ", B" + ofB);
+}
+
+void noteSide(std::vector<std::string>& notes, const std::string& side, Sessions sessions) {
+  if (!sessions.front().isCompleted()) {
+    notes.push_back("the session of " + side + " is " + sessions.front().session.status +
+                    ": its readings are compared as far as they go");
+  }
+  std::size_t gapped = 0;
+  for (const ComparedSession& session : sessions) gapped += session.coverage.gapCount > 0 ? 1 : 0;
+  if (gapped > 0)
+    notes.push_back(side + " has gaps without readings in " + countText(gapped, sessions) +
+                    "; energy is bridged over them");
+}
+
+bool areSampledAlike(Sessions a, Sessions b) {
+  const double interval = a.front().session.sampleInterval;
+  const auto isAlike = [&](const ComparedSession& session) {
+    return session.session.sampleInterval == interval;
+  };
+  return std::ranges::all_of(a, isAlike) && std::ranges::all_of(b, isAlike);
+}
+
+}  // namespace
+
+std::vector<std::string> comparisonNotes(const SessionComparison& comparison, Sessions a, Sessions b) {
+  std::vector<std::string> notes;
+  if (a.size() == 1 && b.size() == 1 && hasInterval(comparison)) {
+    notes.emplace_back(
+        "an interval says how the readings of these two sessions vary, not how far repeats differ");
+  }
+  for (const KindComparison& kind : comparison.kinds) {
+    if (!hasEnergy(kind)) {
+      notes.push_back(kind.sourceLabel +
+                      ": energy is not compared; for that every session must be completed, with at least two "
+                      "readings of this kind and none of another");
+    }
+    noteHolders(notes, kind, "A", a);
+    noteHolders(notes, kind, "B", b);
+    noteSupplies(notes, kind, a, b);
+    if (hasNoWidth(kind.figures.front()))
+      notes.push_back(kind.sourceLabel +
+                      ": the values of each side do not vary at all, so that the interval promises too much");
+  }
+  noteSide(notes, "A", a);
+  noteSide(notes, "B", b);
+  if (!areSampledAlike(a, b)) notes.emplace_back("the sessions were not all sampled at the same interval");
+  return notes;
+}
+
+}  // namespace quellin

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuellinCore/Sessions/Analysis/ComparedSession.h"
+
+namespace quellin {
+
+/// One description of each kind of which the sessions have readings, in the order of first appearance.
+[[nodiscard]] std::vector<SourceEnergy> kindsOf(std::span<const ComparedSession> sessions);
+
+/// The kinds of the sessions in words: "readings of Battery draw on battery".
+[[nodiscard]] std::string kindsText(std::span<const ComparedSession> sessions);
+
+/// What those sessions have that have readings of one kind. Refers to the sessions.
+class KindHolders {
+ public:
+  KindHolders(std::span<const ComparedSession> sessions, std::string_view kind);
+
+  [[nodiscard]] std::size_t count() const { return sources_.size(); }  ///< how many they are
+
+  /// On what the machine was when they were read: " on battery", " with a charger", " on battery and with a
+  /// charger"; empty where nothing is known of a battery.
+  [[nodiscard]] std::string supplyText() const;
+
+  /// Whether these were all read on battery and the others all with a charger, or the other way round.
+  [[nodiscard]] bool hasOtherSupplyThan(const KindHolders& other) const;
+
+  /// The readings of the first of them.
+  [[nodiscard]] const std::vector<double>& firstReadings() const { return sources_.front()->watts; }
+
+  /// The energy of each of them; no value unless each is completed and has an energy of this kind and
+  /// readings of no other: else it would be that of a part of its time.
+  [[nodiscard]] std::optional<std::vector<double>> joules() const;
+
+  /// The average of each of them.
+  [[nodiscard]] std::vector<double> averageWatts() const;
+
+ private:
+  [[nodiscard]] bool onBattery() const;
+  [[nodiscard]] bool onCharger() const;
+
+  std::vector<const ComparedSource*> sources_;
+  bool areWhole_ = true;
+};
+
+}  // namespace quellin
