@@ -43,21 +43,18 @@ CompletedOption optionOf(const CLI::Option& option) {
 
 CompletedValue argumentOf(const CLI::Option& option) {
   CompletedValue value = valueOf(option);
-  if (option.get_name() == "ID") value.words.emplace_back("last");
-  value.isProgram = option.get_name() == "COMMAND";
+  const std::string name = option.get_name();
+  if (name == "ID" || name == "A" || name == "B") value.words.emplace_back("last");
+  value.isProgram = name == "COMMAND";
   return value;
 }
 
 CompletedCommand commandOf(const CLI::App& app) {
-  CompletedCommand command{.name = app.get_name(),
-                           .purpose = app.get_description(),
-                           .options = {},
-                           .hasArgument = false,
-                           .argument = {}};
+  CompletedCommand command{
+      .name = app.get_name(), .purpose = app.get_description(), .options = {}, .arguments = {}};
   for (const CLI::Option* option : app.get_options()) {
     if (option->get_positional()) {
-      command.hasArgument = true;
-      command.argument = argumentOf(*option);
+      command.arguments.push_back(argumentOf(*option));
     } else {
       command.options.push_back(optionOf(*option));
     }

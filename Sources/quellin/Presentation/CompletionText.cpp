@@ -1,5 +1,7 @@
 #include "quellin/Presentation/CompletionText.h"
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <string_view>
 
@@ -17,12 +19,24 @@ std::string joined(const std::vector<std::string>& words, std::string_view separ
   return text;
 }
 
+// What may stand for any of a command's arguments, each word once.
+std::vector<std::string> argumentWords(const CompletedCommand& command) {
+  std::vector<std::string> words;
+  for (const CompletedValue& argument : command.arguments) {
+    std::ranges::copy_if(argument.words, std::back_inserter(words), [&](const std::string& word) {
+      return std::ranges::find(words, word) == words.end();
+    });
+  }
+  return words;
+}
+
 // Everything that may follow a command, but for files and programs.
 std::vector<std::string> wordsAfter(const CompletedCommand& command) {
   std::vector<std::string> words;
-  words.reserve(command.options.size() + command.argument.words.size());
+  words.reserve(command.options.size());
   for (const CompletedOption& option : command.options) words.push_back(option.names.front());
-  words.insert(words.end(), command.argument.words.begin(), command.argument.words.end());
+  const std::vector<std::string> arguments = argumentWords(command);
+  words.insert(words.end(), arguments.begin(), arguments.end());
   return words;
 }
 
@@ -93,11 +107,18 @@ std::string zshOption(const CompletedOption& option) {
   return text;
 }
 
-std::string zshArgument(const CompletedCommand& command) {
-  if (!command.hasArgument) return "";
-  if (command.argument.isProgram)
-    return " \\\n        '(-)1:command: _command_names -e' '*::argument: _normal'";
-  return " \\\n        " + shellQuoted("1:argument:" + zshAction(command.argument));
+bool hasProgram(const CompletedCommand& command) {
+  return std::ranges::any_of(command.arguments, &CompletedValue::isProgram);
+}
+
+std::string zshArguments(const CompletedCommand& command) {
+  if (hasProgram(command)) return " \\\n        '(-)1:command: _command_names -e' '*::argument: _normal'";
+  std::string text;
+  for (std::size_t place = 0; place < command.arguments.size(); ++place) {
+    text += " \\\n        " +
+            shellQuoted(std::to_string(place + 1) + ":argument:" + zshAction(command.arguments[place]));
+  }
+  return text;
 }
 
 std::string fishValue(const CompletedValue& value) {
@@ -127,10 +148,10 @@ function __quellin_runs
 end
 )";
 
-std::string fishArgument(const CompletedCommand& command, const std::string& within) {
-  if (command.argument.isProgram) return "complete -c quellin -n __quellin_runs -a '(__quellin_program)'\n";
+std::string fishArguments(const CompletedCommand& command, const std::string& within) {
+  if (hasProgram(command)) return "complete -c quellin -n __quellin_runs -a '(__quellin_program)'\n";
   std::string text;
-  for (const std::string& word : command.argument.words) text += within + " -a " + shellQuoted(word) + "\n";
+  for (const std::string& word : argumentWords(command)) text += within + " -a " + shellQuoted(word) + "\n";
   return text;
 }
 
@@ -157,7 +178,7 @@ std::string zshCompletions(const std::vector<CompletedCommand>& commands) {
     names += "    " + shellQuoted(zshEscaped(command.name) + ":" + command.purpose) + "\n";
     cases += "    " + command.name + ")\n      _arguments -S";
     for (const CompletedOption& option : command.options) cases += zshOption(option);
-    cases += zshArgument(command) + " ;;\n";
+    cases += zshArguments(command) + " ;;\n";
   }
   return "#compdef quellin\n_quellin() {\n  local -a names\n  names=(\n" + names +
          "  )\n  if (( CURRENT == 2 )); then\n    _describe command names\n    return\n  fi\n"
@@ -173,7 +194,7 @@ std::string fishCompletions(const std::vector<CompletedCommand>& commands) {
     text += "complete -c quellin -n __fish_use_subcommand -a " + command.name + " -d " +
             shellQuoted(command.purpose) + "\n";
     for (const CompletedOption& option : command.options) text += within + fishOption(option) + "\n";
-    text += fishArgument(command, within);
+    text += fishArguments(command, within);
   }
   return text;
 }

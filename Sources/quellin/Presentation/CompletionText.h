@@ -25,8 +25,7 @@ struct CompletedCommand {
   std::string name;
   std::string purpose;
   std::vector<CompletedOption> options;
-  bool hasArgument = false;
-  CompletedValue argument;
+  std::vector<CompletedValue> arguments;  ///< one by one, in order
 };
 
 /// The script with which bash, 3.2 or later, completes the program's command lines. An option means the same
