@@ -49,6 +49,7 @@ ExitStatus runCommand(const Invocation& invocation);
 ExitStatus listSessions(const Invocation& invocation);
 ExitStatus showSession(const Invocation& invocation);
 ExitStatus reportSession(const Invocation& invocation);
+ExitStatus compareRuns(const Invocation& invocation);
 ExitStatus exportSession(const Invocation& invocation);
 ExitStatus stopSession(const Invocation& invocation);
 ExitStatus interruptSession(const Invocation& invocation);

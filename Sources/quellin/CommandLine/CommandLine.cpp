@@ -137,6 +137,29 @@ void addSession(CLI::App& app, Options& options) {
   addWord(app, options, "ID", "The session: its identifier, the beginning of it, or last", {});
 }
 
+void addSides(CLI::App& app, Options& options) {
+  app.add_option(
+         "A", options.word,
+         "What to compare with: a title, or sessions with commas between them, each by its title, its "
+         "identifier, the beginning of it, or last")
+      ->required()
+      ->type_name("");
+  app.add_option("B", options.other, "What to compare, in the same words")->required()->type_name("");
+}
+
+void addThreshold(CLI::App& app, Options& options) {
+  app.add_option_function<std::string>(
+         "--threshold",
+         [&options](const std::string& text) {
+           options.thresholdPercent = parsePercent(text);
+           if (!options.thresholdPercent)
+             throw CLI::ValidationError("--threshold", "'" + text + "' is no per cent such as 5 or 2.5");
+         },
+         "End with status 3 when B is worse: when the whole interval of the difference lies above so many "
+         "per cent of A")
+      ->type_name("PERCENT");
+}
+
 void addDuration(CLI::App& app, const std::string& name, const std::string& description,
                  const std::function<void(Seconds)>& place) {
   app.add_option_function<std::string>(

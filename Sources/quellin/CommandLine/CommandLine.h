@@ -14,9 +14,9 @@ namespace quellin::cli {
 /// What the exit statuses mean, in one sentence.
 inline constexpr const char* exitStatusText =
     "Exit status: 0 done, 1 failed, 2 command line not understood, 3 the answer is no (an alert fired, "
-    "nothing was being recorded, the store is damaged), 4 no such session, 5 nothing to measure here. 'run' "
-    "passes on the status of its command; 125 says that the command was not measured, 126 that it cannot be "
-    "executed, 127 that there is none; 2 stands for options of its own, too.";
+    "nothing was being recorded, the store is damaged, B is worse than the threshold), 4 no such session, "
+    "5 nothing to measure here. 'run' passes on the status of its command; 125 says that the command was not "
+    "measured, 126 that it cannot be executed, 127 that there is none; 2 stands for options of its own, too.";
 
 /// The parser of all commands and their options, which writes into `options`; that must outlive it. Help,
 /// manual page and completions are made from it.
@@ -42,6 +42,10 @@ void addWord(CLI::App& app, Options& options, const std::string& name, const std
              const std::vector<std::string>& choices);
 /// The command's argument that names a session.
 void addSession(CLI::App& app, Options& options);
+/// The arguments A and B of `compare`, each one session or several.
+void addSides(CLI::App& app, Options& options);
+/// --threshold.
+void addThreshold(CLI::App& app, Options& options);
 /// -o and --force.
 CLI::Option* addOutput(CLI::App& app, Options& options, const std::string& description);
 /// --title; `otherwise` says what the title is without it.

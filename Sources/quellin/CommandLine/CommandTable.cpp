@@ -112,6 +112,17 @@ std::vector<Command> sessionCommands() {
          addOutput(app, options, "The file to write, instead of quellin-ID.html in this folder");
        },
        reportSession},
+      {"compare",
+       "Say how far the sessions of B differ from those of A, and how sure that is, like with like",
+       {"quellin compare 'Old code' 'New code'", "quellin compare 3F2A,91C0,B7 last --json",
+        "quellin compare 'Old code' 'New code' --threshold 5 || echo worse"},
+       [](CLI::App& app, Options& options) {
+         addSides(app, options);
+         addStore(app, options);
+         addJSON(app, options);
+         addThreshold(app, options);
+       },
+       compareRuns},
       {"export",
        "Write a session as JSON Lines",
        {"quellin export last | head -n 2", "quellin export 3F2A -o session.jsonl"},

@@ -59,6 +59,12 @@ std::optional<double> parseWatts(const std::string& text) {
   return rest.empty() ? watts : std::nullopt;
 }
 
+std::optional<double> parsePercent(const std::string& text) {
+  std::string_view rest = text;
+  const auto percent = takeDecimal(rest);
+  return rest.empty() || rest == "%" ? percent : std::nullopt;
+}
+
 std::optional<PlaybackSpeed> parseSpeed(const std::string& text) {
   if (text == "max") return PlaybackSpeed::maximum();
   std::string_view rest = text;

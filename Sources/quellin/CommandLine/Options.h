@@ -26,7 +26,8 @@ struct Options {
   bool brief = false;
   bool processes = false;
   bool force = false;
-  std::string word;  ///< the one argument of a command: an action, a shell, a session or a program
+  std::string word;   ///< the first argument of a command: an action, a shell, a session or a program
+  std::string other;  ///< the second argument: what to compare the sessions of the first with
   std::vector<std::string> arguments;  ///< what the program to run is given: all behind it
   int repeat = 1;                      ///< how often to run it
   std::optional<Seconds> baseline;     ///< how long to measure the idle machine first
@@ -37,6 +38,7 @@ struct Options {
   std::optional<Seconds> duration;
   bool telemetry = false;
   PowerBudgetMonitor budget;
+  std::optional<double> thresholdPercent;  ///< how much worse the other sessions may be
 };
 
 /// The program to run and what it is given.
@@ -48,6 +50,10 @@ struct Options {
 
 /// The watts that `text` spells: a decimal number, 0 included. No value for anything else.
 [[nodiscard]] std::optional<double> parseWatts(const std::string& text);
+
+/// The per cent that `text` spells: a decimal number, 0 included, with or without "%". No value for anything
+/// else.
+[[nodiscard]] std::optional<double> parsePercent(const std::string& text);
 
 /// The speed that `text` spells: "max", or a decimal number above 0. No value for anything else.
 [[nodiscard]] std::optional<PlaybackSpeed> parseSpeed(const std::string& text);

@@ -7,7 +7,8 @@ enum class ExitStatus {
   ok = 0,
   failed = 1,             ///< something went wrong; standard error says what
   usage = 2,              ///< the command line was not understood
-  negative = 3,           ///< the question was answered with no: an alert fired, nothing was being recorded
+  negative = 3,           ///< the question was answered with no: an alert fired, nothing was being
+                          ///< recorded, B is worse
   noSession = 4,          ///< there is no such session
   nothingMeasurable = 5,  ///< this machine, or what stands for it, has nothing to measure
 

@@ -14,6 +14,11 @@ std::string decimal(const std::optional<double>& value, int decimals) {
   return fmt::format("{:.{}f}", std::abs(*value) < unit / 2 ? 0.0 : *value, decimals);
 }
 
+std::string signedDecimal(double value, int decimals) {
+  const std::string text = decimal(value, decimals);
+  return value > 0 && text != decimal(0, decimals) ? "+" + text : text;
+}
+
 std::string figureText(const std::optional<double>& value, const std::string& unit) {
   if (unit == "W" || unit == "V" || unit == "A") return decimal(value, 2);
   return decimal(value, unit == "°C" ? 1 : 0);

@@ -14,6 +14,9 @@ inline constexpr const char* unknown = "unknown";
 /// `value` with so many decimals, in the C locale; "unknown" without a value.
 [[nodiscard]] std::string decimal(const std::optional<double>& value, int decimals);
 
+/// As `decimal`, with a plus before what is more than nothing.
+[[nodiscard]] std::string signedDecimal(double value, int decimals);
+
 /// A figure with as many decimals as its unit deserves: none for counts, one for degrees, two for watts.
 [[nodiscard]] std::string figureText(const std::optional<double>& value, const std::string& unit);
 

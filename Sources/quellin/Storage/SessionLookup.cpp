@@ -1,42 +1,62 @@
 #include "quellin/Storage/SessionLookup.h"
 
-#include <algorithm>
-#include <cctype>
-#include <vector>
-
+#include "QuellinCore/Sessions/Analysis/SessionChoice.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {
 
-std::string upperCased(std::string text) {
-  std::ranges::transform(text, text.begin(),
-                         [](unsigned char character) { return static_cast<char>(std::toupper(character)); });
-  return text;
+using Sessions = std::vector<std::shared_ptr<PowerSession>>;
+
+std::vector<SessionName> namesOf(const Sessions& sessions) {
+  std::vector<SessionName> names;
+  names.reserve(sessions.size());
+  for (const auto& session : sessions) {
+    names.push_back({.id = session->id(), .title = session->title(), .madeAt = session->createdAt()});
+  }
+  return names;
+}
+
+Failure failureOf(const SessionChoiceError& error, const Options& options) {
+  switch (error.reason) {
+    case SessionChoiceError::Reason::nothingRecorded:
+      return {ExitStatus::noSession,
+              "there are no sessions yet. " + hintAt("record", options) + " makes one."};
+    case SessionChoiceError::Reason::unknown:
+      return {ExitStatus::noSession,
+              "there is no session '" + error.word + "'. " + hintAt("sessions", options) + " lists them."};
+    case SessionChoiceError::Reason::ambiguous:
+      return {ExitStatus::usage, "'" + error.word + "' is the beginning of " + std::to_string(error.matches) +
+                                     " sessions. Give more of the identifier."};
+    case SessionChoiceError::Reason::repeated:
+      break;
+  }
+  return {ExitStatus::usage,
+          "session " + error.word + " is named twice. A session is compared with others, and counts once."};
+}
+
+Sessions pick(const Sessions& sessions, const ChosenSessions& places) {
+  Sessions picked;
+  picked.reserve(places.size());
+  for (const std::size_t place : places) picked.push_back(sessions.at(place));
+  return picked;
 }
 
 }  // namespace
 
 std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const Options& options) {
-  const std::string& name = options.word;
-  std::vector<std::shared_ptr<PowerSession>> found = store.sessions();
-  if (found.empty())
-    throw Failure{ExitStatus::noSession,
-                  "there are no sessions yet. " + hintAt("record", options) + " makes one."};
-  if (name == "last") return *std::ranges::max_element(found, {}, &PowerSession::createdAt);
-  const std::string beginning = upperCased(name);
-  // Every identifier begins with nothing, but nobody means one by it.
-  std::erase_if(found, [&](const auto& session) {
-    return beginning.empty() || !session->id().text().starts_with(beginning);
-  });
-  if (found.size() == 1) return found.front();
-  if (found.empty()) {
-    throw Failure{ExitStatus::noSession,
-                  "there is no session '" + name + "'. " + hintAt("sessions", options) + " lists them."};
-  }
-  throw Failure{ExitStatus::usage, "'" + name + "' is the beginning of " + std::to_string(found.size()) +
-                                       " sessions. Give more of the identifier."};
+  const Sessions sessions = store.sessions();
+  const auto chosen = chooseSession(namesOf(sessions), options.word);
+  if (!chosen) throw failureOf(chosen.error(), options);
+  return sessions.at(*chosen);
+}
+
+SessionSides findSides(PowerSessionStore& store, const Options& options) {
+  const Sessions sessions = store.sessions();
+  const auto chosen = chooseSides(namesOf(sessions), options.word, options.other);
+  if (!chosen) throw failureOf(chosen.error(), options);
+  return {.a = pick(sessions, chosen->a), .b = pick(sessions, chosen->b)};
 }
 
 std::string shortID(const PowerSession& session) { return session.id().text().substr(0, 8); }

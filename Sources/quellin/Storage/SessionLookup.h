@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "quellin/CommandLine/Options.h"
@@ -12,6 +13,16 @@ namespace quellin::cli {
 /// shares, or "last" for the one that was recorded last: over a trace a session may have started long before.
 /// Throws `Failure`: noSession when there is none, usage when there are several.
 [[nodiscard]] std::shared_ptr<PowerSession> findSession(PowerSessionStore& store, const Options& options);
+
+/// Sessions to compare.
+struct SessionSides {
+  std::vector<std::shared_ptr<PowerSession>> a;
+  std::vector<std::shared_ptr<PowerSession>> b;
+};
+
+/// The sessions that the two words of the options name, by title, too; see `chooseSides`. Throws `Failure` as
+/// `findSession`, and usage when a session is named twice.
+[[nodiscard]] SessionSides findSides(PowerSessionStore& store, const Options& options);
 
 /// As much of a session's identifier as people need to see.
 [[nodiscard]] std::string shortID(const PowerSession& session);

@@ -56,6 +56,15 @@ TEST(WattsTest, AreADecimalNumberFromZeroUp) {
   }
 }
 
+TEST(PercentTest, IsADecimalNumberFromZeroUpWithOrWithoutItsSign) {
+  EXPECT_EQ(parsePercent("0"), 0);
+  EXPECT_EQ(parsePercent("2.5"), 2.5);
+  EXPECT_EQ(parsePercent("5%"), 5);
+  for (const char* const text : {"", "%", "-1", "5 %", "5%%", "nan", "some"}) {
+    EXPECT_EQ(parsePercent(text), std::nullopt) << text;
+  }
+}
+
 TEST(SpeedTest, MaximumTakesNoTime) {
   const auto speed = parseSpeed("max");
   ASSERT_TRUE(speed);

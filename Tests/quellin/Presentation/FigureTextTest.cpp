@@ -47,6 +47,13 @@ TEST(FigureTextTest, FiguresAreSpelledAsInTheTable) {
 
 TEST(FigureTextTest, NothingBelowNothingHasNoMinus) { EXPECT_EQ(decimal(-0.0, 2), "0.00"); }
 
+TEST(FigureTextTest, ADifferenceHasItsSignUnlessItIsNothing) {
+  EXPECT_EQ(signedDecimal(0.416, 2), "+0.42");
+  EXPECT_EQ(signedDecimal(-8.14, 1), "-8.1");
+  EXPECT_EQ(signedDecimal(0.004, 2), "0.00");
+  EXPECT_EQ(signedDecimal(-0.004, 2), "0.00");
+}
+
 TEST(FigureTextTest, TheUnitTellsTheDecimals) {
   EXPECT_EQ(figureText(7.126, "W"), "7.13");
   EXPECT_EQ(figureText(-1.254, "A"), "-1.25");

@@ -29,6 +29,12 @@ struct SessionLookupTest : testing::Test {
     return findSession(*memory.store, options);
   }
 
+  SessionSides findBoth(const std::string& a, const std::string& b) {
+    options.word = a;
+    options.other = b;
+    return findSides(*memory.store, options);
+  }
+
   // How the lookup of `name` fails; no value when it does not.
   std::optional<Failure> failureOf(const std::string& name) {
     try {
@@ -100,6 +106,27 @@ TEST_F(SessionLookupTest, ABeginningThatSeveralShareIsRefused) {
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->status(), ExitStatus::usage);
   EXPECT_THAT(failure->what(), HasSubstr("Give more of the identifier."));
+}
+
+TEST_F(SessionLookupTest, SidesAreNamedByTitlesToo) {
+  const auto old = finished(1000);
+  const auto other = finished(2000);
+  const auto other2 = finished(3000);
+  old->setTitle("Old");
+  const SessionSides sides = findBoth("Old", "Test");
+  EXPECT_THAT(sides.a, testing::ElementsAre(old));
+  EXPECT_THAT(sides.b, testing::ElementsAre(other2, other));
+}
+
+TEST_F(SessionLookupTest, ASessionOnBothSidesIsRefused) {
+  finished(1000);
+  try {
+    static_cast<void>(findBoth("last", "Test"));
+    FAIL();
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.status(), ExitStatus::usage);
+    EXPECT_THAT(failure.what(), HasSubstr("is named twice"));
+  }
 }
 
 TEST_F(SessionLookupTest, NoNameIsNoSession) {

@@ -1,0 +1,61 @@
+#include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
+#include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
+#include "quellin/Outcome/Failure.h"
+#include "quellin/Presentation/ComparisonReport.h"
+#include "quellin/Presentation/FigureText.h"
+#include "quellin/Presentation/JSONOutput.h"
+#include "quellin/Progress/SlowWork.h"
+#include "quellin/Storage/SessionLookup.h"
+#include "quellin/Storage/SessionStore.h"
+
+namespace quellin::cli {
+namespace {
+
+std::vector<ComparedSession> readSessions(PowerSessionStore& store,
+                                          const std::vector<std::shared_ptr<PowerSession>>& sessions) {
+  std::vector<ComparedSession> read;
+  read.reserve(sessions.size());
+  for (const auto& session : sessions) read.push_back(comparedSession(analyseSession(store, session)));
+  return read;
+}
+
+SessionComparison compareNamed(const Options& options) {
+  const auto store = openRecordedStore(options);
+  const SessionSides sides = findSides(*store, options);
+  auto comparison = compareSessions(readSessions(*store, sides.a), readSessions(*store, sides.b));
+  if (!comparison) {
+    throw Failure{ExitStatus::failed, comparison.error() + ". " + hintAt("show ID", options) +
+                                          " says which readings a session has."};
+  }
+  if (options.thresholdPercent) applyThreshold(*comparison, *options.thresholdPercent);
+  return *std::move(comparison);
+}
+
+// A threshold that could not be applied must not pass for one that was kept.
+ExitStatus judge(const Invocation& invocation, const SessionComparison& comparison) {
+  if (!comparison.thresholdPercent) return ExitStatus::ok;
+  if (comparison.exceedsThreshold)
+    return *comparison.exceedsThreshold ? ExitStatus::negative : ExitStatus::ok;
+  invocation.out.flush();
+  invocation.talk.say("the threshold of " + decimal(comparison.thresholdPercent, 1) +
+                      " % cannot be applied: no figure of what the machine uses has an interval. " +
+                      hintAt("run --repeat 5", invocation.options) + " makes repeats to compare.");
+  return ExitStatus::failed;
+}
+
+}  // namespace
+
+ExitStatus compareRuns(const Invocation& invocation) {
+  SlowWork work{invocation, "comparing the sessions"};
+  const SessionComparison comparison = compareNamed(invocation.options);
+  work.end();
+  if (invocation.options.json) {
+    writeJSON(invocation.out, comparison);
+  } else {
+    invocation.out.write(comparisonText(comparison, invocation.outTerminal.width));
+  }
+  return judge(invocation, comparison);
+}
+
+}  // namespace quellin::cli
