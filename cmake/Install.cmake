@@ -36,11 +36,11 @@ configure_file(cmake/quellincore.pc.in quellincore.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quellincore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 install(FILES LICENSE THIRD_PARTY.md README.md docs/formats.md docs/security.md docs/linux.md docs/macos.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
   install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
   install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libquellincore-dev COMPONENT development)
 endif()
-  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 
 # The manual page and the completions, as the program itself prints them.
 if(NOT CMAKE_CROSSCOMPILING)
