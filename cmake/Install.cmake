@@ -6,16 +6,15 @@ install(TARGETS quellin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT pr
 # Without its set-user-ID bit: whether anybody may read the sensors as root is the administrator's decision.
 install(TARGETS QuellinHelper RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/quellin COMPONENT program)
 install(TARGETS QuellinCore QuellinSessions EXPORT QuellinCoreTargets
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT program NAMELINK_COMPONENT development)
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+if(QUELLIN_SHARED)
+  install(TARGETS QuellinCoreShared QuellinSessionsShared EXPORT QuellinCoreSharedTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT shared)
+  install(EXPORT QuellinCoreSharedTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT shared)
+endif()
 
-# The contracts and all above them; not how one host fills them, not what the store is made of, not the
-# coroutines of the engine, and not the parser of JSON.
 install(DIRECTORY Sources/QuellinCore DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
-  FILES_MATCHING PATTERN "*.h"
-  PATTERN Darwin EXCLUDE PATTERN Linux EXCLUDE PATTERN IOReport EXCLUDE PATTERN Storage EXCLUDE
-  REGEX "/Sessions/(RecorderState)\\.h$" EXCLUDE REGEX "/Support/(Awaiting)\\.h$" EXCLUDE
-  REGEX "/JSON/(JSONNode)\\.h$" EXCLUDE)
+  FILES_MATCHING PATTERN "*.h" REGEX "${QUELLIN_INTERNAL_PATH}" EXCLUDE)
 
 install(EXPORT QuellinCoreTargets NAMESPACE QuellinCore:: DESTINATION ${configFolder} COMPONENT development)
 configure_package_config_file(cmake/QuellinCoreConfig.cmake.in QuellinCoreConfig.cmake

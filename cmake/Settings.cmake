@@ -4,7 +4,7 @@ target_include_directories(QuellinSettings INTERFACE ${PROJECT_SOURCE_DIR}/Sourc
 target_compile_options(QuellinSettings INTERFACE
   -Wall -Wextra -Wpedantic $<$<BOOL:${QUELLIN_WARNINGS_AS_ERRORS}>:-Werror> -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wcast-align
   -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wdouble-promotion -Wimplicit-fallthrough
-  $<$<NOT:$<BOOL:${QUELLIN_SHARED}>>:-fvisibility=hidden> -fstack-protector-strong
+  $<$<NOT:$<BOOL:$<TARGET_PROPERTY:QUELLIN_FOR_SHARING>>>:-fvisibility=hidden> -fstack-protector-strong
   $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 
 # clang calls std::stable_sort deprecated for what libstdc++ 12 does inside it.

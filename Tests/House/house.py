@@ -169,13 +169,35 @@ def tracked(root, *patterns):
     return [Path(root) / line for line in listing.splitlines()]
 
 
+def internal_names(root):
+    """The folders and headers of the core that are not installed."""
+    sharing = (Path(root) / "cmake/SharedLibrary.cmake").read_text(encoding="utf-8")
+    return re.search(r"set\(QUELLIN_INTERNAL ([^)]*)\)", sharing).group(1).split()
+
+
+def silent_on_threads(root):
+    """Classes of installed headers that do not say which threads may use them."""
+    internal = re.compile(rf"/({'|'.join(internal_names(root))})(/|$)")
+    headers = [path for path in sorted((Path(root) / "Sources/QuellinCore").rglob("*.h")) if not internal.search(str(path))]
+    found = []
+    for path in headers:
+        comment, name = "", ""
+        for line in path.read_text(encoding="utf-8").splitlines():
+            declared = re.match(r"class (\w+).*\{$", line)
+            name = declared.group(1) if declared else name
+            if name or line.startswith("///"):
+                comment += line
+            if name and line.startswith("};") and not re.search(r"thread|main(\s|///)+executor", comment, re.IGNORECASE):
+                found.append(f"{path.relative_to(root)}: {name} does not say which threads may use it")
+            if line.startswith("};") or not (name or line.startswith(("///", "template"))):
+                comment, name = "", ""
+    return found
+
+
 def undocumented_installs(root):
     """Headers that are installed but left out of the API documentation, and the reverse."""
-    install = (Path(root) / "cmake/Install.cmake").read_text(encoding="utf-8")
     doxyfile = (Path(root) / "docs/Doxyfile").read_text(encoding="utf-8")
-    not_installed = {f"{room}/" for room in re.findall(r"PATTERN (\w+) EXCLUDE", install)}
-    for folder, names in re.findall(r'REGEX "/(\w+)/\(([\w|]+)\)', install):
-        not_installed |= {f"{folder}/{name}.h" for name in names.split("|")}
+    not_installed = {name if name.endswith(".h") else f"{name}/" for name in internal_names(root)}
     not_documented = {name.removesuffix("*") for name in re.findall(r"\*/(\w+/(?:\*|\w+\.h))", doxyfile)}
-    return [f"{name}: is left out of only one of cmake/Install.cmake and docs/Doxyfile"
+    return [f"{name}: is left out of only one of cmake/SharedLibrary.cmake and docs/Doxyfile"
             for name in sorted(not_installed ^ not_documented)]

@@ -69,24 +69,43 @@ class IncludeDirections(Tree):
 
 
 class Documentation(Tree):
-    def install(self, names):
-        self.write("cmake/Install.cmake", f'  PATTERN Linux EXCLUDE\n  REGEX "/Sessions/({names})\\\\.h$" EXCLUDE)\n')
+    def install(self, *names):
+        self.write("cmake/SharedLibrary.cmake", f"set(QUELLIN_INTERNAL {' '.join(names)})\n")
 
     def test_what_is_installed_is_documented(self):
-        self.install("Database|Query")
+        self.install("Linux", "Sessions/Database.h", "Sessions/Query.h")
         self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Linux/* */Sessions/Database.h \\\n  */Sessions/Query.h\n")
         self.assertEqual(house.undocumented_installs(self.root), [])
 
     def test_a_difference_is_named_from_either_side(self):
-        self.install("Database")
+        self.install("Linux", "Sessions/Database.h")
         self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Linux/* */Sessions/Query.h\n")
         self.assertEqual([line.split(":")[0] for line in house.undocumented_installs(self.root)],
                          ["Sessions/Database.h", "Sessions/Query.h"])
 
     def test_a_room_counts_too(self):
-        self.install("Database")
+        self.install("Linux", "Sessions/Database.h")
         self.write("docs/Doxyfile", "EXCLUDE_PATTERNS = */Sessions/Database.h\n")
         self.assertEqual(len(house.undocumented_installs(self.root)), 1)
+
+
+class Threading(Tree):
+    def found_in(self, name, text):
+        self.write("cmake/SharedLibrary.cmake", "set(QUELLIN_INTERNAL Linux)\n")
+        self.write(f"Sources/QuellinCore/{name}", text)
+        return [line.split(": ")[1].split()[0] for line in house.silent_on_threads(self.root)]
+
+    def test_a_class_that_says_nothing_is_named(self):
+        text = "/// Thread-safe.\nclass First {\n};\n\n/// A list.\nclass Second final : public First {\n  int a;\n};\n"
+        self.assertEqual(self.found_in("Support/Two.h", text), ["Second"])
+
+    def test_one_says_it_above_or_within_or_by_the_main_executor(self):
+        text = ("/// One thread at a time.\nclass First {\n};\n\nclass Second {\n  /// On any thread.\n  int a();\n};\n"
+                "/// On the main\n/// executor only.\ntemplate <class T>\nclass Third {\n};\n")
+        self.assertEqual(self.found_in("Support/Three.h", text), [])
+
+    def test_internal_headers_may_be_silent(self):
+        self.assertEqual(self.found_in("Platform/Linux/Silent.h", "class First {\n};\n"), [])
 
 
 class Budget(Tree):

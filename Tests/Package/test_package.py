@@ -3,18 +3,17 @@
 usage: test_package.py BUILD_FOLDER COMPILER
 """
 
-import json
 import os
 import re
 import shutil
 import stat
-import subprocess
 import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
+from using import HERE, assert_exports_a_session, run
+
 BUILD = Path(sys.argv.pop(1)).resolve()
 COMPILER = sys.argv.pop(1)
 
@@ -27,25 +26,14 @@ PROGRAM_FILES = {
 }
 
 
-def run(*command, **options):
-    result = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
-    if result.returncode != 0:
-        raise AssertionError(f"{command}: exit status {result.returncode}\n{result.stdout}{result.stderr}")
-    return result.stdout
-
-
 class PackageTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = Path(tempfile.mkdtemp(prefix="quellin-package-"))
         cls.addClassCleanup(shutil.rmtree, cls.folder)
         cls.prefix = cls.folder / "installed"
-        run("cmake", "--install", BUILD, "--prefix", cls.prefix)
-
-    def assert_exports_a_session(self, text):
-        records = [json.loads(line) for line in text.splitlines()]
-        self.assertEqual([record["recordType"] for record in records], ["session", "sample"])
-        self.assertEqual(records[0]["session"]["title"], "Consumer")
+        for component in ("program", "development"):
+            run("cmake", "--install", BUILD, "--prefix", cls.prefix, "--component", component)
 
     def test_every_file_has_its_place(self):
         found = {str(path.relative_to(self.prefix)) for path in self.prefix.rglob("*") if path.is_file()}
@@ -71,7 +59,7 @@ class PackageTest(unittest.TestCase):
         run("cmake", "-G", "Ninja", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
             f"-DCMAKE_CXX_COMPILER={COMPILER}")
         run("cmake", "--build", build)
-        self.assert_exports_a_session(run(build / "consumer"))
+        assert_exports_a_session(self, run(build / "consumer"))
 
     def test_a_project_with_pkg_config_builds_against_it(self):
         package = next(self.prefix.rglob("quellincore.pc"))
@@ -79,15 +67,13 @@ class PackageTest(unittest.TestCase):
         flags = run("pkg-config", "--static", "--cflags", "--libs", "quellincore", env=environment)
         program = self.folder / "with-pkg-config"
         run(COMPILER, "-std=c++23", HERE / "Consumer/main.cpp", "-o", program, *flags.split())
-        self.assert_exports_a_session(run(program))
+        assert_exports_a_session(self, run(program))
 
     def test_every_header_that_is_installed_stands_alone(self):
         include = self.prefix / "include"
         headers = sorted(str(path.relative_to(include)) for path in include.rglob("*.h"))
         self.assertGreater(len(headers), 80)
         source = self.folder / "headers.cpp"
-        self.assertEqual(re.findall(r"^\S*[sS]\S* .*", listing, re.MULTILINE), [])
-        self.assertIn(" ./usr/share/doc/libquellincore-dev/copyright\n", run("dpkg-deb", "--contents", made["libquellincore-dev"]))
         source.write_text("".join(f'#include "{name}"\n' for name in reversed(headers)), encoding="utf-8")
         run(COMPILER, "-std=c++23", "-fsyntax-only", f"-I{include}", source)
 
@@ -100,6 +86,8 @@ class PackageTest(unittest.TestCase):
         for name in PROGRAM_FILES:
             self.assertIn(f" ./usr/{name}\n", listing)
         self.assertRegex(listing, r"-rwxr-xr-x root/root .*/QuellinHelper\n")
+        self.assertEqual(re.findall(r"^\S*[sS]\S* .*", listing, re.MULTILINE), [])
+        self.assertIn(" ./usr/share/doc/libquellincore-dev/copyright\n", run("dpkg-deb", "--contents", made["libquellincore-dev"]))
         control = run("dpkg-deb", "--field", made["quellin"], "Depends")
         self.assertIn("libsqlite3-0", control)
         control = run("dpkg-deb", "--field", made["libquellincore-dev"], "Depends")

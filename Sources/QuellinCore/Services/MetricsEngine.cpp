@@ -35,7 +35,7 @@ bool isWanted(const std::weak_ptr<PollingTask>& weak) {
 
 /// What the polling loop reaches. The engine owns it; the loop holds it weakly, so that it ends with the
 /// engine.
-struct MetricsEngine::State : std::enable_shared_from_this<State> {
+struct [[gnu::visibility("hidden")]] MetricsEngine::State : std::enable_shared_from_this<State> {
   std::shared_ptr<MainExecutor> executor;
   std::shared_ptr<const Reader> reader;
   Background* background = nullptr;

@@ -34,7 +34,7 @@ bool isStoredInOrderOfTime(Database& database, const KeyRange& keys) {
 
 }  // namespace
 
-struct SampleCursor::State {
+struct [[gnu::visibility("hidden")]] SampleCursor::State {
   State(Database& ofDatabase, SessionBlobs& ofBlobs, OnDamage onRowDamage, Order order)
       : database(ofDatabase),
         blobs(ofBlobs),

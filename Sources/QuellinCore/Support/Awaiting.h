@@ -22,7 +22,7 @@ namespace quellin {
 /// The main executor in the form that Boost.Asio runs coroutines on. Holds it weakly: tasks that wait in its
 /// queue hold coroutines, which hold this, and all of them must go with the executor. What comes too late is
 /// dropped.
-class CoroutineExecutor {
+class [[gnu::visibility("hidden")]] CoroutineExecutor {
  public:
   /// Does not keep `executor` alive.
   explicit CoroutineExecutor(const std::shared_ptr<MainExecutor>& executor) : executor_(executor) {}

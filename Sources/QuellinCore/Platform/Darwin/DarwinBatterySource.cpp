@@ -91,6 +91,8 @@ class DarwinBatterySource final : public BatterySource {
 
 }  // namespace
 
-std::shared_ptr<BatterySource> nativeBatterySource() { return std::make_shared<DarwinBatterySource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<BatterySource> nativeBatterySource() {
+  return std::make_shared<DarwinBatterySource>();
+}
 
 }  // namespace quellin

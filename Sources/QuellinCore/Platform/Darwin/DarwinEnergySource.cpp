@@ -95,6 +95,8 @@ class DarwinEnergySource final : public EnergySource {
 
 }  // namespace
 
-std::shared_ptr<EnergySource> nativeEnergySource() { return std::make_shared<DarwinEnergySource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<EnergySource> nativeEnergySource() {
+  return std::make_shared<DarwinEnergySource>();
+}
 
 }  // namespace quellin

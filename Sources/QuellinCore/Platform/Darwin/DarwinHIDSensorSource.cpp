@@ -108,6 +108,8 @@ class DarwinHIDSensorSource final : public HIDSensorSource {
 
 }  // namespace
 
-std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() { return std::make_shared<DarwinHIDSensorSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() {
+  return std::make_shared<DarwinHIDSensorSource>();
+}
 
 }  // namespace quellin

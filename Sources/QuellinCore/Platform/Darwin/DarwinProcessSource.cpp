@@ -94,6 +94,8 @@ class DarwinProcessSource final : public ProcessSource {
 
 }  // namespace
 
-std::shared_ptr<ProcessSource> nativeProcessSource() { return std::make_shared<DarwinProcessSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<ProcessSource> nativeProcessSource() {
+  return std::make_shared<DarwinProcessSource>();
+}
 
 }  // namespace quellin

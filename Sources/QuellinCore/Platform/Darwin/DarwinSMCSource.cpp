@@ -71,6 +71,8 @@ class DarwinSMCSource final : public SMCSource {
 
 }  // namespace
 
-std::shared_ptr<SMCSource> nativeSMCSource() { return std::make_shared<DarwinSMCSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<SMCSource> nativeSMCSource() {
+  return std::make_shared<DarwinSMCSource>();
+}
 
 }  // namespace quellin

@@ -43,6 +43,8 @@ class DarwinThermalSource final : public ThermalSource {
 
 }  // namespace
 
-std::shared_ptr<ThermalSource> nativeThermalSource() { return std::make_shared<DarwinThermalSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<ThermalSource> nativeThermalSource() {
+  return std::make_shared<DarwinThermalSource>();
+}
 
 }  // namespace quellin

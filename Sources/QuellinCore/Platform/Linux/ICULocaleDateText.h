@@ -8,7 +8,7 @@
 namespace quellin {
 
 /// Date texts from ICU's locale data. Thread-safe.
-class ICULocaleDateText final : public LocaleDateText {
+class [[gnu::visibility("hidden")]] ICULocaleDateText final : public LocaleDateText {
  public:
   /// The user's locale and time zone; US English when the process runs in the C locale.
   ICULocaleDateText() = default;

@@ -135,6 +135,8 @@ SourceDiagnosis LinuxBatterySource::diagnose() {
   return absentSource(sourceName, "None of the machine's power supplies is a battery of its own.", path);
 }
 
-std::shared_ptr<BatterySource> nativeBatterySource() { return std::make_shared<LinuxBatterySource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<BatterySource> nativeBatterySource() {
+  return std::make_shared<LinuxBatterySource>();
+}
 
 }  // namespace quellin

@@ -86,6 +86,8 @@ SourceDiagnosis LinuxEnergySource::diagnose() {
   return availableInPart(sourceName, "Read: " + names + ".", path, faults, permission);
 }
 
-std::shared_ptr<EnergySource> nativeEnergySource() { return std::make_shared<LinuxEnergySource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<EnergySource> nativeEnergySource() {
+  return std::make_shared<LinuxEnergySource>();
+}
 
 }  // namespace quellin

@@ -75,6 +75,8 @@ SourceDiagnosis LinuxHIDSensorSource::diagnose() {
                       "No monitoring chip of the machine has a temperature input that is switched on.", path);
 }
 
-std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() { return std::make_shared<LinuxHIDSensorSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<HIDSensorSource> nativeHIDSensorSource() {
+  return std::make_shared<LinuxHIDSensorSource>();
+}
 
 }  // namespace quellin

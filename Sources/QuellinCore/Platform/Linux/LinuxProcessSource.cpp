@@ -52,6 +52,8 @@ SourceDiagnosis LinuxProcessSource::diagnose() {
   return diagnosis;
 }
 
-std::shared_ptr<ProcessSource> nativeProcessSource() { return std::make_shared<LinuxProcessSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<ProcessSource> nativeProcessSource() {
+  return std::make_shared<LinuxProcessSource>();
+}
 
 }  // namespace quellin

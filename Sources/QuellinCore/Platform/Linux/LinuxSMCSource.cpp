@@ -97,6 +97,8 @@ SourceDiagnosis LinuxSMCSource::diagnose() {
   return absentSource(sourceName, "No monitoring chip of the machine counts a fan.", path);
 }
 
-std::shared_ptr<SMCSource> nativeSMCSource() { return std::make_shared<LinuxSMCSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<SMCSource> nativeSMCSource() {
+  return std::make_shared<LinuxSMCSource>();
+}
 
 }  // namespace quellin

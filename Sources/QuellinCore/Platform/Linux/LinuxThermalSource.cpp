@@ -57,6 +57,8 @@ SourceDiagnosis LinuxThermalSource::diagnose() {
                       devicesPath);
 }
 
-std::shared_ptr<ThermalSource> nativeThermalSource() { return std::make_shared<LinuxThermalSource>(); }
+[[gnu::visibility("default")]] std::shared_ptr<ThermalSource> nativeThermalSource() {
+  return std::make_shared<LinuxThermalSource>();
+}
 
 }  // namespace quellin

@@ -6,7 +6,7 @@ namespace quellin {
 
 /// While it lives, all readings of a database see it as it was at the first of them, whatever other processes
 /// write. The database must not be written meanwhile.
-class ReadSnapshot {
+class [[gnu::visibility("hidden")]] ReadSnapshot {
  public:
   explicit ReadSnapshot(Database& database) : database_(database) { database_.execute("BEGIN"); }
   ReadSnapshot(const ReadSnapshot&) = delete;

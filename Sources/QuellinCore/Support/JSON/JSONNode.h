@@ -35,7 +35,7 @@ class JSONNode {
   [[nodiscard]] bool isNumber() const { return first() == '-' || (first() >= '0' && first() <= '9'); }
 
   // Keeps what is wrong with the value, unless something was found before.
-  void note(DecodingError::Kind kind, std::string description);
+  [[gnu::visibility("hidden")]] void note(DecodingError::Kind kind, std::string description);
 
   simdjson::ondemand::value value;
   std::string_view token;  // the scalar, or the opening bracket
