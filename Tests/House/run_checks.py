@@ -20,7 +20,7 @@ def registered_tests(build):
 
 def main():
     found = house.include_violations(ROOT / "Sources") + house.page_import_violations(ROOT) + house.budgets_of_tree(ROOT)
-    found += house.undocumented_installs(ROOT) + house.stale_pictures(ROOT)
+    found += house.undocumented_installs(ROOT) + house.silent_on_threads(ROOT) + house.stale_pictures(ROOT)
     if len(sys.argv) > 1:
         build = Path(sys.argv[1])
         commands = json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))

@@ -22,7 +22,7 @@ struct NumberObject {
 struct Property;
 
 /// A string-keyed table of plain values, as hardware registries publish them. Keeps the order of first
-/// insertion.
+/// insertion. A plain value: several threads may read one, as long as none changes it.
 class PropertyTable {
  public:
   /// One value; its kind is kept, so an integer is never taken for a double.

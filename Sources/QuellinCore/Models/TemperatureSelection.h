@@ -13,7 +13,8 @@
 namespace quellin {
 
 /// A list of sensors, each looked at once, and the questions that the display asks of it. Keeps pointers to
-/// the sensors, which must outlive it.
+/// the sensors, which must outlive it. Never changes: any thread may ask it, as long as none changes the
+/// sensors.
 class TemperatureSelection {
  public:
   /// One question about a sensor.

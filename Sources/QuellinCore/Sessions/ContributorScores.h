@@ -15,7 +15,8 @@
 namespace quellin {
 
 /// Adds up what processes cost. Measured and sampled contributions count apart, each by the name of the
-/// process, not by its identifier: restarts and several processes of one name are one entry.
+/// process, not by its identifier: restarts and several processes of one name are one entry. A plain value:
+/// several threads may read one, as long as none changes it.
 class ContributorScores {
  public:
   /// How many contributors a summary names.

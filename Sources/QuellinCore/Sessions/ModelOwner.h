@@ -10,7 +10,8 @@ namespace quellin {
 class PowerSession;
 class PowerSessionSample;
 
-/// What a stored model asks of the context that it belongs to.
+/// What a stored model asks of the context that it belongs to. Called where the models are used: on the main
+/// executor, hence by one thread at a time.
 class ModelOwner {
  public:
   ModelOwner() = default;

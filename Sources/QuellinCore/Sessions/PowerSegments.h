@@ -12,7 +12,7 @@
 
 namespace quellin {
 
-/// The segment that is still open.
+/// The segment that is still open. A plain value: several threads may read one, as long as none changes it.
 class PowerSegmentBuilder {
  public:
   /// An empty segment for `first` and what follows it; `first` itself is not in it yet.
@@ -39,7 +39,8 @@ class PowerSegmentBuilder {
   BatterySpan battery_;
 };
 
-/// Cuts a stream of points into segments. A value: work on a copy leaves the original open.
+/// Cuts a stream of points into segments. A value: work on a copy leaves the original open. Several threads
+/// may read one, as long as none changes it.
 class PowerSegmentAccumulator {
  public:
   /// Adds a point to the open segment, or opens another one with it.

@@ -10,6 +10,7 @@
 namespace quellin {
 
 /// Measures what recording costs this process, and hands it on piece by piece: each piece is counted once.
+/// Used where the recorder is, on the main executor: by one thread at a time.
 class RecorderMeter {
  public:
   /// Measures from now on. `clock` must outlive the meter.

@@ -15,7 +15,8 @@ namespace quellin {
 
 /// The summary of a session that is being recorded, kept up to date without reading the store again. It
 /// differs from the stored one where the order of recording matters (a session lasts until the sample
-/// recorded last) and in that pro telemetry stands in for the process activity of its sample.
+/// recorded last) and in that pro telemetry stands in for the process activity of its sample. A plain value:
+/// several threads may read one, as long as none changes it.
 class RunningSummary {
  public:
   RunningSummary();

@@ -15,7 +15,7 @@ class SessionBlobs;
 /// Walks over the stored samples of one session without making an object of each and in constant memory. It
 /// sees the samples that were stored when it was made. Throws `StoreError` when the store cannot be read. The
 /// store must not be written through the same store object while a cursor lives, and the cursor must not
-/// outlive it.
+/// outlive it. Like its store, it is for the main executor only, hence for one thread at a time.
 class SampleCursor {
  public:
   /// What to do about rows that are not what was written, or that are missing from the middle.

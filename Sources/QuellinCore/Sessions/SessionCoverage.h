@@ -49,7 +49,8 @@ struct ReadingGap {
 [[nodiscard]] double longestCoveredSeconds(double sampleInterval);
 
 /// Works out the coverage of a session from its readings, one after the other. A sample without watts is no
-/// reading: it neither covers time nor ends the time between its neighbours. A clock set back adds nothing.
+/// reading: it neither covers time nor ends the time between its neighbours. A clock set back adds nothing. A
+/// plain value: several threads may read one, as long as none changes it.
 class CoverageBuilder {
  public:
   /// For a session from `startedAt` with a sample every `sampleInterval` seconds.

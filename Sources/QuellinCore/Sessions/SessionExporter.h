@@ -11,7 +11,8 @@
 
 namespace quellin {
 
-/// Writes an exported session line by line, holding one piece of it at a time.
+/// Writes an exported session line by line, holding one piece of it at a time. One thread at a time; the sink
+/// is called on it.
 class SessionExporter {
  public:
   explicit SessionExporter(TextSink sink);  ///< `sink` gets pieces of text, not lines

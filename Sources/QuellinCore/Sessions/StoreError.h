@@ -6,7 +6,8 @@
 
 namespace quellin {
 
-/// What kept the session store from doing its work. A file that could not be used is left as it was.
+/// What kept the session store from doing its work. A file that could not be used is left as it was. A plain
+/// value: several threads may read one, as long as none changes it.
 class StoreError : public std::runtime_error {
  public:
   /// What callers may tell apart.

@@ -14,7 +14,7 @@ namespace quellin {
 [[nodiscard]] Instant sessionEnd(const PowerSession& session, Instant lastTimestamp);
 
 /// Works out the summary of a stored session from its samples, one after the other, in memory that grows only
-/// with the segments and contributors.
+/// with the segments and contributors. One thread at a time.
 class StoredSummary {
  public:
   /// Takes the next sample; they come by timestamp. Returns its power point.

@@ -15,7 +15,8 @@ using Instant = std::chrono::time_point<std::chrono::system_clock, Seconds>;
   return Instant{Seconds{secondsSince1970}};
 }
 
-/// Source of wall-clock instants, for records. Injected wherever "now" is part of a result.
+/// Source of wall-clock instants, for records. Injected wherever "now" is part of a result. Any thread may
+/// ask it, several at once, too.
 class WallClock {
  public:
   virtual ~WallClock() = default;

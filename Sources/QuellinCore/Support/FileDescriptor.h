@@ -11,7 +11,8 @@
 
 namespace quellin {
 
-/// Owner of one open file descriptor; closes it at the end of its life. Move-only.
+/// Owner of one open file descriptor; closes it at the end of its life. Move-only. Several threads may read
+/// one, as long as none changes it.
 class FileDescriptor {
  public:
   FileDescriptor() = default;

@@ -6,7 +6,8 @@
 
 namespace quellin {
 
-/// Writes instants the way the user's locale and time zone have it.
+/// Writes instants the way the user's locale and time zone have it. Any thread may ask it, several at once,
+/// too.
 class LocaleDateText {
  public:
   virtual ~LocaleDateText() = default;

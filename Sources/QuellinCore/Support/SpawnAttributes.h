@@ -9,7 +9,7 @@
 namespace quellin::detail {
 
 /// The attributes and file actions of a posix_spawn that gives the child its three streams and no other
-/// descriptor, default signal dispositions and an empty signal mask.
+/// descriptor, default signal dispositions and an empty signal mask. One thread at a time.
 class SpawnAttributes {
  public:
   SpawnAttributes();

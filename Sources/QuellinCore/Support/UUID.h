@@ -9,7 +9,8 @@
 
 namespace quellin {
 
-/// A universally unique identifier: 16 bytes. The default one is all zeros. Ordered by its bytes.
+/// A universally unique identifier: 16 bytes. The default one is all zeros. Ordered by its bytes. A plain
+/// value: several threads may read one, as long as none changes it.
 class UUID {
  public:
   using Bytes = std::array<std::uint8_t, 16>;  ///< in the order of the text

@@ -11,7 +11,8 @@
 namespace quellin {
 
 /// Stretches what counters gained over the captured interval to the time that a reader waited on the trace's
-/// clock, so that rates stay what they were.
+/// clock, so that rates stay what they were. A plain value: several threads may read one, as long as none
+/// changes it.
 class IntervalScale {
  public:
   /// Leaves gains as they are when the reader waited as long as the capture (to a microsecond), when the

@@ -8,7 +8,8 @@
 namespace quellin {
 
 /// The processes of a trace; see `recordedSources`. The second snapshot of a scan begins with the first list
-/// that is asked for after a process has been, or after the player's monotonic clock has moved.
+/// that is asked for after a process has been, or after the player's monotonic clock has moved. Any thread
+/// may begin a scan; each scan belongs to one thread at a time.
 class RecordedProcessSource final : public ProcessSource {
  public:
   /// `player` must not be null.

@@ -28,7 +28,8 @@ struct TextLine {
   bool isComplete = false;  ///< whether a line feed ended it
 };
 
-/// Cuts a stream of bytes into lines and holds no more of it than the longest line needs.
+/// Cuts a stream of bytes into lines and holds no more of it than the longest line needs. One thread at a
+/// time.
 class TraceLines {
  public:
   /// A line longer than this is refused rather than held.

@@ -15,7 +15,7 @@
 
 namespace quellin {
 
-/// How fast a trace goes by.
+/// How fast a trace goes by. A plain value: several threads may read one, as long as none changes it.
 class PlaybackSpeed {
  public:
   /// Without any wait.

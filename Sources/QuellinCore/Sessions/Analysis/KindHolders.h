@@ -17,7 +17,8 @@ namespace quellin {
 /// The kinds of the sessions in words: "readings of Battery draw on battery".
 [[nodiscard]] std::string kindsText(std::span<const ComparedSession> sessions);
 
-/// What those sessions have that have readings of one kind. Refers to the sessions.
+/// What those sessions have that have readings of one kind. Refers to the sessions, and is
+/// for any thread as long as none changes these.
 class KindHolders {
  public:
   KindHolders(std::span<const ComparedSession> sessions, std::string_view kind);

@@ -57,7 +57,7 @@ struct SessionSeries {
 };
 
 /// Gathers the series of a session from its samples, one after the other. Memory grows with them, by some
-/// fifty bytes each.
+/// fifty bytes each. One thread at a time.
 class SeriesBuilder {
  public:
   explicit SeriesBuilder(Instant startedAt);  ///< for a session from `startedAt`

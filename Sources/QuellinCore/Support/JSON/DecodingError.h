@@ -5,7 +5,8 @@
 
 namespace quellin {
 
-/// Why a JSON document could not be read.
+/// Why a JSON document could not be read. A plain value: several threads may read one, as long as none
+/// changes it.
 class DecodingError {
  public:
   /// What kind of fault it is.

@@ -33,7 +33,7 @@ struct EncodingError {
 
 /// Appends JSON tokens to a string. It writes ahead of the string's length and cuts it to what was written
 /// when it goes; after a failure it leaves the string as it found it. The string must outlive it and must not
-/// be touched meanwhile.
+/// be touched meanwhile. One thread at a time.
 class JSONWriter {
  public:
   JSONWriter(std::string& text, JSONLayout layout);  ///< appends to `text`

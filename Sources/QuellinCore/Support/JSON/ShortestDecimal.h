@@ -26,7 +26,8 @@ struct ShortestDigits {
 /// has a sign and at least two digits ("1e-05", "9.007199254740994e+15"). Locale plays no part. The value
 /// must be finite.
 ///
-/// Not std::to_chars: the C++ library of macOS 12 lacks it for floating point.
+/// Not std::to_chars: the C++ library of macOS 12 lacks it for floating point. A plain value: several threads
+/// may read one, as long as none changes it.
 class ShortestDecimal {
  public:
   explicit ShortestDecimal(double value);  ///< `value` must be finite
