@@ -21,6 +21,7 @@ namespace quellin {
 /// for any thread as long as none changes these.
 class KindHolders {
  public:
+  /// Those of `sessions` that have readings of `kind`.
   KindHolders(std::span<const ComparedSession> sessions, std::string_view kind);
 
   [[nodiscard]] std::size_t count() const { return sources_.size(); }  ///< how many they are

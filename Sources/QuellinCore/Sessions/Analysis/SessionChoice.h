@@ -21,6 +21,7 @@ struct SessionName {
 
 /// Why words do not say which sessions are meant.
 struct SessionChoiceError {
+  /// What is wrong with them.
   enum class Reason {
     nothingRecorded,  ///< there are no sessions at all
     unknown,          ///< no session is called so
@@ -28,7 +29,7 @@ struct SessionChoiceError {
     repeated,         ///< one session is named twice, so that it would count as two
   };
 
-  Reason reason{};
+  Reason reason{};      ///< what is wrong
   std::string word;     ///< the word in question; of a session that is named twice its identifier
   std::size_t matches;  ///< how many sessions it names
 
@@ -40,8 +41,8 @@ using ChosenSessions = std::vector<std::size_t>;
 
 /// Two sets of sessions to compare.
 struct ChosenSides {
-  ChosenSessions a;
-  ChosenSessions b;
+  ChosenSessions a;  ///< those named first
+  ChosenSessions b;  ///< those that they are compared with
 
   bool operator==(const ChosenSides&) const = default;
 };
