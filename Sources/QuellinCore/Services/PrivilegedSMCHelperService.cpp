@@ -3,9 +3,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include "QuellinCore/Services/ProcessRunner.h"
+#include "QuellinCore/Services/HelperAnswers.h"
 #include "QuellinCore/Support/ChildProcess.h"
-#include "QuellinCore/Support/JSON/JSONDecoder.h"
 
 namespace quellin {
 
@@ -22,8 +21,7 @@ std::vector<TemperatureSensor> PrivilegedSMCHelperService::readTemperatures() co
                                     .standardError = ChildStream::pipe});
   if (!child) return {};
   const std::string output = child->readStandardOutput(maximumChildOutput);
-  if (child->wait() != 0) return {};
-  return decodeJSON<std::vector<TemperatureSensor>>(output).value_or(std::vector<TemperatureSensor>{});
+  return temperaturesOfHelper(child->wait(), output);
 }
 
 }  // namespace quellin

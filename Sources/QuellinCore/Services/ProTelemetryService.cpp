@@ -4,9 +4,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "QuellinCore/Services/HelperAnswers.h"
 #include "QuellinCore/Services/ProcessRunner.h"
-#include "QuellinCore/Support/JSON/JSONDecoder.h"
-#include "QuellinCore/Support/Text.h"
 
 namespace quellin {
 namespace {
@@ -33,13 +32,6 @@ bool fileExists(const std::string& path) { return access(path.c_str(), F_OK) == 
 
 bool isExecutable(const std::string& path) { return access(path.c_str(), X_OK) == 0; }
 
-std::string firstPresent(std::optional<std::string> first, std::optional<std::string> second,
-                         std::string otherwise) {
-  if (first) return *std::move(first);
-  if (second) return *std::move(second);
-  return otherwise;
-}
-
 }  // namespace
 
 ProTelemetryService::ProTelemetryService(std::string helperPath, AdministratorPrompt prompt,
@@ -65,14 +57,8 @@ HelperStatus ProTelemetryService::helperStatus() const {
   status.ownerUserID = attributes.ownerUserID.value_or(unknownID);
   status.groupID = attributes.groupID.value_or(unknownID);
 
-  HelperProcessResult answer = invokeHelper({"status-json"}, statusTimeLimit);
-  status.error = std::move(answer.error);
-  if (!answer.data) return status;
-  if (auto own = decodeJSON<HelperStatus>(*answer.data)) {
-    status.installedVersion = std::move(own->installedVersion);
-    status.supportsProTelemetry = own->supportsProTelemetry;
-  }
-  return status;
+  return withHelperAnswer(std::move(status),
+                          runProcess(helperPath_, {"status-json"}, statusTimeLimit, *clock_));
 }
 
 HelperInstallResult ProTelemetryService::installBundledHelper(const std::string& source) const {
@@ -80,9 +66,7 @@ HelperInstallResult ProTelemetryService::installBundledHelper(const std::string&
       prompt_.executable, prompt_.arguments(installCommand(source, helperPath_, prompt_.rootGroup())),
       installationTimeLimit, *clock_);
   if (run.terminationStatus != 0) {
-    return {
-        .succeeded = false,
-        .message = firstPresent(std::move(run.error), std::move(run.output), "Helper installation failed")};
+    return {.succeeded = false, .message = firstTextOf(std::move(run), "Helper installation failed")};
   }
   const HelperStatus status = helperStatus();
   if (status.isUsable()) return {.succeeded = true, .message = "Pro Telemetry helper installed"};
@@ -91,39 +75,8 @@ HelperInstallResult ProTelemetryService::installBundledHelper(const std::string&
 }
 
 ProTelemetrySnapshot ProTelemetryService::readSnapshot() const {
-  HelperProcessResult answer = invokeHelper({"read-pro-telemetry-json"}, telemetryTimeLimit);
-  if (!answer.data) {
-    return unavailableSnapshot(std::nullopt,
-                               std::move(answer.error).value_or("Helper did not return telemetry"));
-  }
-  auto snapshot = decodeJSON<ProTelemetrySnapshot>(*answer.data);
-  if (snapshot) return *std::move(snapshot);
-  std::optional<std::string> text;
-  if (isValidUTF8(*answer.data)) text = *std::move(answer.data);
-  return unavailableSnapshot(std::move(text),
-                             "Failed to decode helper telemetry: " + snapshot.error().debugDescription());
-}
-
-ProTelemetryService::HelperProcessResult ProTelemetryService::invokeHelper(
-    const std::vector<std::string>& arguments, Seconds timeout) const {
-  ProcessRunResult run = runProcess(helperPath_, arguments, timeout, *clock_);
-  if (run.terminationStatus == 0 && run.outputData) return {.data = std::move(run.outputData), .error = {}};
-  return {.data = {},
-          .error = firstPresent(std::move(run.error), std::move(run.output),
-                                "Helper exited with status " + std::to_string(run.terminationStatus))};
-}
-
-// The same shape as the tool's own failure, so that a reader need not care where it arose.
-ProTelemetrySnapshot ProTelemetryService::unavailableSnapshot(std::optional<std::string> rawSampleSummary,
-                                                              std::string error) const {
-  ProTelemetrySnapshot snapshot;
-  snapshot.isAvailable = false;
-  snapshot.source = "powermetrics";
-  snapshot.sampledAt = wallClock_->now();
-  snapshot.sampleIntervalMilliseconds = 1000;
-  snapshot.rawSampleSummary = std::move(rawSampleSummary);
-  snapshot.error = std::move(error);
-  return snapshot;
+  ProcessRunResult answer = runProcess(helperPath_, {"read-pro-telemetry-json"}, telemetryTimeLimit, *clock_);
+  return snapshotOfHelper(std::move(answer), wallClock_->now());
 }
 
 }  // namespace quellin

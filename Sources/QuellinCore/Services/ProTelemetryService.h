@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,17 +57,6 @@ class ProTelemetryService {
   [[nodiscard]] ProTelemetrySnapshot readSnapshot() const;
 
  private:
-  /// The tool's standard output when it succeeded, else an error text. Exactly one is present.
-  struct HelperProcessResult {
-    std::optional<std::string> data;
-    std::optional<std::string> error;
-  };
-
-  [[nodiscard]] HelperProcessResult invokeHelper(const std::vector<std::string>& arguments,
-                                                 Seconds timeout) const;
-  [[nodiscard]] ProTelemetrySnapshot unavailableSnapshot(std::optional<std::string> rawSampleSummary,
-                                                         std::string error) const;
-
   std::string helperPath_;
   AdministratorPrompt prompt_;
   MonotonicClock* clock_;

@@ -21,6 +21,16 @@ ProcessRunResult startFailure(const SystemError& error) {
 
 }  // namespace
 
+ProcessRunResult processRunResult(std::int32_t terminationStatus, std::string output, std::string error) {
+  ProcessRunResult result;
+  result.terminationStatus = terminationStatus;
+  result.output = trimmedText(output);
+  result.error = trimmedText(error);
+  result.outputData = unlessEmpty(std::move(output));
+  result.errorData = unlessEmpty(std::move(error));
+  return result;
+}
+
 ProcessRunResult runProcess(const std::string& executable, const std::vector<std::string>& arguments,
                             Seconds timeout, MonotonicClock& clock) {
   auto child = ChildProcess::start({.executable = executable,
@@ -36,13 +46,7 @@ ProcessRunResult runProcess(const std::string& executable, const std::vector<std
   std::string output = child->readStandardOutputUntil(deadline, clock, maximumChildOutput);
   std::string error = child->readStandardErrorUntil(deadline, clock, maximumChildOutput);
 
-  ProcessRunResult result;
-  result.terminationStatus = child->wait();
-  result.output = trimmedText(output);
-  result.error = trimmedText(error);
-  result.outputData = unlessEmpty(std::move(output));
-  result.errorData = unlessEmpty(std::move(error));
-  return result;
+  return processRunResult(child->wait(), std::move(output), std::move(error));
 }
 
 }  // namespace quellin

@@ -27,6 +27,10 @@ struct ProcessRunResult {
 /// The most bytes of one stream of a child that are kept; the rest is read and dropped.
 inline constexpr std::size_t maximumChildOutput = std::size_t{16} << 20U;
 
+/// What became of a child that ended with `terminationStatus` and had written `output` and `error`.
+[[nodiscard]] ProcessRunResult processRunResult(std::int32_t terminationStatus, std::string output,
+                                                std::string error);
+
 /// Runs `executable` with `arguments` and blocks until it has ended; after `timeout` it is asked to
 /// terminate.
 ///
