@@ -5,6 +5,7 @@ import contextlib
 import io
 import tempfile
 import unittest
+import unittest.mock
 from pathlib import Path
 
 import run
@@ -17,6 +18,10 @@ echo "stat::number_of_executed_units: 60" >&2
 KEEP = 'for argument; do case $argument in -artifact_prefix=*) echo bad > "${argument#*=}crash-1" ;; esac; done\n'
 
 
+BOUNDS = run.Bounds(per_second=10, edges=5)
+
+
+@unittest.mock.patch.object(run, "BOUNDS", {"AFuzzer": BOUNDS, "BadFuzzer": BOUNDS, "LongerFuzzer": BOUNDS})
 class RunTest(unittest.TestCase):
     def outcome(self, **bodies):
         """What comes of harnesses that are the given shell scripts: the results, the verdict, the two outputs."""
@@ -47,6 +52,8 @@ class RunTest(unittest.TestCase):
             "a crash": GOOD + KEEP + "exit 77",
             "an input that is kept": GOOD + KEEP,
             "another status": GOOD + "exit 1",
+            "too few executions": GOOD.replace("executed_units: 60", "executed_units: 19"),
+            "a harness that returns at once": GOOD.replace("cov: 12", "cov: 2").replace("executed_units: 60", "executed_units: 9999"),
             "no counters": GOOD.replace("cov: 12", "cov: 0").replace("cov: 7", "cov: 0"),
             "nothing run": GOOD.replace("executed_units: 60", "executed_units: 0"),
             "silence": "",
@@ -63,6 +70,25 @@ class RunTest(unittest.TestCase):
     def test_no_harness_is_no_success(self):
         verdict, _, _, _ = self.outcome()
         self.assertFalse(verdict)
+
+    def test_limits_and_words_reach_the_harness(self):
+        body = GOOD + """for argument; do
+          case $argument in -dict=*) grep -e totalWatts -e "<dict>" "${argument#*=}" >&2 ;; *) echo "$argument" >&2 ;; esac
+        done; exit 1"""
+        bounds = run.Bounds(1, 1, "json", slowest_seconds=7, megabytes=99)
+        with unittest.mock.patch.dict(run.BOUNDS, AFuzzer=bounds):
+            _, _, errors, _ = self.outcome(AFuzzer=body)
+        for line in ("-timeout=7", "-rss_limit_mb=99", r'"\"totalWatts\":"'):
+            self.assertIn(line + "\n", errors)
+        with unittest.mock.patch.dict(run.BOUNDS, AFuzzer=run.Bounds(1, 1, "propertyLists")):
+            _, _, errors, _ = self.outcome(AFuzzer=body)
+        self.assertIn('"<dict>"\n', errors)
+
+
+class HarnessesTest(unittest.TestCase):
+    def test_every_harness_on_disk_has_bounds(self):
+        self.assertEqual(sorted(run.BOUNDS), [program.name for program in run.harnesses(Path("bin"))])
+        self.assertTrue(all(bounds.per_second > 0 and bounds.edges > 10 for bounds in run.BOUNDS.values()))
 
     def test_every_harness_on_disk_has_a_corpus(self):
         programs = run.harnesses(Path("bin"))
