@@ -160,6 +160,11 @@ def markdown(header, rows):
     return "\n".join("| " + " | ".join(line) + " |" for line in [header, ["---"] * len(header), *rows])
 
 
+def kernel_version(release):
+    """The two first numbers of a kernel's release; what follows is the business of who built it."""
+    return ".".join(release.split("-")[0].split(".")[:2])
+
+
 def machine():
     memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
     processor = "unknown processor"
@@ -167,7 +172,7 @@ def machine():
         lines = dict(line.split("\t:", 1) if "\t:" in line else (line.split(":")[0].strip(), line.split(":", 1)[-1])
                      for line in Path("/proc/cpuinfo").read_text().splitlines() if ":" in line)
         processor = lines.get("model name", processor).strip()
-    return f"{os.cpu_count()} cores, {processor}, {memory:.0f} GB, {platform.system()} {platform.release()}"
+    return f"{os.cpu_count()} cores, {processor}, {memory:.0f} GB, {platform.system()} {kernel_version(platform.release())}"
 
 
 def others(times):
@@ -200,6 +205,12 @@ A single path: `build/release/bin/QuellinBenchmarks --benchmark_filter=Session/`
 """
 
 
+def further_sections(page):
+    """What stands on a page below its tables, written by hand: everything from its first section on."""
+    begin = page.find("\n## ")
+    return page[begin:] if begin >= 0 else ""
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("programs", type=Path)
@@ -210,7 +221,8 @@ def main():
     tables = report(times)
     print(tables)
     if given.write:
-        given.write.write_text(PAGE.format(machine=machine(), tables=tables), encoding="utf-8")
+        below = further_sections(given.write.read_text(encoding="utf-8")) if given.write.exists() else ""
+        given.write.write_text(PAGE.format(machine=machine(), tables=tables) + below, encoding="utf-8")
     return 0
 
 

@@ -53,6 +53,14 @@ class PerformanceTest(unittest.TestCase):
         times = dict.fromkeys([row.ours for row in performance.ROWS] + ["Other/thing", "Store/list/7"], 1.0)
         self.assertEqual(performance.others(times), ["Other/thing"])
 
+    def test_what_is_written_by_hand_stays(self):
+        self.assertEqual(performance.further_sections("# P\n\n| a |\n\n## Later\n\nx\n\n## More\n"), "\n## Later\n\nx\n\n## More\n")
+        self.assertEqual(performance.further_sections("# P\n"), "")
+
+    def test_a_kernel_is_named_without_its_build(self):
+        self.assertEqual(performance.kernel_version("6.18.44-somewhere-7"), "6.18")
+        self.assertEqual(performance.kernel_version("24.5.0"), "24.5")
+
     def test_durations_have_three_digits_and_their_unit(self):
         for seconds, text in ((2.5, "2.5 s"), (0.01234, "12.3 ms"), (4.56e-5, "45.6 µs"), (7.8e-8, "78 ns")):
             self.assertEqual(performance.duration(seconds), text)

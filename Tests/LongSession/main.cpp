@@ -1,26 +1,27 @@
 // Records a session of the given length as fast as it can, through the recorder, into a store file: thirty
 // days at one sample a second are 2592000. Fails when a figure is not the one that follows from the length,
-// or when memory grows with it. Prints what it cost, which nothing depends on. usage: LongSession SAMPLES
+// when memory or the log grows with it, or when a sample of a long session is dearer to read than one of a
+// short one. Prints what it cost. usage: LongSession SAMPLES
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <exception>
 #include <filesystem>
-#include <iterator>
-#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "LongSession/AllocationSpan.h"
 #include "Support/KnownStore.h"
 #include "Support/ProcessResources.h"
+#include "Support/SessionCosts.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
@@ -41,20 +42,23 @@ void require(bool isSo, const std::string& what) {
 // Time that the processor spent on this process, so that others on the machine matter less.
 double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
-/// How much memory a session takes once it has some length.
-struct MemoryMark {
-  std::int64_t samples = 0;
-  std::int64_t heap = heapBytesInUse();
-  std::int64_t peak = peakResidentBytes();
-};
-
-/// What reading the session took at one length.
-struct ReadingCost {
-  std::int64_t samples = 0;
-  double summarySeconds = 0;
-  double exportSeconds = 0;
-  std::int64_t exportBytes = 0;
-};
+/// What the cheapest of several runs of `work` took: as many as fill a quarter of a second.
+template <class Work>
+ReadingCost costOf(Work work) {
+  constexpr double longEnough = 0.25;
+  ReadingCost least;
+  double spent = 0;
+  do {
+    const AllocationSpan span;
+    const double begin = processorSeconds();
+    work();
+    const double seconds = processorSeconds() - begin;
+    if (spent == 0 || seconds < least.seconds)
+      least = {.seconds = seconds, .allocations = span.requests(), .mostHeld = span.mostHeld()};
+    spent += seconds;
+  } while (spent < longEnough);
+  return least;
+}
 
 /// A session that grows sample by sample.
 class GrowingSession {
@@ -67,21 +71,11 @@ class GrowingSession {
   void requireLiveSummaryKnown() { requireKnown(recorder().activeSummary(), "the live"); }
 
   /// Reads it as another process would.
-  [[nodiscard]] ReadingCost read() const {
+  [[nodiscard]] ReadingCosts read() const {
     ReadOnly reader(path_);
-    ReadingCost cost{.samples = recording_.samples()};
-    double begin = processorSeconds();
-    requireKnown(reader.store.summary(reader.session), "the stored");
-    cost.summarySeconds = processorSeconds() - begin;
-    std::int64_t lines = 0;
-    begin = processorSeconds();
-    reader.store.exportJSONL(reader.session, recording_.known().instantOf(0), [&](std::string_view piece) {
-      cost.exportBytes += std::ssize(piece);
-      lines += std::ranges::count(piece, '\n');
-    });
-    cost.exportSeconds = processorSeconds() - begin;
-    require(lines == recording_.samples() + 1, "the export does not have a line for each sample");
-    return cost;
+    return {.samples = recording_.samples(),
+            .summary = costOf([&] { requireKnown(reader.store.summary(reader.session), "the stored"); }),
+            .exporting = costOf([&] { requireWholeExport(reader); })};
   }
 
   void stop() {
@@ -93,8 +87,11 @@ class GrowingSession {
   }
 
   [[nodiscard]] std::uintmax_t storeBytes() const { return std::filesystem::file_size(path_); }
-  [[nodiscard]] std::uintmax_t logBytes() const {
-    return std::filesystem::file_size(path_.string() + "-wal");
+  [[nodiscard]] RecordingFootprint footprint() const {
+    return {.samples = recording_.samples(),
+            .heap = heapBytesInUse(),
+            .resident = peakResidentBytes(),
+            .log = static_cast<std::int64_t>(std::filesystem::file_size(path_.string() + "-wal"))};
   }
 
  private:
@@ -112,42 +109,48 @@ class GrowingSession {
     require(difference.empty(), whose + " summary: " + difference);
   }
 
+  void requireWholeExport(ReadOnly& reader) const {
+    std::int64_t lines = 0;
+    reader.store.exportJSONL(reader.session, recording_.known().instantOf(0),
+                             [&](std::string_view piece) { lines += std::ranges::count(piece, '\n'); });
+    require(lines == recording_.samples() + 1, "the export does not have a line for each sample");
+  }
+
   TemporaryFolder folder_;
   std::filesystem::path path_ = folder_.path() / "long.store";
   KnownRecording recording_{path_, KnownSession()};
 };
 
-// From half the length on, when all caches are full, only the segments are added to what a session keeps.
-void requireFlat(const MemoryMark& tenth, const MemoryMark& middle, const MemoryMark& end) {
-  constexpr std::int64_t slack = 64 * 1024;
-  constexpr std::int64_t bytesPerSegment = 1024;
-  constexpr std::int64_t mostResidentGrowth = 24 * 1024 * 1024;
-  const std::int64_t segments = (end.samples - middle.samples) / KnownSession::segmentLength + 1;
-  require(end.heap - middle.heap <= slack + bytesPerSegment * segments, "the heap grows with the samples");
-  require(keepsWhatIsFreed || end.peak - tenth.peak <= mostResidentGrowth,
-          "the resident memory grows with the samples");
+void printHeading() {
+  std::printf("%10s %10s %12s %12s %14s %12s\n", "samples", "seconds", "heap", "resident", "store", "log");
 }
 
-// The worst of the costs per sample over the best: 1 when cost is linear.
-double unevenness(const std::vector<ReadingCost>& costs, double ReadingCost::* seconds) {
-  double least = std::numeric_limits<double>::infinity();
-  double most = 0;
-  for (const ReadingCost& cost : costs) {
-    const double perSample = cost.*seconds / static_cast<double>(cost.samples);
-    least = std::min(least, perSample);
-    most = std::max(most, perSample);
+void print(const RecordingFootprint& footprint, double seconds, std::uintmax_t storeBytes) {
+  std::printf("%10lld %10.1f %12lld %12lld %14llu %12lld\n", static_cast<long long>(footprint.samples),
+              seconds, static_cast<long long>(footprint.heap), static_cast<long long>(footprint.resident),
+              static_cast<unsigned long long>(storeBytes), static_cast<long long>(footprint.log));
+  std::fflush(stdout);
+}
+
+void print(const std::vector<ReadingCosts>& costs) {
+  std::printf("\n%10s  %-8s %10s %12s %12s\n", "samples", "reading", "seconds", "allocations", "most held");
+  for (const ReadingCosts& cost : costs) {
+    for (const auto& [name, reading] : {std::pair{"summary", cost.summary}, {"export", cost.exporting}}) {
+      std::printf("%10lld  %-8s %10.3f %12lld %12lld\n", static_cast<long long>(cost.samples), name,
+                  reading.seconds, static_cast<long long>(reading.allocations),
+                  static_cast<long long>(reading.mostHeld));
+    }
   }
-  return most / least;
 }
 
 void run(std::int64_t samples) {
   constexpr std::int64_t tenths = 10;
   const std::array lengthsRead{samples / 8, samples / 4, samples / 2, samples};
   GrowingSession session;
-  std::vector<MemoryMark> memory;
-  std::vector<ReadingCost> costs;
+  std::vector<RecordingFootprint> footprints;
+  std::vector<ReadingCosts> costs;
   double recording = 0;
-  std::printf("%10s %10s %12s %12s %14s %12s\n", "samples", "seconds", "heap", "peak", "store", "log");
+  printHeading();
   for (std::int64_t sample = 0; sample < samples;) {
     const double begin = processorSeconds();
     do {
@@ -157,28 +160,19 @@ void run(std::int64_t samples) {
              std::ranges::find(lengthsRead, sample) == lengthsRead.end());
     recording += processorSeconds() - begin;
     session.requireLiveSummaryKnown();
-    if (sample % (samples / tenths) == 0) {
-      const MemoryMark& mark = memory.emplace_back(MemoryMark{.samples = sample});
-      std::printf("%10lld %10.1f %12lld %12lld %14llu %12llu\n", static_cast<long long>(sample), recording,
-                  static_cast<long long>(mark.heap), static_cast<long long>(mark.peak),
-                  static_cast<unsigned long long>(session.storeBytes()),
-                  static_cast<unsigned long long>(session.logBytes()));
-      std::fflush(stdout);
-    }
+    if (sample % (samples / tenths) == 0)
+      print(footprints.emplace_back(session.footprint()), recording, session.storeBytes());
     if (std::ranges::find(lengthsRead, sample) != lengthsRead.end()) costs.push_back(session.read());
   }
   session.stop();
-  requireFlat(memory.at(0), memory.at(tenths / 2 - 1), memory.back());
-  std::printf("\n%10s %10s %10s %14s\n", "samples", "summary s", "export s", "export bytes");
-  for (const ReadingCost& cost : costs) {
-    std::printf("%10lld %10.3f %10.2f %14lld\n", static_cast<long long>(cost.samples), cost.summarySeconds,
-                cost.exportSeconds, static_cast<long long>(cost.exportBytes));
-  }
-  std::printf(
-      "\nrecording: %.1f us a sample; the dearest sample of a reading costs %.2f (summary) and %.2f "
-      "(export) times the cheapest\n",
-      recording / static_cast<double>(samples) * 1e6, unevenness(costs, &ReadingCost::summarySeconds),
-      unevenness(costs, &ReadingCost::exportSeconds));
+  print(costs);
+  std::printf("\nrecording: %.1f us a sample\n", recording / static_cast<double>(samples) * 1e6);
+  const std::string fault =
+      faultOfRecording(footprints.at(0), footprints.at(tenths / 2 - 1), footprints.back(),
+                       KnownSession::segmentLength, !keepsWhatIsFreed);
+  require(fault.empty(), fault);
+  const std::string readingFault = faultOfReading(costs, KnownSession::segmentLength);
+  require(readingFault.empty(), readingFault);
 }
 
 }  // namespace
@@ -186,7 +180,10 @@ void run(std::int64_t samples) {
 int main(int argc, char** argv) try {
   constexpr std::int64_t fewest = 1000;
   const std::int64_t samples = argc == 2 ? std::strtoll(argv[1], nullptr, 10) : 0;
-  if (samples < fewest || samples % fewest != 0) return 64;
+  if (samples < fewest || samples % fewest != 0) {
+    std::fprintf(stderr, "usage: LongSession SAMPLES (a multiple of %lld)\n", static_cast<long long>(fewest));
+    return 64;
+  }
   run(samples);
   return 0;
 } catch (const std::exception& error) {

@@ -31,6 +31,19 @@ class ProcessNames final : public LocaleDateText {
   std::function<void()> inCopy_;
 };
 
+// The user's locale, which counts how often it is asked in this process: a copy counts in its own memory.
+class CountedLocale final : public LocaleDateText {
+ public:
+  [[nodiscard]] std::string mediumDateShortTime(Instant instant) const override {
+    ++calls_;
+    return systemLocaleDateText().mediumDateShortTime(instant);
+  }
+  [[nodiscard]] int calls() const { return calls_; }
+
+ private:
+  mutable int calls_ = 0;
+};
+
 bool hasChildren() { return waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD; }
 
 TEST(ChildDateTextTest, TheTextIsMadeInACopyThatIsGoneAfterwards) {
@@ -67,6 +80,14 @@ TEST(ChildDateTextTest, SignalsReachThisProcessOnly) {
 }
 
 TEST(ChildDateTextTest, TheUsersLocaleSaysTheSameInEitherProcess) {
+  constexpr Seconds patience{60};
+  const CountedLocale locale;
+  const std::string inCopy = ChildDateText{locale, patience}.mediumDateShortTime(morning);
+  EXPECT_EQ(locale.calls(), 0) << "the text was made in this process";
+  EXPECT_EQ(inCopy, systemLocaleDateText().mediumDateShortTime(morning));
+}
+
+TEST(ChildDateTextTest, TheFrugalTextIsThatOfTheUsersLocale) {
   EXPECT_EQ(frugalDateText().mediumDateShortTime(morning),
             systemLocaleDateText().mediumDateShortTime(morning));
 }
