@@ -44,6 +44,9 @@ class ProTelemetryService {
 
   [[nodiscard]] const std::string& helperPath() const { return helperPath_; }  ///< absolute, as given
 
+  /// The program that asks for an administrator's password, which `installBundledHelper` runs.
+  [[nodiscard]] const std::string& promptExecutable() const { return prompt_.executable; }
+
   /// What is installed at `helperPath`: ownership, mode and executability as the file system has them,
   /// version and capability as the tool itself answers.
   [[nodiscard]] HelperStatus helperStatus() const;

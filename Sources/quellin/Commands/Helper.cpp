@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <unistd.h>
 
 #include "QuellinCore/Platform/OwnExecutable.h"
 #include "QuellinCore/Services/ProTelemetryService.h"
@@ -25,7 +24,7 @@ ExitStatus showStatus(const Invocation& invocation) {
 
 ExitStatus install(const Invocation& invocation) {
   const std::string source = bundledHelper(ownExecutablePath()).string();
-  const std::string prompt = installationPrompt(geteuid()).executable;
+  const std::string& prompt = invocation.tool.promptExecutable();
   if (!std::filesystem::exists(prompt)) {
     throw Failure{ExitStatus::failed, prompt +
                                           " is not there, which asks for an administrator's password. "

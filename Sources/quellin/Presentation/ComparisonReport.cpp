@@ -109,7 +109,7 @@ std::string verdictText(const KindComparison& kind) {
       break;
   }
   if (kind.exceedsThreshold)
-    text += *kind.exceedsThreshold ? "; above the threshold" : "; not above the threshold";
+    text += *kind.exceedsThreshold ? "; above the threshold" : "; not shown to be above the threshold";
   return text + ".";
 }
 
