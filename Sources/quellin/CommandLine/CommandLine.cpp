@@ -87,7 +87,7 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
                               dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
     if (isOfAProgram) {
       return Remark{ExitStatus::usage, std::string{"quellin run: "} + error.what() +
-                                           " The command and all its words go behind --.\n"};
+                                           ". The command and all its words go behind --.\n"};
     }
     const std::string where = chosen.empty() ? "" : " " + chosen.front()->get_name();
     return Remark{ExitStatus::usage,
@@ -129,8 +129,8 @@ void addJSON(CLI::App& app, Options& options) { app.add_flag("--json", options.j
 void addWord(CLI::App& app, Options& options, const std::string& name, const std::string& description,
              const std::vector<std::string>& choices) {
   CLI::Option* const word = app.add_option(name, options.word, description)->required();
-  if (!choices.empty()) word->check(CLI::IsMember(choices));
-  word->type_name("");
+  if (!choices.empty()) word->check(CLI::IsMember(choices).description(""));
+  word->type_name(fmt::format("{}", fmt::join(choices, "|")));
 }
 
 void addSession(CLI::App& app, Options& options) {
@@ -189,9 +189,10 @@ void addTitle(CLI::App& app, Options& options, const std::string& otherwise) {
 }
 
 void addRepeat(CLI::App& app, Options& options) {
-  app.add_option("--repeat", options.repeat,
-                 "How often to run it, each time in a session of its own; once by default")
-      ->check(CLI::Range(1, 10000))
+  app.add_option(
+         "--repeat", options.repeat,
+         "How often to run it, 10000 times at most, each time in a session of its own; once by default")
+      ->check(CLI::Range(1, 10000).description(""))
       ->type_name("N");
 }
 

@@ -14,7 +14,8 @@ namespace quellin::cli {
 /// What the exit statuses mean, in one sentence.
 inline constexpr const char* exitStatusText =
     "Exit status: 0 done, 1 failed, 2 command line not understood, 3 the answer is no (an alert fired, "
-    "nothing was being recorded, the store is damaged, B is worse than the threshold), 4 no such session, "
+    "nothing was being recorded, the tool or the store cannot be used, B is worse than the threshold), 4 no "
+    "such session, "
     "5 nothing to measure here. 'run' passes on the status of its command; 125 says that the command was not "
     "measured, 126 that it cannot be executed, 127 that there is none; 2 stands for options of its own, too.";
 

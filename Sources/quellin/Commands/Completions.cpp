@@ -12,14 +12,12 @@
 namespace quellin::cli {
 namespace {
 
-// The checker of a choice describes itself as "{one,two}", an option's own type comes before its checkers',
-// as "native|FILE|DIR:...": capitals stand for what they name, all else for itself.
+// A type such as "native|FILE|DIR": capitals stand for what they name, all else for itself. What its checkers
+// say of themselves comes behind a colon.
 CompletedValue valueOf(const CLI::Option& option) {
   std::string type = option.get_type_name();
-  const std::size_t choices = type.find('{');
-  type = choices == std::string::npos ? type.substr(0, type.find(':'))
-                                      : type.substr(choices + 1, type.find('}') - choices - 1);
-  std::ranges::replace_if(type, [](char character) { return character == ',' || character == '|'; }, ' ');
+  type.resize(std::min(type.size(), type.find(':')));
+  std::ranges::replace(type, '|', ' ');
   CompletedValue value;
   std::istringstream list{type};
   for (std::string word; list >> word;) {

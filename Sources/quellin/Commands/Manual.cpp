@@ -58,7 +58,7 @@ ExitStatus printManual(const Invocation& invocation) {
     text += commandText(command, *app->get_subcommand(std::string{command.name}));
   }
   text += ".SH \"EXIT STATUS\"\n" + escaped(exitStatusText) + "\n";
-  text += ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nNo colours when set to anything.\n";
+  text += ".SH ENVIRONMENT\n.TP\n.B NO_COLOR\nNo colours when set and not empty.\n";
   text += ".TP\n.B TERM\nNo colours when \"dumb\".\n.TP\n.B COLUMNS\nThe width of the output.\n";
   text += ".SH FILES\n.TP\n.I ~/Library/Application Support/Quellin/QuellinSessions.store\n";
   text += "The recorded sessions, unless \\-\\-store names another file.\n";

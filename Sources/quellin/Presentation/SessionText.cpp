@@ -40,6 +40,14 @@ std::string withUnit(const std::string& text, const std::string& unit) {
   return text == unknown ? text : text + " " + unit;
 }
 
+// Energy over the whole time may come to less than each reading where these cover little of it.
+std::string averageText(const PowerSessionSummary& summary) {
+  std::string text = withUnit(decimal(summary.averageWatts, 2), "W");
+  if (summary.averageWatts && summary.minWatts && *summary.averageWatts < *summary.minWatts)
+    text += ", over the whole time, also where no readings are";
+  return text;
+}
+
 // Extremes of different quantities are none: each segment has its own.
 std::string extremes(const PowerSessionSummary& summary) {
   if (summary.averageWattsNote) return unknown;
@@ -52,7 +60,7 @@ std::string figureLines(const SessionReport& report) {
   text += namedLine("Duration", durationText(Seconds{summary.durationSeconds}));
   text +=
       namedLine("Samples", whole(summary.sampleCount) + ", with watts: " + whole(summary.wattSampleCount));
-  text += namedLine("Average", withUnit(decimal(summary.averageWatts, 2), "W"));
+  text += namedLine("Average", averageText(summary));
   text += namedLine("Lowest, highest", extremes(summary));
   text += namedLine("Energy", withUnit(decimal(summary.totalWattHours, 3), "Wh"));
   if (summary.averageWattsNote) text += namedLine("Note", *summary.averageWattsNote);

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "quellin/Presentation/SessionText.h"
 
@@ -21,6 +21,19 @@ TEST(SessionTextTest, NoThermalPressureMayBeOneThatNobodyTold) {
 }
 
 TEST(SessionTextTest, WithoutSamplesTheThermalPressureIsUnknown) { EXPECT_EQ(textOf(0, 0), "unknown"); }
+
+std::string textWith(double averageWatts) {
+  SessionReport report;
+  report.summary.averageWatts = averageWatts;
+  report.summary.minWatts = 12;
+  report.summary.maxWatts = 14;
+  return sessionText(report, Terminal{});
+}
+
+TEST(SessionTextTest, AnAverageBelowEveryReadingSaysWhatItIsOf) {
+  EXPECT_THAT(textWith(11), testing::HasSubstr("11.00 W, over the whole time, also where no readings are\n"));
+  EXPECT_THAT(textWith(13), testing::HasSubstr("13.00 W\n"));
+}
 
 }  // namespace
 }  // namespace quellin::cli
