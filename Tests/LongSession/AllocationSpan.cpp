@@ -60,8 +60,15 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc{};
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  void* memory = std::malloc(size);
+  if (memory != nullptr) count(memory);
+  return memory;
+}
+
 void operator delete(void* memory) noexcept {
   if (memory != nullptr) heldBytes.fetch_sub(sizeOf(memory), std::memory_order_relaxed);
   std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { operator delete(memory); }
