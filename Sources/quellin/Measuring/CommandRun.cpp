@@ -58,10 +58,15 @@ class Span {
   /// Reads once more what the session ends with. Called on the loop's thread, at the end of what is measured.
   void readLast() { recording_.readLast(finishedAt_); }
 
-  void end() {
+  /// Ends the session, as interrupted where what it measured failed: half a run is no repeat.
+  void end(bool isWhole = true) {
     recording_.storeLast();
     if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
-    recording_.end();
+    if (isWhole) {
+      recording_.end();
+    } else {
+      recording_.interrupt();
+    }
   }
 
   /// Nothing is left of it.
@@ -198,7 +203,7 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   MeasuredCommand measured{.span = std::nullopt, .end = end};
   if (failure) return measured;
   failure = failureOf([&] {
-    span.end();
+    span.end(end.shellStatus() == 0);
     measured.span = span.result();
   });
   if (failure) invocation.talk.say(*failure);

@@ -77,6 +77,14 @@ void SessionRecording::end() {
   lock_.reset();
 }
 
+void SessionRecording::interrupt() {
+  if (isStillOurs()) {
+    store().interrupt(session_, host_.wallClock->now());
+    recorder_.refreshActiveSession();
+  }
+  lock_.reset();
+}
+
 SystemPowerState SessionRecording::read() {
   SystemPowerState state = reader_.readAll();
   readAt_ = host_.monotonicClock->now();

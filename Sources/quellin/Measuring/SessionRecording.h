@@ -75,6 +75,9 @@ class SessionRecording {
   /// Ends the session unless that has been done, here or elsewhere. Throws `StoreError`.
   void end();
 
+  /// As `end`, as interrupted.
+  void interrupt();
+
  private:
   [[nodiscard]] SystemPowerState read();
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;

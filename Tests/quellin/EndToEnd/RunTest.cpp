@@ -61,6 +61,17 @@ TEST_F(RunTest, PassesOnHowTheCommandEnded) {
   EXPECT_EQ(run("kill -9 $$").exitStatus, 128 + SIGKILL);
 }
 
+TEST_F(RunTest, TheSessionOfACommandThatFailsIsInterruptedAndNoRepeat) {
+  for (const char* title : {"Old", "New"}) {
+    for (int turn = 0; turn < 2; ++turn) EXPECT_EQ(run("true", {"--title", title}).exitStatus, 0);
+  }
+  EXPECT_THAT(sessions(), Not(HasSubstr("interrupted")));
+  EXPECT_EQ(run("exit 42", {"--title", "New"}).exitStatus, 42);
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("interrupted"), Not(HasSubstr("active"))));
+  const ProgramResult compared = frontEnd.run({"compare", "Old", "New"});
+  EXPECT_THAT(compared.output + compared.error, HasSubstr("is interrupted"));
+}
+
 TEST_F(RunTest, ACommandThatCannotBeStartedLeavesNoSession) {
   const ProgramResult missing = frontEnd.run({"run", "--source", macbook, "no-such-command"});
   EXPECT_EQ(missing.exitStatus, 127);
