@@ -3,6 +3,7 @@
 #include "QuellinCore/Sessions/Analysis/SessionChoice.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {
@@ -24,10 +25,11 @@ Failure failureOf(const SessionChoiceError& error, const Options& options) {
       return {ExitStatus::noSession,
               "there are no sessions yet. " + hintAt("record", options) + " makes one."};
     case SessionChoiceError::Reason::unknown:
-      return {ExitStatus::noSession,
-              "there is no session '" + error.word + "'. " + hintAt("sessions", options) + " lists them."};
+      return {ExitStatus::noSession, "there is no session '" + printable(error.word) + "'. " +
+                                         hintAt("sessions", options) + " lists them."};
     case SessionChoiceError::Reason::ambiguous:
-      return {ExitStatus::usage, "'" + error.word + "' is the beginning of " + std::to_string(error.matches) +
+      return {ExitStatus::usage, "'" + printable(error.word) + "' is the beginning of " +
+                                     std::to_string(error.matches) +
                                      " sessions. Give more of the identifier."};
     case SessionChoiceError::Reason::repeated:
       break;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "QuellinCore/Support/Text.h"
+
 namespace quellin {
 namespace {
 
@@ -80,7 +82,7 @@ std::expected<ChosenSessions, SessionChoiceError> chooseSessions(std::span<const
   ChosenSessions chosen;
   for (std::size_t begin = 0; begin <= words.size();) {
     const std::size_t end = std::min(words.find(',', begin), words.size());
-    const auto found = chooseByWord(names, words.substr(begin, end - begin));
+    const auto found = chooseByWord(names, trimmed(words.substr(begin, end - begin)));
     if (!found) return found;
     chosen.insert(chosen.end(), found->begin(), found->end());
     begin = end + 1;

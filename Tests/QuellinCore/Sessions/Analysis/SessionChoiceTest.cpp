@@ -53,6 +53,7 @@ INSTANTIATE_TEST_SUITE_P(Words, ChosenSessionsTest,
                                          Chosen{"an identifier before a title", first, {0}},
                                          Chosen{"a list", "3F2A,B3,A1", {0, 4, 2}},
                                          Chosen{"titles in a list", "New code,A", {1, 4, 3}},
+                                         Chosen{"a list with blanks", "New code , A", {1, 4, 3}},
                                          Chosen{"a title with commas", "make, then test", {5}}),
                          namedBy(&Chosen::what));
 
