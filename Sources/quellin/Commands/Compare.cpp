@@ -1,13 +1,15 @@
+#include <fmt/format.h>
+
 #include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/ComparisonReport.h"
-#include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Progress/SlowWork.h"
 #include "quellin/Storage/SessionLookup.h"
 #include "quellin/Storage/SessionStore.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {
@@ -38,8 +40,11 @@ ExitStatus judge(const Invocation& invocation, const SessionComparison& comparis
   if (comparison.exceedsThreshold)
     return *comparison.exceedsThreshold ? ExitStatus::negative : ExitStatus::ok;
   invocation.out.flush();
-  invocation.talk.say("the threshold of " + decimal(comparison.thresholdPercent, 1) +
-                      " % cannot be applied: no figure of what the machine uses has an interval. " +
+  std::string uses;
+  for (const std::string& use : unjudgedUses(comparison)) uses += (uses.empty() ? "" : ", ") + use;
+  invocation.talk.say("the threshold of " + fmt::format("{}", *comparison.thresholdPercent) +
+                      " % cannot be applied to " +
+                      (uses.empty() ? "any figure of what the machine uses" : printable(uses)) + ". " +
                       hintAt("run --repeat 5", invocation.options) + " makes repeats to compare.");
   return ExitStatus::failed;
 }

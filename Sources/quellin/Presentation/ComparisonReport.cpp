@@ -5,6 +5,8 @@
 #include <cmath>
 #include <iterator>
 
+#include <fmt/format.h>
+
 #include "QuellinCore/Models/PowerReading.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/Table.h"
@@ -118,8 +120,8 @@ std::string verdictText(const KindComparison& kind) {
 std::string comparisonText(const SessionComparison& comparison, std::optional<std::size_t> width) {
   std::string text = namedLine("A", sideText(comparison.a)) + namedLine("B", sideText(comparison.b));
   if (comparison.thresholdPercent)
-    text += namedLine("Threshold", "the whole interval more than " + decimal(comparison.thresholdPercent, 1) +
-                                       " % above A");
+    text += namedLine("Threshold", "the whole interval more than " +
+                                       fmt::format("{}", *comparison.thresholdPercent) + " % above A");
   text += "\n" + figureTable(comparison, width) + "\n";
   for (const KindComparison& kind : comparison.kinds) text += wrapped(verdictText(kind), "", width);
   for (const NotCompared& left : comparison.notCompared)

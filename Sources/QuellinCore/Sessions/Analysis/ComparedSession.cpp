@@ -1,5 +1,6 @@
 #include "QuellinCore/Sessions/Analysis/ComparedSession.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -24,6 +25,12 @@ std::vector<double> wattsOf(const SessionSeries& series, std::string_view kind) 
   return watts;
 }
 
+bool lacksEnergy(const std::vector<PowerSessionPowerSegment>& segments) {
+  return std::ranges::any_of(segments, [&](const PowerSessionPowerSegment& segment) {
+    return !segment.totalWattHours || segment.sourceKind != segments.front().sourceKind;
+  });
+}
+
 }  // namespace
 
 bool ComparedSession::isCompleted() const {
@@ -34,14 +41,16 @@ ComparedSession comparedSession(const SessionAnalysis& analysis) {
   ComparedSession result{.session = analysis.session,
                          .seconds = analysis.summary.durationSeconds,
                          .coverage = analysis.coverage,
-                         .sources = {}};
+                         .sources = {},
+                         .lacksEnergy = lacksEnergy(analysis.summary.powerSegments)};
   for (SourceEnergy& energy : energyBySource(analysis.summary.powerSegments)) {
     std::vector<double> watts = wattsOf(analysis.series, energy.sourceKind);
     ComparedSource source{.energy = std::move(energy), .watts = std::move(watts)};
     for (const PowerSessionPowerSegment& segment : analysis.summary.powerSegments) {
-      if (segment.sourceKind != source.energy.sourceKind) continue;
+      if (segment.sourceKind != source.energy.sourceKind || segment.wattSampleCount == 0) continue;
       source.onBattery = source.onBattery || segment.acConnected == false;
       source.onCharger = source.onCharger || segment.acConnected == true;
+      source.onUnknown = source.onUnknown || !segment.acConnected;
     }
     result.sources.push_back(std::move(source));
   }

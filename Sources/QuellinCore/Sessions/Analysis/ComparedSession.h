@@ -12,7 +12,8 @@ struct ComparedSource {
   SourceEnergy energy;        ///< what they come to
   std::vector<double> watts;  ///< one by one, in order
   bool onBattery = false;     ///< some of them with no charger connected
-  bool onCharger = false;     ///< some of them with one; neither where nothing is known of a battery
+  bool onCharger = false;     ///< some of them with one
+  bool onUnknown = false;     ///< some of them where nothing is known of a battery
 };
 
 /// What a session brings to a comparison.
@@ -21,6 +22,7 @@ struct ComparedSession {
   double seconds = 0;                   ///< how long it took
   SessionCoverage coverage;             ///< how much of that has readings
   std::vector<ComparedSource> sources;  ///< kind by kind, in the order of their first appearance
+  bool lacksEnergy = false;             ///< some stretch of it has none, or one of another kind
 
   /// Whether it ran to its end: only then it has an energy and a length to compare.
   [[nodiscard]] bool isCompleted() const;

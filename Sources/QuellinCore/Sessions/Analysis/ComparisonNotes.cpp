@@ -34,13 +34,12 @@ void noteHolders(std::vector<std::string>& notes, const KindComparison& kind, co
 }
 
 void noteSupplies(std::vector<std::string>& notes, const KindComparison& kind, Sessions a, Sessions b) {
-  const std::string ofA = KindHolders(a, kind.sourceKind).supplyText();
-  const std::string ofB = KindHolders(b, kind.sourceKind).supplyText();
-  if (ofA != ofB && !ofA.empty() && !ofB.empty())
-    notes.push_back(kind.sourceLabel + ": A has readings" + ofA + ", B" + ofB);
+  if (KindHolders(a, kind.sourceKind).isOnUnknownSupply() &&
+      KindHolders(b, kind.sourceKind).isOnUnknownSupply())
+    notes.push_back(kind.sourceLabel + ": nothing is known of the supply of either side");
 }
 
-void noteSide(std::vector<std::string>& notes, const std::string& side, Sessions sessions) {
+void noteSide(std::vector<std::string>& notes, const std::string& side, Sessions sessions, bool isBridged) {
   if (!sessions.front().isCompleted()) {
     notes.push_back("the session of " + side + " is " + sessions.front().session.status +
                     ": its readings are compared as far as they go");
@@ -49,7 +48,7 @@ void noteSide(std::vector<std::string>& notes, const std::string& side, Sessions
   for (const ComparedSession& session : sessions) gapped += session.coverage.gapCount > 0 ? 1 : 0;
   if (gapped > 0)
     notes.push_back(side + " has gaps without readings in " + countText(gapped, sessions) +
-                    "; energy is bridged over them");
+                    (isBridged ? "; energy is bridged over them" : ""));
 }
 
 bool areSampledAlike(Sessions a, Sessions b) {
@@ -66,13 +65,15 @@ std::vector<std::string> comparisonNotes(const SessionComparison& comparison, Se
   std::vector<std::string> notes;
   if (a.size() == 1 && b.size() == 1 && hasInterval(comparison)) {
     notes.emplace_back(
-        "an interval says how the readings of these two sessions vary, not how far repeats differ");
+        "an interval says how the readings of these two sessions vary, not how far repeats differ, and "
+        "promises too "
+        "much for readings that hold or change slowly");
   }
   for (const KindComparison& kind : comparison.kinds) {
     if (!hasEnergy(kind)) {
       notes.push_back(kind.sourceLabel +
                       ": energy is not compared; for that every session must be completed, with at least two "
-                      "readings of this kind and none of another");
+                      "readings of this kind, and no stretch without them");
     }
     noteHolders(notes, kind, "A", a);
     noteHolders(notes, kind, "B", b);
@@ -81,8 +82,9 @@ std::vector<std::string> comparisonNotes(const SessionComparison& comparison, Se
       notes.push_back(kind.sourceLabel +
                       ": the values of each side do not vary at all, so that the interval promises too much");
   }
-  noteSide(notes, "A", a);
-  noteSide(notes, "B", b);
+  const bool isBridged = std::ranges::any_of(comparison.kinds, hasEnergy);
+  noteSide(notes, "A", a, isBridged);
+  noteSide(notes, "B", b, isBridged);
   if (!areSampledAlike(a, b)) notes.emplace_back("the sessions were not all sampled at the same interval");
   return notes;
 }

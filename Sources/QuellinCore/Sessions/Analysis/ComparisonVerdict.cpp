@@ -12,6 +12,8 @@ double roundingOf(const ComparedFigure& figure) {
   return 1e-9 * std::max(std::abs(figure.meanA), std::abs(figure.meanB));
 }
 
+bool isUse(std::string_view kind) { return kind != rawValue(PowerReadingKind::batteryChargeInput); }
+
 }  // namespace
 
 ComparisonOutcome outcomeOf(const ComparedFigure& figure) {
@@ -27,9 +29,24 @@ bool hasNoWidth(const ComparedFigure& figure) {
 
 std::optional<bool> exceeds(const KindComparison& kind, double percent) {
   const ComparedFigure& figure = kind.figures.front();
-  const bool isUse = kind.sourceKind != rawValue(PowerReadingKind::batteryChargeInput);
-  if (!isUse || !figure.interval) return std::nullopt;
+  const bool isOfRepeatsWithoutEnergy = figure.quantity == ComparedQuantity::averageWatts;
+  if (!isUse(kind.sourceKind) || !figure.interval || isOfRepeatsWithoutEnergy) return std::nullopt;
   return figure.interval->lower > std::abs(figure.meanA) * percent / 100 + roundingOf(figure);
+}
+
+std::vector<std::string> unjudgedUses(const SessionComparison& comparison) {
+  std::vector<std::string> uses;
+  for (const KindComparison& kind : comparison.kinds) {
+    if (!isUse(kind.sourceKind) || kind.exceedsThreshold) continue;
+    uses.push_back(
+        kind.sourceLabel + " (" +
+        kind.figures.front().noInterval.value_or("repeats are judged by energy, which is not compared") +
+        ")");
+  }
+  for (const NotCompared& left : comparison.notCompared) {
+    if (left.sourceKind && isUse(*left.sourceKind)) uses.push_back(left.name + " (" + left.reason + ")");
+  }
+  return uses;
 }
 
 void applyThreshold(SessionComparison& comparison, double percent) {
@@ -39,6 +56,8 @@ void applyThreshold(SessionComparison& comparison, double percent) {
     if (kind.exceedsThreshold)
       comparison.exceedsThreshold = comparison.exceedsThreshold.value_or(false) || *kind.exceedsThreshold;
   }
+  if (comparison.exceedsThreshold == false && !unjudgedUses(comparison).empty())
+    comparison.exceedsThreshold.reset();
 }
 
 }  // namespace quellin

@@ -11,10 +11,14 @@ namespace quellin {
 [[nodiscard]] bool hasNoWidth(const ComparedFigure& figure);
 
 /// Whether the whole interval of the first figure lies above so many per cent of A's mean. No value without
-/// an interval, and for what flows into a battery: more of that is no more use.
+/// an interval, and for what flows into a battery: more of that is no more use. Nor has the power of repeats
+/// one: repeats are judged by their energy, as a run that takes longer uses more of it.
 [[nodiscard]] std::optional<bool> exceeds(const KindComparison& kind, double percent);
 
-/// Applies a threshold to every kind and to the whole.
+/// The kinds of use to which the threshold could not be applied, each with the reason in brackets.
+[[nodiscard]] std::vector<std::string> unjudgedUses(const SessionComparison& comparison);
+
+/// Applies a threshold to every kind and to the whole, which is only kept where every kind of use was judged.
 void applyThreshold(SessionComparison& comparison, double percent);
 
 }  // namespace quellin

@@ -27,28 +27,29 @@ class KindHolders {
   [[nodiscard]] std::size_t count() const { return sources_.size(); }  ///< how many they are
 
   /// On what the machine was when they were read: " on battery", " with a charger", " on battery and with a
-  /// charger"; empty where nothing is known of a battery.
+  /// charger"; where sessions differ, how many were on which; empty where nothing is known of a battery.
   [[nodiscard]] std::string supplyText() const;
 
-  /// Whether these were all read on battery and the others all with a charger, or the other way round.
-  [[nodiscard]] bool hasOtherSupplyThan(const KindHolders& other) const;
+  /// Whether all readings of these and of the others were taken on one and the same supply, or nothing is
+  /// known of any.
+  [[nodiscard]] bool sharesSupplyWith(const KindHolders& other) const;
+
+  /// Whether nothing is known of the supply of any of them.
+  [[nodiscard]] bool isOnUnknownSupply() const;
 
   /// The readings of the first of them.
   [[nodiscard]] const std::vector<double>& firstReadings() const { return sources_.front()->watts; }
 
-  /// The energy of each of them; no value unless each is completed and has an energy of this kind and
-  /// readings of no other: else it would be that of a part of its time.
+  /// The energy of each of them; no value unless every session is completed and has an energy of this
+  /// kind in every stretch: else it would be that of a part of its time.
   [[nodiscard]] std::optional<std::vector<double>> joules() const;
 
   /// The average of each of them.
   [[nodiscard]] std::vector<double> averageWatts() const;
 
  private:
-  [[nodiscard]] bool onBattery() const;
-  [[nodiscard]] bool onCharger() const;
-
   std::vector<const ComparedSource*> sources_;
-  bool areWhole_ = true;
+  bool areWhole_;
 };
 
 }  // namespace quellin

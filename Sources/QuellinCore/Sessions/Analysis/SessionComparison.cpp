@@ -70,11 +70,16 @@ Sessions takeComparable(Sessions sessions, std::vector<NotCompared>& rest) {
   const auto unfinished = std::ranges::stable_partition(
       sessions, [](const ComparedSession& session) { return session.isCompleted(); });
   for (const ComparedSession& session : unfinished) {
-    rest.push_back(
-        {.name = "session " + session.session.id.text(), .reason = "is " + session.session.status});
+    rest.push_back({.name = "session " + session.session.id.text(),
+                    .sourceKind = std::nullopt,
+                    .reason = "is " + session.session.status});
   }
   sessions.erase(unfinished.begin(), unfinished.end());
   return sessions;
+}
+
+std::string knownSupply(const KindHolders& holders) {
+  return holders.isOnUnknownSupply() ? " on an unknown supply" : holders.supplyText();
 }
 
 void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& b) {
@@ -82,18 +87,21 @@ void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& 
     const KindHolders ofA(a, kind.sourceKind);
     const KindHolders ofB(b, kind.sourceKind);
     if (ofB.count() == 0) {
-      result.notCompared.push_back({.name = kind.sourceLabel, .reason = "only A has readings of it"});
-    } else if (ofA.hasOtherSupplyThan(ofB)) {
+      result.notCompared.push_back(
+          {.name = kind.sourceLabel, .sourceKind = kind.sourceKind, .reason = "only A has readings of it"});
+    } else if (!ofA.sharesSupplyWith(ofB)) {
       result.notCompared.push_back(
           {.name = kind.sourceLabel,
-           .reason = "A has readings of it" + ofA.supplyText() + ", B" + ofB.supplyText()});
+           .sourceKind = kind.sourceKind,
+           .reason = "A has readings of it" + knownSupply(ofA) + ", B" + knownSupply(ofB)});
     } else {
       result.kinds.push_back(compareKind(kind, a, b));
     }
   }
   for (const SourceEnergy& kind : kindsOf(b)) {
     if (KindHolders(a, kind.sourceKind).count() == 0)
-      result.notCompared.push_back({.name = kind.sourceLabel, .reason = "only B has readings of it"});
+      result.notCompared.push_back(
+          {.name = kind.sourceLabel, .sourceKind = kind.sourceKind, .reason = "only B has readings of it"});
   }
 }
 

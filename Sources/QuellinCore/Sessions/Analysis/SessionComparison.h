@@ -88,11 +88,13 @@ struct KindComparison {
 
 /// Something that is not compared, and why.
 struct NotCompared {
-  std::string name;    ///< a kind's label, or an identifier of a session
-  std::string reason;  ///< in words
+  std::string name;                       ///< a kind's label, or an identifier of a session
+  std::optional<std::string> sourceKind;  ///< of a kind: raw value of a `PowerReadingKind`
+  std::string reason;                     ///< in words
 
   static constexpr auto fields() {
-    return std::tuple{Field{"name", &NotCompared::name}, Field{"reason", &NotCompared::reason}};
+    return std::tuple{Field{"name", &NotCompared::name}, Field{"sourceKind", &NotCompared::sourceKind},
+                      Field{"reason", &NotCompared::reason}};
   }
 
   bool operator==(const NotCompared&) const = default;
@@ -107,7 +109,8 @@ struct SessionComparison {
   std::vector<NotCompared> notCompared;    ///< sessions and kinds that are left out
   std::vector<std::string> notes;          ///< what to know before believing the figures
   std::optional<double> thresholdPercent;  ///< absent when none is applied
-  std::optional<bool> exceedsThreshold;    ///< whether any kind does; absent when it applies to none
+  std::optional<bool>
+      exceedsThreshold;  ///< whether any kind does; absent when none does and not all could be judged
 
   static constexpr auto fields() {
     using Comparison = SessionComparison;
@@ -126,9 +129,10 @@ struct SessionComparison {
 
 /// Compares two sets of sessions, or says why they have nothing in common. A session on its own is taken as
 /// it is; of several only those that are completed. Repeats on both sides have their intervals by Welch's t,
-/// one session on each side by the bootstrap over its readings; one beside several has none. Readings on
-/// battery are not compared with readings beside a charger, even of one kind. Energy is compared only where
-/// every session has readings of this one kind alone: otherwise each kind has but a part of the time.
+/// one session on each side by the bootstrap over its readings; one beside several has none. A kind is
+/// compared only where all its readings on both sides were taken on one and the same supply, or nothing is
+/// known of any. Energy is compared only where every stretch of every session has readings of this one kind:
+/// otherwise it would be that of a part of the time.
 [[nodiscard]] std::expected<SessionComparison, std::string> compareSessions(std::vector<ComparedSession> a,
                                                                             std::vector<ComparedSession> b);
 

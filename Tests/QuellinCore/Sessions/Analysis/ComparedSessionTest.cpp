@@ -43,6 +43,25 @@ TEST(ComparedSessionTest, HasTheReadingsOfEachKindAndWhatTheyComeTo) {
   EXPECT_THAT(result.sources[1].watts, ElementsAre(4));
   EXPECT_FALSE(result.sources[1].onBattery) << "nothing is known of a battery";
   EXPECT_FALSE(result.sources[1].onCharger);
+  EXPECT_TRUE(result.sources[1].onUnknown);
+  EXPECT_FALSE(result.sources[0].onUnknown);
+  EXPECT_TRUE(result.lacksEnergy);
+}
+
+TEST(ComparedSessionTest, LacksEnergyWhereAStretchHasNoReadings) {
+  const testing_support::MemoryStore memory;
+  const auto session = memory.start(1000);
+  const auto append = [&](const SystemPowerState& state) {
+    memory.store->appendSample(session, state, {}, std::nullopt);
+  };
+  append(stateDrawing(instantAt(1001), 10, 80));
+  append(stateDrawing(instantAt(1002), 10, 80));
+  EXPECT_FALSE(comparedSession(analyseSession(*memory.store, session)).lacksEnergy);
+  append(emptyState(instantAt(1003)));
+  append(emptyState(instantAt(1010)));
+  const ComparedSession result = comparedSession(analyseSession(*memory.store, session));
+  EXPECT_THAT(result.sources, SizeIs(1)) << "of one kind, and yet not of the whole time";
+  EXPECT_TRUE(result.lacksEnergy);
 }
 
 TEST(ComparedSessionTest, KnowsWhichReadingsAChargerWasConnectedFor) {

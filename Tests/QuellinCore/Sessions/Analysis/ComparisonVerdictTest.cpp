@@ -92,6 +92,39 @@ INSTANTIATE_TEST_SUITE_P(
                     Threshold{"silicon", kindFrom(5, 6, "ioReportSiliconPower"), 10, true}),
     namedBy(&Threshold::what));
 
+TEST(ComparisonVerdictTest, TheThresholdIsNotKeptWhileAKindOfUseIsNotJudged) {
+  SessionComparison comparison;
+  comparison.kinds = {kindFrom(0, 1)};
+  comparison.notCompared = {{"Input", "batteryChargeInput", "only B has readings of it"},
+                            {"session 1", std::nullopt, "is active"}};
+  applyThreshold(comparison, 10);
+  EXPECT_EQ(comparison.exceedsThreshold, false) << "neither is a kind of use";
+  EXPECT_THAT(unjudgedUses(comparison), testing::IsEmpty());
+
+  comparison.notCompared.push_back({"Draw", "batteryDischarge", "only B has readings of it"});
+  comparison.kinds.push_back(kindFrom(0, 1, "ioReportSiliconPower"));
+  comparison.kinds.back().sourceLabel = "Silicon";
+  comparison.kinds.back().figures.front().interval.reset();
+  comparison.kinds.back().figures.front().noInterval = "too few";
+  comparison.exceedsThreshold.reset();
+  applyThreshold(comparison, 10);
+  EXPECT_EQ(comparison.exceedsThreshold, std::nullopt);
+  EXPECT_THAT(unjudgedUses(comparison),
+              testing::ElementsAre("Silicon (too few)", "Draw (only B has readings of it)"));
+
+  comparison.kinds.front() = kindFrom(5, 6);
+  applyThreshold(comparison, 10);
+  EXPECT_EQ(comparison.exceedsThreshold, true) << "one that exceeds is enough";
+}
+
+TEST(ComparisonVerdictTest, RepeatsAreNotJudgedByPower) {
+  KindComparison kind = kindFrom(5, 6);
+  kind.figures.front().quantity = ComparedQuantity::averageWatts;
+  EXPECT_EQ(exceeds(kind, 10), std::nullopt);
+  kind.figures.front().quantity = ComparedQuantity::readingsWatts;
+  EXPECT_EQ(exceeds(kind, 10), true);
+}
+
 TEST(ComparisonVerdictTest, OneKindThatExceedsIsEnoughAndNoneThatCanBeJudgedIsNoAnswer) {
   SessionComparison comparison;
   comparison.kinds = {kindFrom(5, 6), kindFrom(0, 1, "ioReportSiliconPower"),

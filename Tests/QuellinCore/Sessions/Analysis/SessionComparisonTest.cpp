@@ -125,9 +125,11 @@ TEST(SessionComparisonTest, KindsOfOneSideOnlyAreNotCompared) {
   ASSERT_THAT(result.kinds, SizeIs(1));
   EXPECT_EQ(result.kinds[0].sourceKind, "batteryDischarge");
   EXPECT_EQ(result.kinds[0].figures[0].meanA, 10.5) << "nothing of the other kind in it";
-  EXPECT_THAT(result.notCompared,
-              ElementsAre(NotCompared{"label of batterySupplement", "only A has readings of it"},
-                          NotCompared{"label of ioReportSiliconPower", "only B has readings of it"}));
+  EXPECT_THAT(
+      result.notCompared,
+      ElementsAre(
+          NotCompared{"label of batterySupplement", "batterySupplement", "only A has readings of it"},
+          NotCompared{"label of ioReportSiliconPower", "ioReportSiliconPower", "only B has readings of it"}));
 }
 
 TEST(SessionComparisonTest, EnergyIsNotComparedWhereItIsThatOfAPartOfTheTime) {
@@ -141,12 +143,27 @@ TEST(SessionComparisonTest, EnergyIsNotComparedWhereItIsThatOfAPartOfTheTime) {
   EXPECT_EQ(active.time, std::nullopt);
 }
 
+TEST(SessionComparisonTest, EnergyIsNotComparedWhereAStretchOrASessionHasNone) {
+  ComparedSession partial = sessionDrawing(10);
+  partial.lacksEnergy = true;
+  EXPECT_THAT(quantitiesOf(compared({partial}, {sessionDrawing(10)}).kinds[0]),
+              ElementsAre(Quantity::readingsWatts));
+  EXPECT_THAT(quantitiesOf(
+                  compared({sessionDrawing(10), sessionDrawing(11)}, {sessionDrawing(10), partial}).kinds[0]),
+              ElementsAre(Quantity::averageWatts));
+  const auto without = compared({sessionDrawing(10), sessionDrawing(11)},
+                                {sessionDrawing(10), sessionDrawing(11), comparedSession({})});
+  EXPECT_THAT(quantitiesOf(without.kinds[0]), ElementsAre(Quantity::averageWatts));
+  EXPECT_THAT(without.notes, Contains(HasSubstr("energy is not compared")));
+}
+
 TEST(SessionComparisonTest, WithoutAKindInCommonItRefusesAndNamesBoth) {
-  EXPECT_THAT(refusal({comparedSession({comparedSource("batteryDischarge", {1, 2}),
-                                        comparedSource("batterySupplement", {1, 2})})},
-                      {comparedSession({comparedSource("ioReportSiliconPower", {1, 2})})}),
-              AllOf(HasSubstr("A has readings of label of batteryDischarge, label of batterySupplement"),
-                    HasSubstr("B has readings of label of ioReportSiliconPower")));
+  EXPECT_THAT(
+      refusal({comparedSession(
+                  {comparedSource("batteryDischarge", {1, 2}), comparedSource("batterySupplement", {1, 2})})},
+              {comparedSession({comparedSource("ioReportSiliconPower", {1, 2})})}),
+      AllOf(HasSubstr("A has readings of label of batteryDischarge on battery, label of batterySupplement"),
+            HasSubstr("B has readings of label of ioReportSiliconPower")));
   EXPECT_THAT(refusal({sessionDrawing(1)}, {comparedSession({})}), HasSubstr("B has no readings of power"));
 }
 
@@ -166,13 +183,33 @@ TEST(SessionComparisonTest, ReadingsOnBatteryAreNotComparedWithThoseBesideACharg
                                {comparedSession({silicon(true, false), draw})});
   EXPECT_THAT(result.kinds, SizeIs(1));
   EXPECT_THAT(result.notCompared,
-              ElementsAre(NotCompared{"label of ioReportSiliconPower",
+              ElementsAre(NotCompared{"label of ioReportSiliconPower", "ioReportSiliconPower",
                                       "A has readings of it with a charger, B on battery"}));
-  for (const auto& other : {silicon(true, true), silicon(false, true), silicon(false, false)}) {
-    for (const auto& one : {silicon(true, true), silicon(false, true)}) {
-      EXPECT_THAT(compared({comparedSession({one})}, {comparedSession({other})}).kinds, SizeIs(1));
-    }
+  const ComparedSession battery = comparedSession({silicon(true, false)});
+  const ComparedSession charger = comparedSession({silicon(false, true)});
+  const ComparedSession unknown = comparedSession({silicon(false, false)});
+  for (const auto& one : {battery, charger, unknown}) EXPECT_THAT(compared({one}, {one}).kinds, SizeIs(1));
+  const ComparedSession both = comparedSession({silicon(true, true)});
+  ComparedSession partly = battery;
+  partly.sources[0].onUnknown = true;
+  for (const auto& other : {both, charger, unknown, partly}) {
+    EXPECT_THAT(refusal({battery}, {other}), HasSubstr("nothing can be compared"));
+    EXPECT_THAT(refusal({other}, {battery}), HasSubstr("nothing can be compared"));
   }
+  EXPECT_THAT(refusal({both}, {both}), HasSubstr("nothing can be compared"));
+  EXPECT_THAT(refusal({partly}, {partly}), HasSubstr("nothing can be compared"));
+}
+
+TEST(SessionComparisonTest, OneSessionOnAnotherSupplyIsEnoughToRefuseAndIsCounted) {
+  const auto repeat = [](bool onBattery) {
+    ComparedSource source = comparedSource("ioReportSiliconPower", {1, 2});
+    source.onBattery = onBattery;
+    source.onCharger = !onBattery;
+    return comparedSession({source});
+  };
+  EXPECT_THAT(refusal({repeat(true), repeat(true), repeat(false)}, {repeat(true), repeat(false)}),
+              AllOf(HasSubstr("ioReportSiliconPower (2 sessions on battery, 1 session with a charger), B"),
+                    HasSubstr("ioReportSiliconPower (1 session on battery, 1 session with a charger), and")));
 }
 
 TEST(SessionComparisonTest, OfSeveralSessionsOnlyCompletedOnesAreRepeats) {
@@ -182,8 +219,8 @@ TEST(SessionComparisonTest, OfSeveralSessionsOnlyCompletedOnesAreRepeats) {
   EXPECT_THAT(result.a, SizeIs(2));
   EXPECT_THAT(result.b, SizeIs(1));
   const std::string none = "session 00000000-0000-0000-0000-000000000000";
-  EXPECT_THAT(result.notCompared,
-              ElementsAre(NotCompared{none, "is active"}, NotCompared{none, "is interrupted"}));
+  EXPECT_THAT(result.notCompared, ElementsAre(NotCompared{none, std::nullopt, "is active"},
+                                              NotCompared{none, std::nullopt, "is interrupted"}));
   EXPECT_THAT(refusal({sessionDrawing(1), sessionDrawing(2)},
                       {with(sessionDrawing(1), "active"), with(sessionDrawing(1), "active")}),
               HasSubstr("of the sessions of B none is completed"));
