@@ -33,7 +33,7 @@ FRONT_END = {
     "quellin/Outcome": [],
     "quellin/Terminal": ["Outcome"],
     "quellin/CommandLine": ["Outcome", "Terminal"],
-    "quellin/Storage": ["Outcome", "CommandLine"],
+    "quellin/Storage": ["Outcome", "Terminal", "CommandLine"],
     "quellin/Measuring": ["Outcome", "Terminal", "CommandLine", "Storage"],
     "quellin/Presentation": ["Outcome", "Terminal", "Storage", "Measuring"],
     "quellin/Progress": ["Terminal", "CommandLine", "Presentation"],

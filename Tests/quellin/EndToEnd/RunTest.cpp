@@ -173,7 +173,7 @@ TEST_P(PassedSignalTest, GoesToTheCommandWhichMayTakeItsTime) {
   const ProgramResult result = program.finish();
   EXPECT_THAT(result.output, HasSubstr("heard\n"));
   EXPECT_EQ(result.exitStatus, 9);
-  EXPECT_THAT(sessions(), AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("interrupted"), Not(HasSubstr("active"))));
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, PassedSignalTest,
