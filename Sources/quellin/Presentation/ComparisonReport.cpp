@@ -40,16 +40,30 @@ std::string sideText(const std::vector<PowerSessionMetadataDTO>& sessions) {
   return whole(std::ssize(sessions)) + " sessions, " + first.title + (isShared ? "" : " and others");
 }
 
-std::string boundsText(const DifferenceInterval& interval) {
-  return signedDecimal(interval.lower, 2) + " to " + signedDecimal(interval.upper, 2);
+// Two, and more where a difference that is more than rounding would pass for none.
+int decimalsOf(const ComparedFigure& figure) {
+  double largest = std::abs(figure.difference);
+  if (figure.interval)
+    largest = std::max({largest, std::abs(figure.interval->lower), std::abs(figure.interval->upper)});
+  const double rounding = 1e-9 * std::max(std::abs(figure.meanA), std::abs(figure.meanB));
+  if (largest >= 0.005 || largest <= rounding) return 2;
+  return std::min(2 - static_cast<int>(std::floor(std::log10(largest))), 12);
+}
+
+std::string boundsText(const ComparedFigure& figure) {
+  const int decimals = decimalsOf(figure);
+  return signedDecimal(figure.interval->lower, decimals) + " to " +
+         signedDecimal(figure.interval->upper, decimals);
 }
 
 void addFigure(Table& table, const ComparedFigure& figure) {
   const QuantityText& text = textOf(figure);
   const auto& interval = figure.interval;
-  table.add({std::string{text.name} + ", " + text.unit, decimal(figure.meanA, 2), decimal(figure.meanB, 2),
-             signedDecimal(figure.difference, 2), figure.percent ? signedDecimal(*figure.percent, 1) : "-",
-             interval ? boundsText(*interval) : "-", interval ? interval->method : "-"});
+  const int decimals = decimalsOf(figure);
+  table.add({std::string{text.name} + ", " + text.unit, decimal(figure.meanA, decimals),
+             decimal(figure.meanB, decimals), signedDecimal(figure.difference, decimals),
+             figure.percent ? signedDecimal(*figure.percent, 1) : "-", interval ? boundsText(figure) : "-",
+             interval ? interval->method : "-"});
 }
 
 std::string figureTable(const SessionComparison& comparison, std::optional<std::size_t> width) {
@@ -75,7 +89,8 @@ std::string percentText(const ComparedFigure& figure) {
 // "B uses 0.42 W less (-8.1 %)".
 std::string amountText(const KindComparison& kind, const ComparedFigure& figure) {
   const bool isInput = kind.sourceKind == rawValue(PowerReadingKind::batteryChargeInput);
-  const std::string amount = decimal(std::abs(figure.difference), 2) + " " + textOf(figure).unit;
+  const std::string amount =
+      decimal(std::abs(figure.difference), decimalsOf(figure)) + " " + textOf(figure).unit;
   return std::string{isInput ? "B takes in " : "B uses "} + amount +
          (figure.difference < 0 ? " less" : " more") + percentText(figure);
 }
@@ -89,8 +104,8 @@ std::string blocksText(const DifferenceInterval& interval) {
 
 std::string certaintyText(const ComparedFigure& figure) {
   const QuantityText& text = textOf(figure);
-  return "95 % interval " + boundsText(*figure.interval) + " " + text.unit + ", " + figure.interval->method +
-         ", " + whole(figure.countA) + " against " + counted(figure.countB, text.counted) +
+  return "95 % interval " + boundsText(figure) + " " + text.unit + ", " + figure.interval->method + ", " +
+         whole(figure.countA) + " against " + counted(figure.countB, text.counted) +
          blocksText(*figure.interval);
 }
 

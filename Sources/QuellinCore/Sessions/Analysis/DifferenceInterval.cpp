@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <numeric>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <boost/math/distributions/students_t.hpp>
@@ -117,6 +118,13 @@ std::optional<DifferenceInterval> welchInterval(std::span<const double> a, std::
 std::optional<DifferenceInterval> bootstrapInterval(std::span<const double> a, std::span<const double> b) {
   constexpr std::size_t resamplings = 4000;
   if (a.size() < fewestToResample || b.size() < fewestToResample) return std::nullopt;
+  // In an order that does not depend on the side, so that the other way round gives the mirrored interval.
+  if (std::ranges::lexicographical_compare(b, a)) {
+    auto mirrored = bootstrapInterval(b, a);
+    mirrored->lower = 0 - std::exchange(mirrored->upper, 0 - mirrored->lower);
+    std::swap(mirrored->blockLengthA, mirrored->blockLengthB);
+    return mirrored;
+  }
   // Two generators: blocks drawn from the same places of both would make what they share pass for certainty.
   std::mt19937_64 randomA(1);
   std::mt19937_64 randomB(2);

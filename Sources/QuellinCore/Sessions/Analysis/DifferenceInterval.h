@@ -44,7 +44,8 @@ struct DifferenceInterval {
 /// The interval of the difference of the means of two series whose neighbours resemble each other, by the
 /// moving-block bootstrap: blocks of twice the cube root of the series, rounded up, 4000 resamplings from
 /// fixed seeds, and the percentiles of what they give, centred on the difference and widened by what blocks
-/// lack of the variance. The same series give the same interval on every machine. No value unless both have
+/// lack of the variance. The same series give the same interval on every machine, and two
+/// different ones the other way round the mirrored interval. No value unless both have
 /// `fewestToResample` values. Its level is that of many values: where each keeps half of the one before, 93 %
 /// of the intervals of 300 values hold the true difference, and 87 % of those of 30.
 [[nodiscard]] std::optional<DifferenceInterval> bootstrapInterval(std::span<const double> a,

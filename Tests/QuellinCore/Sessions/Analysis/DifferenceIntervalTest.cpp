@@ -135,6 +135,19 @@ TEST(BootstrapIntervalTest, SaysTheSameEveryTimeAndWithWhichBlocks) {
   EXPECT_EQ(result->blockLengthB, 8) << "twice the cube root of 64";
 }
 
+TEST(BootstrapIntervalTest, IsMirroredTheOtherWayRound) {
+  std::mt19937_64 random(4);
+  const Values a = remembering(random, 100, 5);
+  const Values b = remembering(random, 64, 6);
+  const auto forth = bootstrapInterval(a, b);
+  const auto back = bootstrapInterval(b, a);
+  ASSERT_TRUE(forth.has_value() && back.has_value());
+  EXPECT_EQ(back->lower, -forth->upper);
+  EXPECT_EQ(back->upper, -forth->lower);
+  EXPECT_EQ(back->blockLengthA, forth->blockLengthB);
+  EXPECT_EQ(back->blockLengthB, forth->blockLengthA);
+}
+
 TEST(BootstrapIntervalTest, NeedsThirtyValuesOfBoth) {
   EXPECT_NE(bootstrapInterval(Values(30, 1.0), Values(30, 1.0)), std::nullopt);
   EXPECT_EQ(bootstrapInterval(Values(29, 1.0), Values(30, 1.0)), std::nullopt);
