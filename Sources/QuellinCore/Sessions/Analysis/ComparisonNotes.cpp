@@ -66,8 +66,7 @@ std::vector<std::string> comparisonNotes(const SessionComparison& comparison, Se
   if (a.size() == 1 && b.size() == 1 && hasInterval(comparison)) {
     notes.emplace_back(
         "an interval says how the readings of these two sessions vary, not how far repeats differ, and "
-        "promises too "
-        "much for readings that hold or change slowly");
+        "promises too much for readings that hold or change slowly");
   }
   for (const KindComparison& kind : comparison.kinds) {
     if (!hasEnergy(kind)) {
