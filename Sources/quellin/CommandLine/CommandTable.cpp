@@ -67,7 +67,10 @@ std::vector<Command> measuringCommands() {
        {"quellin run -- make -j8", "quellin run --repeat 5 --baseline 30s --title 'Old code' -- ./test.sh",
         "quellin run --json -o energy.json -- sh -c 'sort big.txt | uniq -c'"},
        [](CLI::App& app, Options& options) {
-         addWord(app, options, "COMMAND", "The command, behind --, with all that belongs to it", {});
+         addWord(
+             app, options, "COMMAND",
+             "The command, behind --, with all that belongs to it; if it fails, its session is interrupted",
+             {});
          addSource(app, options);
          addStore(app, options);
          addJSON(app, options);
