@@ -7,8 +7,7 @@ enum class ExitStatus {
   ok = 0,
   failed = 1,             ///< something went wrong; standard error says what
   usage = 2,              ///< the command line was not understood
-  negative = 3,           ///< the question was answered with no: an alert fired, nothing was being
-                          ///< recorded, B is worse
+  negative = 3,           ///< the question was answered with no; `exitStatusText` lists the questions
   noSession = 4,          ///< there is no such session
   nothingMeasurable = 5,  ///< this machine, or what stands for it, has nothing to measure
 
