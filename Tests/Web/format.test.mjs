@@ -4,6 +4,8 @@ import { test } from "node:test";
 import { Clock } from "../../Web/src/data/clock.js";
 import { bytes, change, counted, decimal, duration, whole, withUnit } from "../../Web/src/data/format.js";
 
+process.env.TZ = "Asia/Tokyo"; // nine hours ahead of UTC, all year
+
 const table = JSON.parse(readFileSync(new URL("../Fixtures/figure-texts.json", import.meta.url), "utf8"));
 
 test("figures are spelled as the command line spells them", () => {
@@ -35,7 +37,7 @@ test("a clock in UTC does not depend on where the reader is", () => {
 
 test("a clock in local time is that of the reader", () => {
   const clock = new Clock("local");
-  assert.equal(clock.time(moment), new Date(moment * 1000).toTimeString().slice(0, 8));
+  assert.equal(clock.time(moment), "08:59:58");
   assert.equal(clock.name, "local time");
 });
 
@@ -43,7 +45,7 @@ test("the time of a moment names the day in a session that lasts beyond one, in 
   const at = (zone, seconds) => new Clock(zone, { start: moment, end: moment + seconds }).moment(moment);
   assert.equal(at("utc", 1), "23:59:58");
   assert.equal(at("utc", 2), "4 Mar, 23:59:58");
-  assert.match(at("local", 86400), /^\d Mar, \d\d:59:58$/);
+  assert.equal(at("local", 86400), "5 Mar, 08:59:58");
 });
 
 test("ticks are as short as their distance allows, and tell when a day begins", () => {
