@@ -1,6 +1,7 @@
 #include <string_view>
 #include <utility>
 
+#include "QuellinCore/Sessions/PowerSource.h"
 #include "quellin/Presentation/Figure.h"
 
 namespace quellin::cli {
@@ -81,7 +82,7 @@ void addPower(std::vector<Figure>& list, const SystemPowerState& state, const st
                     .text = std::nullopt,
                     .unit = "W",
                     .source = "none",
-                    .kind = "unavailable",
+                    .kind = std::string{unavailableReading},
                     .confidence = std::nullopt,
                     .note = noPowerReading});
   }
