@@ -60,6 +60,32 @@ test("a session on one source has its own average", async () => {
     assert.equal(summary.averageWattsNote, undefined);
     assert.equal(await page.text(".card .energy strong"), decimal(summary.totalWattHours, 3));
     assert.equal(await page.text(".card dd"), `${decimal(summary.averageWatts, 2)} W`);
+    assert.deepEqual(await page.texts("#cards .remark, #cards .note"), []);
+  });
+  await look(reports.replaceData(single.path, (document) => {
+    const { summary } = document.analysis;
+    return { ...document, analysis: { ...document.analysis, summary: { ...summary, averageWatts: summary.minWatts / 2 } } };
+  }), {}, async (page) => {
+    assert.equal(await page.text(".card dd"), `${decimal(single.shown.summary.minWatts / 2, 2)} W`);
+    assert.deepEqual(await page.texts("#cards .note"), ["over the whole time, also where no readings are"]);
+  });
+});
+
+test("where the only source went away there are no different quantities", async () => {
+  const withoutEnergy = ({ energy, ...tick }) => tick;
+  const withoutBattery = ({ battery, ...tick }) => tick;
+  const interrupted = reports.record("Interrupted", {
+    words: ["--for", "1m"],
+    change: (text) => text.trimEnd().split("\n").map((line) => withoutEnergy(JSON.parse(line)))
+      .map((line, index) => JSON.stringify(index > 6 ? withoutBattery(line) : line)).join("\n") + "\n",
+  });
+  const { summary } = interrupted.shown;
+  assert.deepEqual(summary.powerSegments.map(({ sourceKind }) => sourceKind), ["batteryDischarge", "unavailable"]);
+  assert.notEqual(summary.averageWattsNote, undefined);
+  await look(interrupted.address, {}, async (page) => {
+    const [drawn] = summary.powerSegments;
+    assert.deepEqual(await page.texts(".card h3"), [drawn.sourceLabel]);
+    assert.equal(await page.text(".card .energy strong"), decimal(drawn.totalWattHours, 3));
     assert.deepEqual(await page.texts("#cards .remark"), []);
   });
 });

@@ -1,5 +1,6 @@
 #include "quellin/Presentation/SessionText.h"
 
+#include "QuellinCore/Sessions/Analysis/SourceTotals.h"
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/Table.h"
@@ -40,17 +41,21 @@ std::string withUnit(const std::string& text, const std::string& unit) {
   return text == unknown ? text : text + " " + unit;
 }
 
-// Energy over the whole time may come to less than each reading where these cover little of it.
-std::string averageText(const PowerSessionSummary& summary) {
-  std::string text = withUnit(decimal(summary.averageWatts, 2), "W");
-  if (summary.averageWatts && summary.minWatts && *summary.averageWatts < *summary.minWatts)
-    text += ", over the whole time, also where no readings are";
-  return text;
+// Energy over the whole time may come to less than each reading where these cover little of it. A difference
+// that is not seen is one of rounding.
+bool isBelowEveryReading(const PowerSessionSummary& summary) {
+  return summary.averageWatts && summary.minWatts && *summary.averageWatts < *summary.minWatts &&
+         decimal(summary.averageWatts, 2) != decimal(summary.minWatts, 2);
 }
 
-// Extremes of different quantities are none: each segment has its own.
+std::string averageText(const PowerSessionSummary& summary) {
+  const std::string text = withUnit(decimal(summary.averageWatts, 2), "W");
+  return isBelowEveryReading(summary) ? text + ", over the whole time, also where no readings are" : text;
+}
+
+// Extremes of different quantities are none: each segment has its own. Time without readings is no quantity.
 std::string extremes(const PowerSessionSummary& summary) {
-  if (summary.averageWattsNote) return unknown;
+  if (totalsBySource(summary.powerSegments).size() > 1) return unknown;
   return withUnit(decimal(summary.minWatts, 2), "W") + ", " + withUnit(decimal(summary.maxWatts, 2), "W");
 }
 

@@ -1,5 +1,9 @@
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/PowerSource.h"
 #include "quellin/Presentation/SessionText.h"
 
 namespace quellin::cli {
@@ -33,6 +37,34 @@ std::string textWith(double averageWatts) {
 TEST(SessionTextTest, AnAverageBelowEveryReadingSaysWhatItIsOf) {
   EXPECT_THAT(textWith(11), testing::HasSubstr("11.00 W, over the whole time, also where no readings are\n"));
   EXPECT_THAT(textWith(13), testing::HasSubstr("13.00 W\n"));
+  EXPECT_THAT(textWith(12 - 1e-12), testing::HasSubstr("12.00 W\n")) << "a difference of rounding";
+}
+
+// The line of extremes of a session with segments of these kinds, where one has readings unless it is
+// "unavailable".
+std::string extremesWith(const std::vector<std::string>& kinds) {
+  SessionReport report;
+  report.summary.averageWattsNote = PowerSessionSummary::mixedSourcesNote;
+  report.summary.minWatts = 12;
+  report.summary.maxWatts = 14;
+  for (const std::string& kind : kinds) {
+    PowerSessionPowerSegment segment;
+    segment.sourceKind = kind;
+    segment.sampleCount = 2;
+    if (kind != unavailableReading) segment.wattSampleCount = 2;
+    report.summary.powerSegments.push_back(segment);
+  }
+  const std::string text = sessionText(report, Terminal{});
+  const std::size_t start = text.find("Lowest, highest");
+  return text.substr(start, text.find('\n', start) - start);
+}
+
+TEST(SessionTextTest, OnlyExtremesOfDifferentQuantitiesAreNone) {
+  const std::string draw{"batteryDischarge"};
+  const std::string none{unavailableReading};
+  EXPECT_EQ(extremesWith({draw, "ioReportSiliconPower"}), "Lowest, highest   unknown");
+  EXPECT_EQ(extremesWith({draw, none, draw}), "Lowest, highest   12.00 W, 14.00 W");
+  EXPECT_EQ(extremesWith({none, draw, none, "batteryChargeInput"}), "Lowest, highest   unknown");
 }
 
 }  // namespace

@@ -3,10 +3,17 @@ import { confidenceText } from "./provenance.js";
 import { element, place } from "../common/dom.js";
 import { swatch } from "../common/swatch.js";
 
+// Energy over the whole time may come to less than each reading where these cover little of it. A difference that
+// is not seen is one of rounding.
+function averageNote({ averageWatts, minWatts }) {
+  const isBelowEveryReading = averageWatts < minWatts && decimal(averageWatts, 2) !== decimal(minWatts, 2);
+  return isBelowEveryReading ? "over the whole time, also where no readings are" : undefined;
+}
+
 // Watt-hours and the like of one power source.
 function card({ kind, label, confidence, totals }) {
   const figures = [
-    ["Average", withUnit(decimal(totals.averageWatts, 2), "W")],
+    ["Average", withUnit(decimal(totals.averageWatts, 2), "W"), averageNote(totals)],
     ["Lowest", withUnit(decimal(totals.minWatts, 2), "W")],
     ["Highest", withUnit(decimal(totals.maxWatts, 2), "W")],
     ["Time", duration(totals.durationSeconds)],
@@ -15,8 +22,9 @@ function card({ kind, label, confidence, totals }) {
     element("h3", {}, swatch(kind), label),
     element("p", { class: "energy" }, element("strong", {}, decimal(totals.totalWattHours, 3)),
       totals.totalWattHours === undefined ? "" : " Wh"),
-    element("dl", {}, figures.map(([name, value]) =>
-      element("div", {}, element("dt", {}, name), element("dd", {}, value)))),
+    element("dl", {}, figures.map(([name, value, note]) =>
+      element("div", {}, element("dt", {}, name), element("dd", {}, value),
+        note && element("dd", { class: "note" }, note)))),
     confidence && element("p", { class: "confidence" }, confidenceText(confidence)));
 }
 
@@ -57,7 +65,7 @@ export function showGlance({ session }) {
   if (session.sourceTotals.length === 0) {
     place("cards", element("p", { class: "notice" }, "No power was read in this session."));
   }
-  if (summary.averageWattsNote !== undefined) {
+  if (session.sourceTotals.length > 1) {
     place("cards", element("p", { class: "remark" },
       "These are different quantities, so there is no sum and no average over all of the session."));
   }
