@@ -54,6 +54,8 @@ std::shared_ptr<PowerSession> PowerSessionRecorder::start(const std::optional<st
 
 void PowerSessionRecorder::stop(Instant endedAt) { state()->stop(endedAt); }
 
+void PowerSessionRecorder::interrupt(Instant endedAt) { state()->interrupt(endedAt); }
+
 void PowerSessionRecorder::record(const SystemPowerState& snapshot,
                                   const std::optional<ProTelemetrySnapshot>& proTelemetry,
                                   std::function<void()> completion) {

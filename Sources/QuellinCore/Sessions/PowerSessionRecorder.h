@@ -53,7 +53,8 @@ class PowerSessionRecorder {
   [[nodiscard]] const std::shared_ptr<PowerSession>& activeSession() const;
   /// The summary of the active session, empty when there is none.
   [[nodiscard]] const PowerSessionSummary& activeSummary() const;
-  /// The text of the last failure; the next `start`, `stop` or `record` that succeeds clears it.
+  /// The text of the last failure; the next `start`, `stop`, `interrupt` or `record` that succeeds clears
+  /// it.
   [[nodiscard]] const std::optional<std::string>& lastError() const;
   [[nodiscard]] const std::shared_ptr<PowerSessionStore>& store() const;  ///< where sessions go; never null
   [[nodiscard]] Seconds processSampleInterval() const;  ///< the least time between two measurements
@@ -69,6 +70,8 @@ class PowerSessionRecorder {
 
   /// Ends the active session as completed. No effect without one.
   void stop(Instant endedAt);
+  /// As `stop`, as interrupted.
+  void interrupt(Instant endedAt);
 
   /// Stores one snapshot, with the pro telemetry that the caller holds at present, in the active session; no
   /// effect without one. When process activity is due, it is measured first, for a good third of a second;

@@ -49,14 +49,18 @@ std::shared_ptr<PowerSession> PowerSessionRecorder::State::start(const std::opti
   return session.value_or(nullptr);
 }
 
-void PowerSessionRecorder::State::stop(Instant endedAt) {
+void PowerSessionRecorder::State::stop(Instant endedAt) { end(&PowerSessionStore::stop, endedAt); }
+
+void PowerSessionRecorder::State::interrupt(Instant endedAt) { end(&PowerSessionStore::interrupt, endedAt); }
+
+void PowerSessionRecorder::State::end(Ending ending, Instant endedAt) {
   if (!activeSession) return;
   noteCost();
-  const auto hasStopped = attempt([&] {
-    store->stop(activeSession, endedAt);
+  const auto hasEnded = attempt([&] {
+    (*store.*ending)(activeSession, endedAt);
     return true;
   });
-  if (hasStopped) {
+  if (hasEnded) {
     reset(nullptr);
     setLastError(std::nullopt);
   }

@@ -24,6 +24,7 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   std::shared_ptr<PowerSession> start(const std::optional<std::string>& title, PowerSessionSource source,
                                       double sampleInterval, Instant startedAt);
   void stop(Instant endedAt);
+  void interrupt(Instant endedAt);
   void record(const SystemPowerState& state, const std::optional<ProTelemetrySnapshot>& proTelemetry,
               std::function<void()> completion);
   void refreshActiveSession();
@@ -78,6 +79,9 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   void finish(const Snapshot& snapshot);
   [[nodiscard]] std::optional<ProTelemetrySnapshot> accepted(
       const std::optional<ProTelemetrySnapshot>& proTelemetry);
+
+  using Ending = void (PowerSessionStore::*)(const std::shared_ptr<PowerSession>&, Instant);
+  void end(Ending ending, Instant endedAt);
 
   void noteCost(std::optional<Instant> moment = std::nullopt);
   void reset(std::shared_ptr<PowerSession> session);

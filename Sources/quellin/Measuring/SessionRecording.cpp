@@ -72,16 +72,12 @@ std::optional<std::string> SessionRecording::newFailure() {
   return isNew ? present : std::nullopt;
 }
 
-void SessionRecording::end() {
-  if (recorder_.activeSession() == session_ && isStillOurs()) recorder_.stop(host_.wallClock->now());
-  lock_.reset();
-}
+void SessionRecording::end() { endBy(&PowerSessionRecorder::stop); }
 
-void SessionRecording::interrupt() {
-  if (isStillOurs()) {
-    store().interrupt(session_, host_.wallClock->now());
-    recorder_.refreshActiveSession();
-  }
+void SessionRecording::interrupt() { endBy(&PowerSessionRecorder::interrupt); }
+
+void SessionRecording::endBy(void (PowerSessionRecorder::*ending)(Instant)) {
+  if (recorder_.activeSession() == session_ && isStillOurs()) (recorder_.*ending)(host_.wallClock->now());
   lock_.reset();
 }
 

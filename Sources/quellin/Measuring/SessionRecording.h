@@ -72,13 +72,15 @@ class SessionRecording {
   /// As `failure`; each is told once, for as long as it lasts.
   [[nodiscard]] std::optional<std::string> newFailure();
 
-  /// Ends the session unless that has been done, here or elsewhere. Throws `StoreError`.
+  /// Ends the session unless that has been done, here or elsewhere; `failure` tells when it cannot be. Throws
+  /// `StoreError` where the store cannot even be asked for it.
   void end();
 
   /// As `end`, as interrupted.
   void interrupt();
 
  private:
+  void endBy(void (PowerSessionRecorder::*ending)(Instant));
   [[nodiscard]] SystemPowerState read();
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 

@@ -62,16 +62,18 @@ TEST_F(PowerSessionRecorderFailuresTest, AStartThatFailsIsToldAndTheNextSuccessC
   EXPECT_EQ(recorder->lastError(), std::nullopt);
 }
 
-TEST_F(PowerSessionRecorderFailuresTest, ASessionGoesOnUntilItCouldBeStopped) {
-  const auto session = start();
-  lock();
-  recorder->stop(instantAt(5));
-  EXPECT_TRUE(recorder->lastError().has_value());
-  EXPECT_EQ(recorder->activeSession(), session);
-  unlock();
-  recorder->stop(instantAt(6));
-  EXPECT_EQ(recorder->lastError(), std::nullopt);
-  EXPECT_THAT(recorder->activeSession(), IsNull());
+TEST_F(PowerSessionRecorderFailuresTest, ASessionGoesOnUntilItCouldBeEnded) {
+  for (const auto ending : {&PowerSessionRecorder::stop, &PowerSessionRecorder::interrupt}) {
+    const auto session = start();
+    lock();
+    (*recorder.*ending)(instantAt(5));
+    EXPECT_TRUE(recorder->lastError().has_value());
+    EXPECT_EQ(recorder->activeSession(), session);
+    unlock();
+    (*recorder.*ending)(instantAt(6));
+    EXPECT_EQ(recorder->lastError(), std::nullopt);
+    EXPECT_THAT(recorder->activeSession(), IsNull());
+  }
 }
 
 TEST_F(PowerSessionRecorderFailuresTest, ASampleThatCouldNotBeSavedIsSavedWithTheNext) {

@@ -74,6 +74,18 @@ TEST_F(RecorderCostTest, IsNotedWithTheFirstSampleOnceAMinuteAndAtTheEnd) {
   EXPECT_EQ(cpuSeconds(session), 62.5);
 }
 
+TEST_F(RecorderCostTest, AnInterruptedSessionHasTheCostOfItsLastMoments) {
+  const auto session = start();
+  record(0, 1);
+  record(1, 2);
+  recorder->interrupt(instantAt(2));
+  EXPECT_EQ(session->status(), PowerSessionStatus::interrupted);
+  EXPECT_EQ(session->endedAt(), instantAt(2));
+  EXPECT_EQ(recorder->activeSession(), nullptr);
+  EXPECT_EQ(cpuSeconds(session), 3);
+  EXPECT_THAT(store->cost(*session), Optional(Field(&RecorderCost::bytesWritten, Gt(0))));
+}
+
 TEST_F(RecorderCostTest, WhatHappensBeforeAndBetweenSessionsIsNotCounted) {
   cpu.use(Seconds{100});
   const auto first = start();

@@ -89,6 +89,15 @@ TEST_F(SessionRecordingTest, EndsItsSessionWhenItGoes) {
   EXPECT_EQ(statusOf(session), "completed");
 }
 
+TEST_F(SessionRecordingTest, AnInterruptedSessionHasItsCost) {
+  const auto session = begin();
+  sample();
+  recording->interrupt();
+  EXPECT_EQ(statusOf(session->id()), "interrupted");
+  EXPECT_THAT(recording->store().cost(*session),
+              Optional(testing::Field(&RecorderCost::bytesWritten, testing::Gt(0))));
+}
+
 TEST_F(SessionRecordingTest, LeavesASessionAloneThatItDidNotBegin) {
   PowerSessionStore store{"elsewhere", *options.store};
   const auto session = store.start("Theirs", PowerSessionSource::cli, 1, instantAt(1000));
