@@ -1,5 +1,8 @@
 #include <optional>
 #include <string>
+#include <vector>
+
+#include <fmt/format.h>
 
 #include "quellin/CommandLine/Command.h"
 #include "quellin/Measuring/CommandRun.h"
@@ -85,7 +88,7 @@ class Runs {
 
   void finish() {
     if (!report_.idle && report_.runs.empty()) return;
-    if (report_.runs.size() > 1) showTogether();
+    if (repeats_.size() > 1) showTogether();
     if (options_.json) sink_.write(jsonText(report_) + "\n");
     sink_.finish();
   }
@@ -113,13 +116,18 @@ class Runs {
     const std::string turnText =
         options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
     show(title_ + turnText, cli::commandText(report_.runs.back(), report_.idle.has_value(), sink_.width()));
+    if (measured.end.isWholeRun() && measured.span) repeats_.push_back(*report_.runs.back().measured);
     const int status = measured.end.shellStatus();
     return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;
   }
 
   void showTogether() {
-    const std::string text = runsText(report_.runs, sink_.width());
-    if (!text.empty()) show(title_ + ", all " + std::to_string(report_.runs.size()), text);
+    const std::string text = repeatsText(repeats_, sink_.width());
+    const std::size_t count = repeats_.size();
+    const std::size_t all = report_.runs.size();
+    const std::string which =
+        count == all ? fmt::format("all {}", all) : fmt::format("the {} whole runs of {}", count, all);
+    if (!text.empty()) show(title_ + ", " + which, text);
   }
 
   void show(const std::string& heading, const std::string& text) {
@@ -130,7 +138,8 @@ class Runs {
   const Options& options_ = invocation_.options;
   ResultSink sink_;
   RunReport report_;
-  std::size_t idleTicks_ = 0;  // of a trace, at its beginning
+  std::vector<SpanReport> repeats_;  // of the runs, those that can be averaged
+  std::size_t idleTicks_ = 0;        // of a trace, at its beginning
   std::string title_;
 };
 

@@ -21,6 +21,10 @@ struct CommandEnd {
 
   /// The exit status by which a shell tells of it: 128 more than the number of a signal.
   [[nodiscard]] int shellStatus() const { return exitStatus ? *exitStatus : 128 + signal.value_or(0); }
+
+  /// Whether the command did all that it was to do. One that fails, or that a signal ends, did a part of it:
+  /// half a run is no repeat.
+  [[nodiscard]] bool isWholeRun() const { return shellStatus() == 0; }
 };
 
 /// A command that has this process's standard streams, terminal and process group for its own: it reads the

@@ -143,16 +143,15 @@ std::string commandText(const CommandReport& report, bool hasBaseline, std::opti
   return text;
 }
 
-std::string runsText(const std::vector<CommandReport>& runs, std::optional<std::size_t> width) {
+std::string repeatsText(const std::vector<SpanReport>& repeats, std::optional<std::size_t> width) {
   std::vector<std::vector<SourceEnergy>> sources;
   std::vector<double> countedJoules;
   std::string confidence;
-  for (const CommandReport& run : runs) {
-    if (!run.measured) continue;
-    sources.push_back(run.measured->sources);
-    if (!run.measured->counters) continue;
-    countedJoules.push_back(run.measured->counters->joules);
-    confidence = run.measured->counters->confidence;
+  for (const SpanReport& repeat : repeats) {
+    sources.push_back(repeat.sources);
+    if (!repeat.counters) continue;
+    countedJoules.push_back(repeat.counters->joules);
+    confidence = repeat.counters->confidence;
   }
   Table table{{{"Over the runs"},
                {"Mean J", Alignment::right},

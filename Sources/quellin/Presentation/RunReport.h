@@ -77,7 +77,8 @@ struct RunReport {
 [[nodiscard]] std::string commandText(const CommandReport& report, bool hasBaseline,
                                       std::optional<std::size_t> width);
 
-/// What several runs come to together, as text; empty when none has energy.
-[[nodiscard]] std::string runsText(const std::vector<CommandReport>& runs, std::optional<std::size_t> width);
+/// What several whole runs of the same come to together, as text; empty when none has energy.
+[[nodiscard]] std::string repeatsText(const std::vector<SpanReport>& repeats,
+                                      std::optional<std::size_t> width);
 
 }  // namespace quellin::cli

@@ -64,6 +64,21 @@ TEST_F(RunTreeTest, RepeatedRunsAreSummedUp) {
                                            "Counters +1\\.25 +0\\.00 +2\\.50 +2 +ioReport\n"));
 }
 
+TEST_F(RunTreeTest, ARunThatFailsIsNotSummedUp) {
+  const std::string counter = "sys/class/powercap/intel-rapl:0/energy_uj";
+  const std::string said =
+      frontEnd
+          .run({"run", "--source", ".", "--title", "Tries", "--repeat", "5", "--", "sh", "-c",
+                "read n < " + counter +
+                    "; test $n -lt 53000000 && more=1000000 || more=90000000; "
+                    "echo $((n + more)) > " +
+                    counter + "; test $more -eq 1000000"})
+          .error;
+  EXPECT_THAT(said, testing::ContainsRegex("\nTries, the 2 whole runs of 3\n"
+                                           "Over the runs +Mean J +Lowest J +Highest J +Runs +Confidence\n"
+                                           "Counters +1\\.00 +1\\.00 +1\\.00 +2 +ioReport\n"));
+}
+
 TEST_F(RunTreeTest, CountersThatCannotBeReadAreNotShown) {
   const std::string said =
       frontEnd
