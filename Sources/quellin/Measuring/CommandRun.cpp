@@ -28,6 +28,18 @@ class Span {
         recording_(invocation, host, loop_,
                    invocation.options.processInterval.value_or(usualRunProcessInterval)),
         ticker_(loop_, host, invocation.options.interval, length) {}
+  Span(const Span&) = delete;
+  Span& operator=(const Span&) = delete;
+  Span(Span&&) = delete;
+  Span& operator=(Span&&) = delete;
+  // What was not ended failed on its way.
+  ~Span() {
+    try {
+      recording_.interrupt();
+    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
+      // What went wrong before is on its way to the user already.
+    }
+  }
 
   [[nodiscard]] Loop& loop() { return loop_; }
   [[nodiscard]] Ticker& ticker() { return ticker_; }
@@ -58,15 +70,16 @@ class Span {
   /// Reads once more what the session ends with. Called on the loop's thread, at the end of what is measured.
   void readLast() { recording_.readLast(finishedAt_); }
 
-  /// Ends the session, as interrupted where what it measured failed: half a run is no repeat.
-  void end(bool isWhole = true) {
+  /// Ends the session, as interrupted unless `isWhole`.
+  void end(bool isWhole) {
     recording_.storeLast();
-    if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
+    tellOfFailure();
     if (isWhole) {
       recording_.end();
     } else {
       recording_.interrupt();
     }
+    tellOfFailure();
   }
 
   /// Nothing is left of it.
@@ -91,9 +104,13 @@ class Span {
       return done();
     }
     recording_.sample([this, done] {
-      if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
+      tellOfFailure();
       done();
     });
+  }
+
+  void tellOfFailure() {
+    if (const auto failure = recording_.newFailure()) invocation_.talk.say(*failure);
   }
 
   void tellOnce(const std::string& text) {
@@ -165,9 +182,9 @@ std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const Meas
   span.run();
   span.finish();
   span.readLast();
-  span.end();
-  if (span.ticker().wasInterrupted()) return std::nullopt;
-  return span.result();
+  const bool isWhole = !span.ticker().wasInterrupted();
+  span.end(isWhole);
+  return isWhole ? std::optional{span.result()} : std::nullopt;
 }
 
 MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
@@ -203,7 +220,7 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   MeasuredCommand measured{.span = std::nullopt, .end = end};
   if (failure) return measured;
   failure = failureOf([&] {
-    span.end(end.shellStatus() == 0);
+    span.end(end.isWholeRun());
     measured.span = span.result();
   });
   if (failure) invocation.talk.say(*failure);

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/TerminalProgram.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 
@@ -72,6 +73,19 @@ TEST_F(RunTest, TheSessionOfACommandThatFailsIsInterruptedAndNoRepeat) {
   EXPECT_THAT(compared.output + compared.error, HasSubstr("is interrupted"));
 }
 
+TEST_F(RunTest, ACommandThatFailsTellsWhatRecordingItCost) {
+  const std::string costs = "\"recorderCost\" : \\{[^}]*\"bytesWritten\" : [1-9]";
+  EXPECT_THAT(run("exit 4", {"--json"}).error, ContainsRegex(costs));
+  EXPECT_THAT(frontEnd.run({"show", "last", "--json"}).output, ContainsRegex(costs));
+}
+
+TEST_F(RunTest, OneWholeRunIsNotSummedUp) {
+  const std::string script = "test ! -e " + frontEnd.pathOf("once") + " && touch " + frontEnd.pathOf("once");
+  const ProgramResult result = run(script, {"--repeat", "3", "--title", "Tries"});
+  EXPECT_EQ(result.exitStatus, 1);
+  EXPECT_THAT(result.error, AllOf(HasSubstr("Tries, 2 of 3\n"), Not(HasSubstr("Over the runs"))));
+}
+
 TEST_F(RunTest, ACommandThatCannotBeStartedLeavesNoSession) {
   const ProgramResult missing = frontEnd.run({"run", "--source", macbook, "no-such-command"});
   EXPECT_EQ(missing.exitStatus, 127);
@@ -112,19 +126,35 @@ TEST_F(RunTest, ASessionThatIsDeletedMeanwhileDoesNotDisturbTheCommand) {
   EXPECT_EQ(run(remove, {"--speed", "200"}).exitStatus, 125) << "nothing was measured";
 }
 
-TEST_F(RunTest, ADamagedTraceLeavesNoSessionActive) {
+TEST_F(RunTest, AStoreThatIsDamagedMeanwhileDoesNotDisturbTheCommand) {
+  const std::string store = frontEnd.pathOf("a.store");
+  const std::string go = frontEnd.pathOf("go");
+  RunningProgram program{
+      frontEnd.start({"run", "--source", macbook, "--speed", "1", "--store", store, "--", "sh", "-c",
+                      "echo ready; until test -e " + go + "; do sleep 0.01; done; exit 6"})};
+  ASSERT_TRUE(program.waitFor("ready"));
+  Database(store, Database::Access::readWrite, {}).execute("DROP TABLE PowerSession");
+  static_cast<void>(frontEnd.home().write("go", ""));
+  const ProgramResult result = program.finish();
+  EXPECT_EQ(result.exitStatus, 6) << result;
+  EXPECT_THAT(result.error, AllOf(HasSubstr("quellin: "), HasSubstr(store)));
+}
+
+TEST_F(RunTest, ADamagedTraceLeavesInterruptedSessions) {
   const std::string damaged = frontEnd.damagedTrace(12);
   const ProgramResult measured = frontEnd.run({"run", "--source", damaged, "--", "echo", "ran"});
   EXPECT_EQ(measured.exitStatus, 125) << "nothing was measured";
   EXPECT_EQ(measured.output, "ran\n");
   EXPECT_THAT(measured.error, HasSubstr("line 13: "));
-  EXPECT_THAT(sessions(), AllOf(HasSubstr("completed"), Not(HasSubstr("active"))));
+  const auto areInterrupted =
+      AllOf(HasSubstr("interrupted"), Not(HasSubstr("completed")), Not(HasSubstr("active")));
+  EXPECT_THAT(sessions(), areInterrupted);
   const ProgramResult idle =
       frontEnd.run({"run", "--source", damaged, "--baseline", "10m", "--", "echo", "ran"});
   EXPECT_EQ(idle.exitStatus, 125);
   EXPECT_EQ(idle.output, "") << "without the baseline that was asked for nothing is run";
   EXPECT_THAT(idle.error, HasSubstr("line 13: "));
-  EXPECT_THAT(sessions(), AllOf(HasSubstr("idle"), Not(HasSubstr("active"))));
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("idle"), areInterrupted));
   EXPECT_EQ(run("true").exitStatus, 0) << "the next run is not held up";
 }
 
@@ -220,6 +250,7 @@ TEST_F(RunTest, BeingAskedToEndDuringTheBaselineRunsNothing) {
   const ProgramResult result = program.finish();
   EXPECT_EQ(result.exitStatus, 130);
   EXPECT_THAT(result.output, IsEmpty());
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("idle"), HasSubstr("interrupted"), Not(HasSubstr("completed"))));
 }
 
 }  // namespace
