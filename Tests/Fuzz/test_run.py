@@ -3,6 +3,9 @@
 
 import contextlib
 import io
+import re
+import signal
+import sys
 import tempfile
 import unittest
 import unittest.mock
@@ -18,7 +21,7 @@ echo "stat::number_of_executed_units: 60" >&2
 KEEP = 'for argument; do case $argument in -artifact_prefix=*) echo bad > "${argument#*=}crash-1" ;; esac; done\n'
 
 
-BOUNDS = run.Bounds(per_second=10, edges=5)
+BOUNDS = run.Bounds(seen_per_second=100, seen_edges=10)
 
 
 @unittest.mock.patch.object(run, "BOUNDS", {"AFuzzer": BOUNDS, "BadFuzzer": BOUNDS, "LongerFuzzer": BOUNDS})
@@ -42,9 +45,9 @@ class RunTest(unittest.TestCase):
     def test_good_harnesses_pass_and_are_listed(self):
         verdict, output, errors, kept = self.outcome(AFuzzer=GOOD, LongerFuzzer=GOOD)
         self.assertTrue(verdict)
-        self.assertEqual(output, "harness       executions  a second  inputs  edges   of\n"
-                                 "AFuzzer               60        30       4     12  900  ok\n"
-                                 "LongerFuzzer          60        30       4     12  900  ok\n")
+        self.assertEqual(output, "harness       executions  a CPU second  inputs  edges   of\n"
+                                 "AFuzzer               60           150       4     12  900  ok\n"
+                                 "LongerFuzzer          60           150       4     12  900  ok\n")
         self.assertEqual((errors, kept), ("", []))
 
     def test_each_bad_harness_fails_the_run(self):
@@ -52,7 +55,8 @@ class RunTest(unittest.TestCase):
             "a crash": GOOD + KEEP + "exit 77",
             "an input that is kept": GOOD + KEEP,
             "another status": GOOD + "exit 1",
-            "too few executions": GOOD.replace("executed_units: 60", "executed_units: 19"),
+            "too few executions": GOOD.replace("executed_units: 60", "executed_units: 3"),
+            "too few edges": GOOD.replace("cov: 12", "cov: 4"),
             "a harness that returns at once": GOOD.replace("cov: 12", "cov: 2").replace("executed_units: 60", "executed_units: 9999"),
             "no counters": GOOD.replace("cov: 12", "cov: 0").replace("cov: 7", "cov: 0"),
             "nothing run": GOOD.replace("executed_units: 60", "executed_units: 0"),
@@ -75,14 +79,45 @@ class RunTest(unittest.TestCase):
         body = GOOD + """for argument; do
           case $argument in -dict=*) grep -e totalWatts -e "<dict>" "${argument#*=}" >&2 ;; *) echo "$argument" >&2 ;; esac
         done; exit 1"""
-        bounds = run.Bounds(1, 1, "json", slowest_seconds=7, megabytes=99)
+        bounds = run.Bounds(10, 2, "json", slowest_seconds=7, megabytes=99)
         with unittest.mock.patch.dict(run.BOUNDS, AFuzzer=bounds):
             _, _, errors, _ = self.outcome(AFuzzer=body)
         for line in ("-timeout=7", "-rss_limit_mb=99", r'"\"totalWatts\":"'):
             self.assertIn(line + "\n", errors)
-        with unittest.mock.patch.dict(run.BOUNDS, AFuzzer=run.Bounds(1, 1, "propertyLists")):
+        with unittest.mock.patch.dict(run.BOUNDS, AFuzzer=run.Bounds(10, 2, "propertyLists")):
             _, _, errors, _ = self.outcome(AFuzzer=body)
         self.assertIn('"<dict>"\n', errors)
+
+
+class ResultTest(unittest.TestCase):
+    def verdict(self, executions, edges, processor_seconds):
+        """Whether a harness is good that was to run for 20 s, and what it fell short of."""
+        output = f"cov: {edges} \nstat::number_of_executed_units: {executions}\n"
+        result = run.Result("AFuzzer", 20, BOUNDS, run.Run(0, output, processor_seconds), [])
+        return result.is_good(), result.shortfall()
+
+    def test_a_tenth_of_the_speed_and_half_of_the_edges_are_enough(self):
+        self.assertEqual(self.verdict(200, 5, 20), (True, ""))
+        self.assertEqual(self.verdict(199, 5, 20), (False, "199 executions of at least 200"))
+        self.assertEqual(self.verdict(200, 4, 20), (False, "4 edges of at least 5"))
+
+    def test_the_time_that_others_took_does_not_count(self):
+        self.assertEqual(self.verdict(80, 5, 8), (True, ""))
+        self.assertEqual(self.verdict(79, 5, 8), (False, "79 executions of at least 80"))
+
+    def test_a_harness_that_just_waits_is_noticed(self):
+        self.assertEqual(self.verdict(39, 5, 0.1), (False, "39 executions of at least 40"))
+
+
+class RunMeasuredTest(unittest.TestCase):
+    def test_the_work_of_what_it_runs_counts(self):
+        work = "import os, time\nif os.fork() == 0:\n  while time.process_time() < 0.2: pass\nelse: os.wait()"
+        done = run.run_measured([sys.executable, "-c", work], 60, {})
+        self.assertEqual(done.status, 0)
+        self.assertGreaterEqual(done.processor_seconds, 0.2)
+
+    def test_what_does_not_end_is_killed(self):
+        self.assertEqual(run.run_measured(["/bin/sh", "-c", "while :; do :; done"], 0.1, {}).status, -signal.SIGKILL)
 
 
 class HarnessesTest(unittest.TestCase):
@@ -96,6 +131,12 @@ class HarnessesTest(unittest.TestCase):
         for program in programs:
             with self.subTest(program.name):
                 self.assertTrue(any((run.HERE / "corpus" / program.name).iterdir()))
+
+    def test_the_whole_corpus_goes_through_a_child(self):
+        source = (run.HERE / "ChildOutputFuzzer.cpp").read_text(encoding="utf-8")
+        first = int(re.search(r"constexpr unsigned first = (\d+);", source).group(1))
+        inputs = len(list((run.HERE / "corpus/ChildOutputFuzzer").iterdir()))
+        self.assertLessEqual(inputs + 1, first, "libFuzzer begins with an empty input")
 
 
 if __name__ == "__main__":
