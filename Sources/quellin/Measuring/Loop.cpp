@@ -1,10 +1,10 @@
 #include "quellin/Measuring/Loop.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <future>
 #include <list>
 #include <mutex>
 #include <thread>
@@ -18,6 +18,7 @@
 
 #include "QuellinCore/Support/AsioExecutor.h"
 #include "QuellinCore/Support/Signals.h"
+#include "quellin/Measuring/RequestsToEnd.h"
 #include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
@@ -47,11 +48,10 @@ struct Loop::State {
   // Signals are heard on a thread of their own: the loop's may be held up by the hardware.
   boost::asio::io_context signalContext{1};
   boost::asio::signal_set signals{signalContext};
-  bool isAskedToEnd = false;  // seen by the signals' thread
-  bool isUrged = false;       // by the same
+  RequestsToEnd requests;  // of that thread
   std::mutex suddenEndMutex;
   std::function<void()> suddenEnd;
-  std::atomic<bool> isImperturbable{false};
+  bool isImperturbable = false;  // of the loop's
   std::thread signalThread;
 
   State() {
@@ -80,17 +80,27 @@ struct Loop::State {
     signals.async_wait([this](const boost::system::error_code& error, int signal) {
       if (error) return;
       waitForSignal();
-      if (!isImperturbable) heard(signal);
+      answer(requests.answerTo(signal));
     });
   }
 
-  // Nobody insists by a hang-up: the kernel tells of it, and the shell once more.
-  void heard(int signal) {
-    if (signal != SIGHUP && std::exchange(isUrged, true)) endSuddenly();
-    if (std::exchange(isAskedToEnd, true)) return;
+  void answer(RequestsToEnd::Answer answer) {
+    if (answer == RequestsToEnd::Answer::endAtOnce) endSuddenly();
+    if (answer == RequestsToEnd::Answer::nothing) return;
     boost::asio::post(context, [this] {
       if (interrupted && !isImperturbable) interrupted();
     });
+  }
+
+  void refuseRequests() {
+    isImperturbable = true;
+    std::promise<void> refusal;
+    const std::future<void> isRefused = refusal.get_future();
+    boost::asio::post(signalContext, [this, refusal = std::move(refusal)]() mutable {
+      requests.refuse();
+      refusal.set_value();
+    });
+    isRefused.wait();
   }
 };
 
@@ -107,7 +117,7 @@ void Loop::onSuddenEnd(std::function<void()> action) {
   state_->suddenEnd = std::move(action);
 }
 
-void Loop::beImperturbable() { state_->isImperturbable = true; }
+void Loop::beImperturbable() { state_->refuseRequests(); }
 
 void Loop::onSignal(int signal, std::function<void()> action) {
   if (isIgnored(signal)) return;

@@ -30,7 +30,8 @@ class Loop {
   /// anywhere then.
   void onSuddenEnd(std::function<void()> action);
 
-  /// From now on the process goes on however often it is asked to end, and nobody is told of it.
+  /// From now on the process goes on however often it is asked to end, and nobody is told of it. Returns once
+  /// the thread that hears of it knows.
   void beImperturbable();
 
   /// Calls `action` whenever the process gets the signal, which then has no other effect.
