@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "Support/Replay.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 #include "quellin/EndToEnd/Transcript.h"
 #include "quellin/Support/Golden.h"
@@ -12,9 +13,9 @@ namespace quellin::cli {
 namespace {
 
 using testing_support::contentOf;
+using testing_support::exampleTrace;
 using testing_support::expectGolden;
 using testing_support::FrontEnd;
-using testing_support::macbook;
 using testing_support::masked;
 using testing_support::Transcript;
 
@@ -24,7 +25,7 @@ struct CompareGoldenTest : testing::Test {
 
   // Records so many ticks of the example trace, from tick `first` on, as a session of its own.
   void record(const std::string& title, int first, int count) const {
-    std::istringstream trace{contentOf(std::string{QUELLIN_PROJECT} + "/" + macbook)};
+    std::istringstream trace{contentOf(exampleTrace())};
     std::string stretch;
     std::string line;
     for (int number = 0; std::getline(trace, line); ++number) {
@@ -37,7 +38,7 @@ struct CompareGoldenTest : testing::Test {
 
   // Records two ticks in which temperatures are all there is.
   void recordNothing() const {
-    const std::string header = contentOf(std::string{QUELLIN_PROJECT} + "/" + macbook);
+    const std::string header = contentOf(exampleTrace());
     const std::string path = frontEnd.home().write(
         "nothing.jsonl",
         header.substr(0, header.find('\n') + 1) +

@@ -1,13 +1,15 @@
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Storage/Database.h"
-#include "Support/Replay.h"
 #include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Support/ExampleOptions.h"
+#include "quellin/Support/LoopRuns.h"
 #include "quellin/Support/OldSessions.h"
 #include "quellin/Support/TalkPipe.h"
 
@@ -24,7 +26,7 @@ struct SessionRecordingTest : testing::Test {
   testing_support::TemporaryFolder folder;
   testing_support::TalkPipe talk;
   const Invocation surroundings = talk.onTerminal(80);
-  const Options options = optionsOf(folder.path() / "a.store");
+  const Options options = testing_support::optionsOverExample(folder.path() / "a.store");
   const Invocation invocation{.options = options,
                               .out = surroundings.out,
                               .talk = surroundings.talk,
@@ -35,22 +37,13 @@ struct SessionRecordingTest : testing::Test {
   Loop loop;
   std::optional<SessionRecording> recording;
 
-  static Options optionsOf(const std::filesystem::path& store) {
-    Options options;
-    options.source = testing_support::exampleTrace();
-    options.store = store;
-    return options;
-  }
-
   std::shared_ptr<PowerSession> begin() {
     recording.emplace(invocation, host, loop, Seconds{30});
     return recording->begin("Ours", Seconds{1});
   }
 
-  // One sample, to the end.
   void sample() {
-    recording->sample([this] { loop.executor()->post([this] { loop.stop(); }); });
-    loop.runAgain();
+    testing_support::runToItsEnd(loop, [this](auto done) { recording->sample(std::move(done)); });
   }
 
   // The work that one more sample takes, with the look at the session before it.

@@ -4,20 +4,14 @@
 
 #include <gmock/gmock.h>
 
-#include "Support/Replay.h"
 #include "quellin/Measuring/Ticker.h"
+#include "quellin/Support/ExampleOptions.h"
 
 namespace quellin::cli {
 namespace {
 
-MeasuredHost exampleHost() {
-  Options options;
-  options.source = testing_support::exampleTrace();
-  return MeasuredHost::open(options);
-}
-
 TEST(TickerTest, ARequestToEndEndsItAfterTheRound) {
-  const MeasuredHost host = exampleHost();
+  const MeasuredHost host = MeasuredHost::open(testing_support::optionsOverExample());
   Loop loop;
   Ticker ticker{loop, host, Seconds{1}, std::nullopt};
   int rounds = 0;
@@ -36,7 +30,7 @@ TEST(TickerTest, ARequestToEndEndsItAfterTheRound) {
 
 // Asks twice in the middle of a round.
 void askTwice() {
-  const MeasuredHost host = exampleHost();
+  const MeasuredHost host = MeasuredHost::open(testing_support::optionsOverExample());
   Loop loop;
   loop.onSuddenEnd([] { std::fputs("rescued", stderr); });
   Ticker ticker{loop, host, Seconds{1}, std::nullopt};

@@ -1,33 +1,38 @@
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 
-#include "Support/Replay.h"
 #include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
+#include "quellin/Support/ExampleOptions.h"
+#include "quellin/Support/LoopRuns.h"
 #include "quellin/Support/OldSessions.h"
 #include "quellin/Watch/WatchSession.h"
 
 namespace quellin::cli {
 namespace {
 
+using testing_support::optionsOverExample;
+
+// One state, recorded or not.
+void passState(WatchSession& session, const MeasuredHost& host, Loop& loop) {
+  testing_support::runToItsEnd(loop,
+                               [&](auto done) { session.record(host.reader().readAll(), std::move(done)); });
+}
+
 // The work that one state takes in a store with so many old sessions.
 std::int64_t workOfAState(int oldSessions) {
   const testing_support::TemporaryFolder folder;
   const testing_support::SQLWork work;
-  Options options;
-  options.source = testing_support::exampleTrace();
-  options.store = folder.path() / "a.store";
+  const Options options = optionsOverExample(folder.path() / "a.store");
   testing_support::recordOldSessions(*options.store, oldSessions);
   const MeasuredHost host = MeasuredHost::open(options);
   Loop loop;
   WatchSession session{options, host, loop};
   session.toggle(Seconds{1});
-  const auto record = [&] {
-    session.record(host.reader().readAll(), [&] { loop.executor()->post([&] { loop.stop(); }); });
-    loop.runAgain();
-  };
+  const auto record = [&] { passState(session, host, loop); };
   record();
   const std::int64_t cost = work.of(record);
   EXPECT_TRUE(session.isRecording()) << session.text();
@@ -43,23 +48,14 @@ TEST(WatchSessionTest, AStateCostsTheSameHoweverManySessionsThereAre) {
 // A live view of the example trace, over a store where a session is active.
 struct WatchSessionBesideAnotherTest : testing::Test {
   testing_support::TemporaryFolder folder;
-  Options options = [this] {
-    Options result;
-    result.source = testing_support::exampleTrace();
-    result.store = folder.path() / "a.store";
-    return result;
-  }();
+  const Options options = optionsOverExample(folder.path() / "a.store");
   const MeasuredHost host = MeasuredHost::open(options);
   Loop loop;
 
   [[nodiscard]] std::shared_ptr<PowerSession> begin(PowerSessionStore& store, double second) const {
     return store.start("Theirs", PowerSessionSource::cli, 1, instantAt(second));
   }
-  // One state, recorded or not.
-  void pass(WatchSession& session) {
-    session.record(host.reader().readAll(), [&] { loop.executor()->post([&] { loop.stop(); }); });
-    loop.runAgain();
-  }
+  void pass(WatchSession& session) { passState(session, host, loop); }
 };
 
 TEST_F(WatchSessionBesideAnotherTest, DoesNotJoinALiveRecorder) {
