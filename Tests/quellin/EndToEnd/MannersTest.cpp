@@ -247,10 +247,13 @@ TEST_F(MannersTest, BashCompletesWhatMayStandThere) {
                      .arguments = {"bash", "--norc", "-c", script, QUELLIN_EXECUTABLE, frontEnd.pathOf("")},
                      .environment = {"PATH=/usr/bin:/bin"}};
   const ProgramResult result = runProgram(start);
-  EXPECT_THAT(result.output,
-              MatchesRegex("snapshot\n--title\ninstall\n--version\nlast\n"
-                           "native\nday 1.jsonl\nday 1.jsonl\nmax\n\n(.* )?bash( .*)?\nday 1.jsonl\n"
-                           "complete -F _quellin quellin\n"));
+  // Which commands begin with "bas" is the host's business; bash itself is one of them.
+  const std::string commands = "(bas[^ \n]* )*bash( bas[^ \n]*)*\n";
+  EXPECT_THAT(result.output, MatchesRegex("snapshot\n--title\ninstall\n--version\nlast\n"
+                                          "native\nday 1\\.jsonl\nday 1\\.jsonl\nmax\n\n" +
+                                          commands +
+                                          "day 1\\.jsonl\n"
+                                          "complete -F _quellin quellin\n"));
   EXPECT_THAT(result.error, IsEmpty());
 }
 
