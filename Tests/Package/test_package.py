@@ -12,7 +12,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from using import HERE, assert_exports_a_session, run
+from using import assert_exports_a_session, build_by_cmake, build_by_pkg_config, run
 
 BUILD = Path(sys.argv.pop(1)).resolve()
 COMPILER = sys.argv.pop(1)
@@ -55,18 +55,11 @@ class PackageTest(unittest.TestCase):
         self.assertRegex(run(self.prefix / "bin/quellin", "--version"), r"^quellin \d+\.\d+\.\d+\n$")
 
     def test_a_cmake_project_builds_against_it(self):
-        build = self.folder / "consumer"
-        run("cmake", "-G", "Ninja", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
-            f"-DCMAKE_CXX_COMPILER={COMPILER}")
-        run("cmake", "--build", build)
-        assert_exports_a_session(self, run(build / "consumer"))
+        program = build_by_cmake(self.prefix, COMPILER, self.folder / "consumer")
+        assert_exports_a_session(self, run(program))
 
     def test_a_project_with_pkg_config_builds_against_it(self):
-        package = next(self.prefix.rglob("quellincore.pc"))
-        environment = {**os.environ, "PKG_CONFIG_PATH": str(package.parent)}
-        flags = run("pkg-config", "--static", "--cflags", "--libs", "quellincore", env=environment)
-        program = self.folder / "with-pkg-config"
-        run(COMPILER, "-std=c++23", HERE / "Consumer/main.cpp", "-o", program, *flags.split())
+        program = build_by_pkg_config(self.prefix, COMPILER, self.folder / "with-pkg-config", "--static")
         assert_exports_a_session(self, run(program))
 
     def test_every_header_that_is_installed_stands_alone(self):

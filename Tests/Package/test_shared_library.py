@@ -11,7 +11,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from using import HERE, assert_exports_a_session, run
+from using import assert_exports_a_session, build_by_cmake, build_by_pkg_config, run
 
 BUILD = Path(sys.argv.pop(1)).resolve()
 COMPILER = sys.argv.pop(1)
@@ -82,19 +82,12 @@ class SharedLibraryTest(unittest.TestCase):
                 if not re.search(r" [WV] _ZN?K?St", symbol)]
 
     def test_a_cmake_project_links_with_them(self):
-        build = self.folder / "consumer"
-        run("cmake", "-G", "Ninja", "-S", HERE / "Consumer", "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}",
-            f"-DCMAKE_CXX_COMPILER={COMPILER}", "-DLIBRARY=QuellinSessionsShared")
-        run("cmake", "--build", build)
-        self.assert_loads_them(build / "consumer")
-        assert_exports_a_session(self, run(build / "consumer"))
+        program = build_by_cmake(self.prefix, COMPILER, self.folder / "consumer", "-DLIBRARY=QuellinSessionsShared")
+        self.assert_loads_them(program)
+        assert_exports_a_session(self, run(program))
 
     def test_a_project_with_pkg_config_links_with_them(self):
-        package = next(self.prefix.rglob("quellincore.pc"))
-        flags = run("pkg-config", "--cflags", "--libs", "quellincore",
-                    env={**os.environ, "PKG_CONFIG_PATH": str(package.parent)})
-        program = self.folder / "with-pkg-config"
-        run(COMPILER, "-std=c++23", HERE / "Consumer/main.cpp", "-o", program, *flags.split())
+        program = build_by_pkg_config(self.prefix, COMPILER, self.folder / "with-pkg-config")
         self.assert_loads_them(program)
         assert_exports_a_session(self, run(program, env={**os.environ, "LD_LIBRARY_PATH": str(self.libraries)}))
 
