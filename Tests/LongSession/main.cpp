@@ -19,9 +19,10 @@
 #include <vector>
 
 #include "LongSession/AllocationSpan.h"
+#include "LongSession/SessionCosts.h"
+#include "QuellinCore/Support/Number.h"
 #include "Support/KnownStore.h"
 #include "Support/ProcessResources.h"
-#include "Support/SessionCosts.h"
 #include "Support/TemporaryFolder.h"
 
 namespace {
@@ -179,7 +180,7 @@ void run(std::int64_t samples) {
 
 int main(int argc, char** argv) try {
   constexpr std::int64_t fewest = 1000;
-  const std::int64_t samples = argc == 2 ? std::strtoll(argv[1], nullptr, 10) : 0;
+  const std::int64_t samples = argc == 2 ? parseNumber<std::int64_t>(argv[1]).value_or(0) : 0;
   if (samples < fewest || samples % fewest != 0) {
     std::fprintf(stderr, "usage: LongSession SAMPLES (a multiple of %lld)\n", static_cast<long long>(fewest));
     return 64;

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "Support/SessionCosts.h"
+#include "LongSession/SessionCosts.h"
 
 namespace quellin {
 namespace {

@@ -1,4 +1,4 @@
-#include "Support/SessionCosts.h"
+#include "LongSession/SessionCosts.h"
 
 #include <algorithm>
 
