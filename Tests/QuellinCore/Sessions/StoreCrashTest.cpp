@@ -2,7 +2,6 @@
 // QUELLIN_CRASHES=10000 asks for that many in all.
 
 #include <array>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
@@ -19,6 +18,7 @@
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "QuellinCore/Sessions/Storage/Query.h"
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/AskedCount.h"
 #include "Support/TemporaryFolder.h"
 
 namespace quellin {
@@ -28,8 +28,8 @@ constexpr int shares = 4;  // tests that share the crashes, to run side by side
 constexpr int crashesPerStore = 50;
 
 int crashesPerShare() {
-  const char* asked = std::getenv("QUELLIN_CRASHES");
-  return asked == nullptr ? 50 : std::atoi(asked) / shares;
+  constexpr int usual = 200;
+  return testing_support::askedCount("QUELLIN_CRASHES", usual, usual) / shares;
 }
 
 class Recording {

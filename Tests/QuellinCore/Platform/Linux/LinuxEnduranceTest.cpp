@@ -1,6 +1,5 @@
 // Polls of a machine behind real files leave no descriptor and no memory behind; what would is noticed.
 // QUELLIN_POLLS=100000 asks for that many of each machine.
-#include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <memory>
@@ -14,6 +13,8 @@
 #include "QuellinCore/Services/ProcessActivityService.h"
 #include "QuellinCore/Services/SystemReader.h"
 #include "QuellinCore/Support/FileDescriptor.h"
+#include "Support/AskedCount.h"
+#include "Support/EnvironmentVariable.h"
 #include "Support/ManualClock.h"
 #include "Support/PolledEngine.h"
 #include "Support/TreeArchive.h"
@@ -27,10 +28,7 @@ using testing_support::UnpackedTree;
 
 constexpr int warmUp = 150;  // enough to fill the history
 
-int pollsAsked() {
-  const char* asked = std::getenv("QUELLIN_POLLS");
-  return asked == nullptr ? 3000 : std::atoi(asked);
-}
+int pollsAsked() { return testing_support::askedCount("QUELLIN_POLLS", 3000, 1000); }
 
 /// The engine over the files of a made-up machine, which also measures its processes in every poll.
 class PolledMachine {
@@ -76,6 +74,17 @@ TEST_P(LinuxEnduranceTest, PollsLeaveNothingBehind) {
 
 INSTANTIATE_TEST_SUITE_P(Machines, LinuxEnduranceTest,
                          testing::Values("laptop-charge", "laptop-energy", "server"));
+
+TEST(LinuxEnduranceCheckTest, TooFewPollsAndWhatIsNoNumberAreRefused) {
+  for (const char* asked : {"", "abc", "1e5", "100000 ", "999", "-3000", "99999999999"}) {
+    const testing_support::EnvironmentVariable variable{"QUELLIN_POLLS", asked};
+    EXPECT_THROW(static_cast<void>(pollsAsked()), std::invalid_argument) << asked;
+  }
+  for (const auto& [asked, polls] : {std::pair{"1000", 1000}, {"100000", 100000}}) {
+    const testing_support::EnvironmentVariable variable{"QUELLIN_POLLS", asked};
+    EXPECT_EQ(pollsAsked(), polls);
+  }
+}
 
 TEST(LinuxEnduranceCheckTest, ADescriptorThatOnePollLeavesOpenIsNoticed) {
   int polls = 0;
