@@ -155,8 +155,7 @@ void addThreshold(CLI::App& app, Options& options) {
            if (!options.thresholdPercent)
              throw CLI::ValidationError("--threshold", "'" + text + "' is no per cent such as 5 or 2.5");
          },
-         "End with status 3 when B is worse: when the whole interval of the difference lies above so many "
-         "per cent of A")
+         "End with status 3 when B is worse: when it is shown to lie more than so many per cent above A")
       ->type_name("PERCENT");
 }
 

@@ -25,12 +25,12 @@ std::vector<ComparedSession> readSessions(PowerSessionStore& store,
 SessionComparison compareNamed(const Options& options) {
   const auto store = openRecordedStore(options);
   const SessionSides sides = findSides(*store, options);
-  auto comparison = compareSessions(readSessions(*store, sides.a), readSessions(*store, sides.b));
+  auto comparison =
+      compareSessions(readSessions(*store, sides.a), readSessions(*store, sides.b), options.thresholdPercent);
   if (!comparison) {
     throw Failure{ExitStatus::failed, comparison.error() + ". " + hintAt("show ID", options) +
                                           " says which readings a session has."};
   }
-  if (options.thresholdPercent) applyThreshold(*comparison, *options.thresholdPercent);
   return *std::move(comparison);
 }
 

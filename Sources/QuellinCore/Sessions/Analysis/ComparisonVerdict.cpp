@@ -27,11 +27,13 @@ bool hasNoWidth(const ComparedFigure& figure) {
   return figure.interval && figure.interval->upper - figure.interval->lower <= roundingOf(figure);
 }
 
-std::optional<bool> exceeds(const KindComparison& kind, double percent) {
-  const ComparedFigure& figure = kind.figures.front();
-  const bool isOfRepeatsWithoutEnergy = figure.quantity == ComparedQuantity::averageWatts;
-  if (!isUse(kind.sourceKind) || !figure.interval || isOfRepeatsWithoutEnergy) return std::nullopt;
-  return figure.interval->lower > std::abs(figure.meanA) * percent / 100 + roundingOf(figure);
+bool isJudged(std::string_view sourceKind, ComparedQuantity quantity) {
+  return isUse(sourceKind) && quantity != ComparedQuantity::averageWatts;
+}
+
+std::optional<bool> exceeds(const KindComparison& kind) {
+  if (!kind.overThreshold) return std::nullopt;
+  return kind.overThreshold->lower > roundingOf(kind.figures.front());
 }
 
 std::vector<std::string> unjudgedUses(const SessionComparison& comparison) {
@@ -49,10 +51,9 @@ std::vector<std::string> unjudgedUses(const SessionComparison& comparison) {
   return uses;
 }
 
-void applyThreshold(SessionComparison& comparison, double percent) {
-  comparison.thresholdPercent = percent;
+void judgeThreshold(SessionComparison& comparison) {
   for (KindComparison& kind : comparison.kinds) {
-    kind.exceedsThreshold = exceeds(kind, percent);
+    kind.exceedsThreshold = exceeds(kind);
     if (kind.exceedsThreshold)
       comparison.exceedsThreshold = comparison.exceedsThreshold.value_or(false) || *kind.exceedsThreshold;
   }

@@ -1,5 +1,10 @@
 #pragma once
 
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "QuellinCore/Sessions/Analysis/SessionComparison.h"
 
 namespace quellin {
@@ -10,15 +15,19 @@ namespace quellin {
 /// Whether a figure's interval is of no width, as between values that do not vary at all.
 [[nodiscard]] bool hasNoWidth(const ComparedFigure& figure);
 
-/// Whether the whole interval of the first figure lies above so many per cent of A's mean. No value without
-/// an interval, and for what flows into a battery: more of that is no more use. Nor has the power of repeats
-/// one: repeats are judged by their energy, as a run that takes longer uses more of it.
-[[nodiscard]] std::optional<bool> exceeds(const KindComparison& kind, double percent);
+/// Whether a threshold is applied to a kind's first figure. Not to what flows into a battery: more of that is
+/// no more use. Nor to the power of repeats: they are judged by their energy, as a run that takes longer uses
+/// more of it.
+[[nodiscard]] bool isJudged(std::string_view sourceKind, ComparedQuantity quantity);
+
+/// Whether B lies above the threshold by the whole interval. No value where there is no such interval.
+[[nodiscard]] std::optional<bool> exceeds(const KindComparison& kind);
 
 /// The kinds of use to which the threshold could not be applied, each with the reason in brackets.
 [[nodiscard]] std::vector<std::string> unjudgedUses(const SessionComparison& comparison);
 
-/// Applies a threshold to every kind and to the whole, which is only kept where every kind of use was judged.
-void applyThreshold(SessionComparison& comparison, double percent);
+/// Says of every kind and of the whole whether the threshold is exceeded. It is only kept where every kind of
+/// use was judged.
+void judgeThreshold(SessionComparison& comparison);
 
 }  // namespace quellin

@@ -16,51 +16,70 @@ namespace {
 using Sessions = std::vector<ComparedSession>;
 using Values = std::vector<double>;
 
-ComparedFigure figureOf(ComparedQuantity quantity, const Values& a, const Values& b,
-                        std::optional<DifferenceInterval> interval, const std::string& otherwise) {
-  ComparedFigure figure{.quantity = quantity,
-                        .meanA = meanOf(a),
-                        .meanB = meanOf(b),
+// What both sides have of one quantity.
+struct SideValues {
+  ComparedQuantity quantity{};
+  Values a;
+  Values b;
+};
+
+std::optional<DifferenceInterval> intervalOf(const SideValues& values) {
+  return values.quantity == ComparedQuantity::readingsWatts ? bootstrapInterval(values.a, values.b)
+                                                            : welchInterval(values.a, values.b);
+}
+
+std::string reasonForNoInterval(ComparedQuantity quantity) {
+  return quantity == ComparedQuantity::readingsWatts
+             ? "fewer than " + std::to_string(fewestToResample) + " readings on a side"
+             : "one session on a side does not say how far repeats differ";
+}
+
+ComparedFigure figureOf(const SideValues& values) {
+  ComparedFigure figure{.quantity = values.quantity,
+                        .meanA = meanOf(values.a),
+                        .meanB = meanOf(values.b),
                         .percent = std::nullopt,
-                        .interval = std::move(interval),
+                        .interval = intervalOf(values),
                         .noInterval = std::nullopt,
-                        .countA = std::ssize(a),
-                        .countB = std::ssize(b)};
+                        .countA = std::ssize(values.a),
+                        .countB = std::ssize(values.b)};
   figure.difference = figure.meanB - figure.meanA;
   if (figure.meanA != 0) figure.percent = 100 * figure.difference / std::abs(figure.meanA);
-  if (!figure.interval) figure.noInterval = otherwise;
+  if (!figure.interval) figure.noInterval = reasonForNoInterval(values.quantity);
   return figure;
 }
 
-ComparedFigure figureOfRepeats(ComparedQuantity quantity, const Values& a, const Values& b) {
-  return figureOf(quantity, a, b, welchInterval(a, b),
-                  "one session on a side does not say how far repeats differ");
+// With A so many per cent higher: it varies by as much more, which an interval of B less A knows nothing of.
+SideValues withRaisedA(SideValues values, double percent) {
+  const double factor = 1 + std::copysign(percent / 100, meanOf(values.a));
+  for (double& value : values.a) value *= factor;
+  return values;
 }
 
-ComparedFigure figureOfReadings(const Values& a, const Values& b) {
-  return figureOf(ComparedQuantity::readingsWatts, a, b, bootstrapInterval(a, b),
-                  "fewer than " + std::to_string(fewestToResample) + " readings on a side");
+std::vector<SideValues> valuesOf(const KindHolders& a, const KindHolders& b, bool areSingle) {
+  std::vector<SideValues> values;
+  if (areSingle) values.push_back({ComparedQuantity::readingsWatts, a.firstReadings(), b.firstReadings()});
+  auto joulesA = a.joules();
+  auto joulesB = b.joules();
+  if (joulesA && joulesB)
+    values.push_back({ComparedQuantity::joules, *std::move(joulesA), *std::move(joulesB)});
+  if (!areSingle) values.push_back({ComparedQuantity::averageWatts, a.averageWatts(), b.averageWatts()});
+  return values;
 }
 
-KindComparison compareKind(const SourceEnergy& kind, const Sessions& a, const Sessions& b) {
-  const KindHolders ofA(a, kind.sourceKind);
-  const KindHolders ofB(b, kind.sourceKind);
+KindComparison compareKind(const SourceEnergy& kind, const std::vector<SideValues>& values,
+                           std::optional<double> thresholdPercent) {
   KindComparison result{.sourceKind = kind.sourceKind,
                         .sourceLabel = kind.sourceLabel,
                         .confidence = kind.confidence,
                         .figures = {},
+                        .overThreshold = std::nullopt,
                         .exceedsThreshold = std::nullopt};
-  const bool areSingle = a.size() == 1 && b.size() == 1;
-  if (areSingle) result.figures.push_back(figureOfReadings(ofA.firstReadings(), ofB.firstReadings()));
-  const auto joulesA = ofA.joules();
-  const auto joulesB = ofB.joules();
-  if (joulesA && joulesB)
-    result.figures.push_back(figureOfRepeats(ComparedQuantity::joules, *joulesA, *joulesB));
-  if (!areSingle) {
-    result.figures.push_back(
-        figureOfRepeats(ComparedQuantity::averageWatts, ofA.averageWatts(), ofB.averageWatts()));
-  }
+  for (const SideValues& sides : values) result.figures.push_back(figureOf(sides));
   result.outcome = outcomeOf(result.figures.front());
+  const SideValues& deciding = values.front();
+  if (thresholdPercent && isJudged(kind.sourceKind, deciding.quantity))
+    result.overThreshold = intervalOf(withRaisedA(deciding, *thresholdPercent));
   return result;
 }
 
@@ -83,6 +102,7 @@ std::string knownSupply(const KindHolders& holders) {
 }
 
 void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& b) {
+  const bool areSingle = a.size() == 1 && b.size() == 1;
   for (const SourceEnergy& kind : kindsOf(a)) {
     const KindHolders ofA(a, kind.sourceKind);
     const KindHolders ofB(b, kind.sourceKind);
@@ -95,7 +115,7 @@ void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& 
            .sourceKind = kind.sourceKind,
            .reason = "A has readings of it" + knownSupply(ofA) + ", B" + knownSupply(ofB)});
     } else {
-      result.kinds.push_back(compareKind(kind, a, b));
+      result.kinds.push_back(compareKind(kind, valuesOf(ofA, ofB, areSingle), result.thresholdPercent));
     }
   }
   for (const SourceEnergy& kind : kindsOf(b)) {
@@ -113,14 +133,16 @@ std::optional<ComparedFigure> compareLengths(const Sessions& a, const Sessions& 
     for (const ComparedSession& session : sessions) seconds.push_back(session.seconds);
     return seconds;
   };
-  return figureOfRepeats(ComparedQuantity::seconds, lengths(a), lengths(b));
+  return figureOf({ComparedQuantity::seconds, lengths(a), lengths(b)});
 }
 
 }  // namespace
 
 std::expected<SessionComparison, std::string> compareSessions(std::vector<ComparedSession> a,
-                                                              std::vector<ComparedSession> b) {
+                                                              std::vector<ComparedSession> b,
+                                                              std::optional<double> thresholdPercent) {
   SessionComparison result;
+  result.thresholdPercent = thresholdPercent;
   a = takeComparable(std::move(a), result.notCompared);
   b = takeComparable(std::move(b), result.notCompared);
   if (a.empty() || b.empty()) {
@@ -132,6 +154,7 @@ std::expected<SessionComparison, std::string> compareSessions(std::vector<Compar
     return std::unexpected("nothing can be compared: A has " + kindsText(a) + ", B has " + kindsText(b) +
                            ", and only readings of one kind, on one supply, are of the same quantity");
   }
+  if (thresholdPercent) judgeThreshold(result);
   result.time = compareLengths(a, b);
   for (const ComparedSession& session : a) result.a.push_back(session.session);
   for (const ComparedSession& session : b) result.b.push_back(session.session);

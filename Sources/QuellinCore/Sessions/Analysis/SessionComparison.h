@@ -68,19 +68,25 @@ struct ComparedFigure {
 
 /// Readings of one kind on both sides.
 struct KindComparison {
-  std::string sourceKind;                ///< raw value of a `PowerReadingKind`
-  std::string sourceLabel;               ///< what people are told
-  std::string confidence;                ///< raw value of a `PowerReadingConfidence`
-  std::vector<ComparedFigure> figures;   ///< at least one; the first decides
-  ComparisonOutcome outcome{};           ///< of that one
-  std::optional<bool> exceedsThreshold;  ///< absent without a threshold, and where it cannot be applied
+  std::string sourceKind;               ///< raw value of a `PowerReadingKind`
+  std::string sourceLabel;              ///< what people are told
+  std::string confidence;               ///< raw value of a `PowerReadingConfidence`
+  std::vector<ComparedFigure> figures;  ///< at least one; the first decides
+  ComparisonOutcome outcome{};          ///< of that one
+  /// Of that one, how far B lies above A and a threshold's share more; absent without a threshold, and where
+  /// it cannot be applied.
+  std::optional<DifferenceInterval> overThreshold;
+  std::optional<bool> exceedsThreshold;  ///< whether the whole of it lies above zero; absent with it
 
   static constexpr auto fields() {
     using Kind = KindComparison;
-    return std::tuple{
-        Field{"sourceKind", &Kind::sourceKind}, Field{"sourceLabel", &Kind::sourceLabel},
-        Field{"confidence", &Kind::confidence}, Field{"figures", &Kind::figures},
-        Field{"outcome", &Kind::outcome},       Field{"exceedsThreshold", &Kind::exceedsThreshold}};
+    return std::tuple{Field{"sourceKind", &Kind::sourceKind},
+                      Field{"sourceLabel", &Kind::sourceLabel},
+                      Field{"confidence", &Kind::confidence},
+                      Field{"figures", &Kind::figures},
+                      Field{"outcome", &Kind::outcome},
+                      Field{"overThreshold", &Kind::overThreshold},
+                      Field{"exceedsThreshold", &Kind::exceedsThreshold}};
   }
 
   bool operator==(const KindComparison&) const = default;
@@ -132,8 +138,10 @@ struct SessionComparison {
 /// one session on each side by the bootstrap over its readings; one beside several has none. A kind is
 /// compared only where all its readings on both sides were taken on one and the same supply, or nothing is
 /// known of any. Energy is compared only where every stretch of every session has readings of this one kind:
-/// otherwise it would be that of a part of the time.
-[[nodiscard]] std::expected<SessionComparison, std::string> compareSessions(std::vector<ComparedSession> a,
-                                                                            std::vector<ComparedSession> b);
+/// otherwise it would be that of a part of the time. A threshold is exceeded where an interval of B less A
+/// and so many per cent of A lies above zero, found by the method of the first figure.
+[[nodiscard]] std::expected<SessionComparison, std::string> compareSessions(
+    std::vector<ComparedSession> a, std::vector<ComparedSession> b,
+    std::optional<double> thresholdPercent = std::nullopt);
 
 }  // namespace quellin

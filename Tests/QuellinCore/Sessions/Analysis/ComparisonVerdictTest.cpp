@@ -11,24 +11,37 @@ using testing_support::namedBy;
 
 using Outcome = ComparisonOutcome;
 
+DifferenceInterval intervalFrom(double lower, double upper) {
+  return {.lower = lower,
+          .upper = upper,
+          .level = 0.95,
+          .method = "a method",
+          .blockLengthA = std::nullopt,
+          .blockLengthB = std::nullopt};
+}
+
 // A's mean is 20.
 ComparedFigure figureFrom(double lower, double upper) {
   ComparedFigure figure;
   figure.meanA = 20;
   figure.meanB = 20 + (lower + upper) / 2;
-  figure.interval = DifferenceInterval{.lower = lower,
-                                       .upper = upper,
-                                       .level = 0.95,
-                                       .method = "a method",
-                                       .blockLengthA = std::nullopt,
-                                       .blockLengthB = std::nullopt};
+  figure.interval = intervalFrom(lower, upper);
   return figure;
 }
 
-KindComparison kindFrom(double lower, double upper, const std::string& kind = "batteryDischarge") {
+// B lies that far above the threshold.
+KindComparison kindOver(double lower, double upper) {
   KindComparison comparison;
+  comparison.sourceKind = "batteryDischarge";
+  comparison.figures = {figureFrom(0, 1), figureFrom(1000, 1001)};
+  comparison.overThreshold = intervalFrom(lower, upper);
+  return comparison;
+}
+
+KindComparison unjudgedKind(const std::string& kind) {
+  KindComparison comparison = kindOver(1, 2);
   comparison.sourceKind = kind;
-  comparison.figures = {figureFrom(lower, upper), figureFrom(1000, 1001)};
+  comparison.overThreshold.reset();
   return comparison;
 }
 
@@ -68,83 +81,77 @@ TEST(ComparisonVerdictTest, ValuesThatDoNotVaryHaveAnIntervalOfNoWidth) {
 struct Threshold {
   const char* what;
   KindComparison kind;
-  double percent;
   std::optional<bool> isExceeded;
 };
 
 class ThresholdTest : public testing::TestWithParam<Threshold> {};
 
-TEST_P(ThresholdTest, IsExceededByTheWholeIntervalOfTheFirstFigure) {
-  EXPECT_EQ(exceeds(GetParam().kind, GetParam().percent), GetParam().isExceeded);
+TEST_P(ThresholdTest, IsExceededByTheWholeInterval) {
+  EXPECT_EQ(exceeds(GetParam().kind), GetParam().isExceeded);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, ThresholdTest,
-    testing::Values(Threshold{"the interval above", kindFrom(2.1, 3), 10, true},
-                    Threshold{"touching it", kindFrom(2, 3), 10, false},
-                    Threshold{"reaching below it", kindFrom(1.9, 30), 10, false},
-                    Threshold{"all of it less", kindFrom(-3, -2.1), 10, false},
-                    Threshold{"zero per cent", kindFrom(0.1, 3), 0, true},
-                    Threshold{"zero per cent and no difference", kindFrom(0, 3), 0, false},
-                    Threshold{"zero per cent and rounding", kindFrom(1e-15, 2e-15), 0, false},
-                    Threshold{"charge input", kindFrom(5, 6, "batteryChargeInput"), 10, std::nullopt},
-                    Threshold{"supplement", kindFrom(5, 6, "batterySupplement"), 10, true},
-                    Threshold{"silicon", kindFrom(5, 6, "ioReportSiliconPower"), 10, true}),
-    namedBy(&Threshold::what));
+INSTANTIATE_TEST_SUITE_P(Kinds, ThresholdTest,
+                         testing::Values(Threshold{"all of it above", kindOver(0.1, 1), true},
+                                         Threshold{"touching it", kindOver(0, 1), false},
+                                         Threshold{"reaching below it", kindOver(-0.1, 28), false},
+                                         Threshold{"all of it below", kindOver(-5, -4), false},
+                                         Threshold{"above by rounding", kindOver(1e-15, 2e-15), false},
+                                         Threshold{"no interval", unjudgedKind("batteryDischarge"),
+                                                   std::nullopt}),
+                         namedBy(&Threshold::what));
+
+TEST(ComparisonVerdictTest, UseIsJudgedAndRepeatsByTheirEnergyOnly) {
+  for (const char* use : {"batteryDischarge", "batterySupplement", "ioReportSiliconPower"}) {
+    EXPECT_TRUE(isJudged(use, ComparedQuantity::joules)) << use;
+    EXPECT_TRUE(isJudged(use, ComparedQuantity::readingsWatts)) << use;
+    EXPECT_FALSE(isJudged(use, ComparedQuantity::averageWatts)) << use;
+  }
+  EXPECT_FALSE(isJudged("batteryChargeInput", ComparedQuantity::joules));
+  EXPECT_FALSE(isJudged("batteryChargeInput", ComparedQuantity::readingsWatts));
+}
 
 TEST(ComparisonVerdictTest, TheThresholdIsNotKeptWhileAKindOfUseIsNotJudged) {
   SessionComparison comparison;
-  comparison.kinds = {kindFrom(0, 1)};
+  comparison.kinds = {kindOver(-2, -1)};
   comparison.notCompared = {{"Input", "batteryChargeInput", "only B has readings of it"},
                             {"session 1", std::nullopt, "is active"}};
-  applyThreshold(comparison, 10);
+  judgeThreshold(comparison);
   EXPECT_EQ(comparison.exceedsThreshold, false) << "neither is a kind of use";
   EXPECT_THAT(unjudgedUses(comparison), testing::IsEmpty());
 
   comparison.notCompared.push_back({"Draw", "batteryDischarge", "only B has readings of it"});
-  comparison.kinds.push_back(kindFrom(0, 1, "ioReportSiliconPower"));
+  comparison.kinds.push_back(unjudgedKind("ioReportSiliconPower"));
   comparison.kinds.back().sourceLabel = "Silicon";
   comparison.kinds.back().figures.front().interval.reset();
   comparison.kinds.back().figures.front().noInterval = "too few";
   comparison.exceedsThreshold.reset();
-  applyThreshold(comparison, 10);
+  judgeThreshold(comparison);
   EXPECT_EQ(comparison.exceedsThreshold, std::nullopt);
   EXPECT_THAT(unjudgedUses(comparison),
               testing::ElementsAre("Silicon (too few)", "Draw (only B has readings of it)"));
 
-  comparison.kinds.front() = kindFrom(5, 6);
-  applyThreshold(comparison, 10);
+  comparison.kinds.front() = kindOver(3, 4);
+  judgeThreshold(comparison);
   EXPECT_EQ(comparison.exceedsThreshold, true) << "one that exceeds is enough";
-}
-
-TEST(ComparisonVerdictTest, RepeatsAreNotJudgedByPower) {
-  KindComparison kind = kindFrom(5, 6);
-  kind.figures.front().quantity = ComparedQuantity::averageWatts;
-  EXPECT_EQ(exceeds(kind, 10), std::nullopt);
-  kind.figures.front().quantity = ComparedQuantity::readingsWatts;
-  EXPECT_EQ(exceeds(kind, 10), true);
 }
 
 TEST(ComparisonVerdictTest, OneKindThatExceedsIsEnoughAndNoneThatCanBeJudgedIsNoAnswer) {
   SessionComparison comparison;
-  comparison.kinds = {kindFrom(5, 6), kindFrom(0, 1, "ioReportSiliconPower"),
-                      kindFrom(5, 6, "batteryChargeInput")};
-  applyThreshold(comparison, 10);
-  EXPECT_EQ(comparison.thresholdPercent, 10);
+  comparison.kinds = {kindOver(3, 4), kindOver(-2, -1), unjudgedKind("batteryChargeInput")};
+  judgeThreshold(comparison);
   EXPECT_EQ(comparison.exceedsThreshold, true);
   EXPECT_EQ(comparison.kinds[0].exceedsThreshold, true);
   EXPECT_EQ(comparison.kinds[1].exceedsThreshold, false);
   EXPECT_EQ(comparison.kinds[2].exceedsThreshold, std::nullopt);
 
   SessionComparison within;
-  within.kinds = {kindFrom(0, 1)};
-  applyThreshold(within, 10);
+  within.kinds = {kindOver(-2, -1)};
+  judgeThreshold(within);
   EXPECT_EQ(within.exceedsThreshold, false);
 
   SessionComparison unjudged;
-  unjudged.kinds = {kindFrom(5, 6)};
-  unjudged.kinds[0].figures[0].interval.reset();
-  applyThreshold(unjudged, 10);
+  unjudged.kinds = {unjudgedKind("batteryDischarge")};
+  judgeThreshold(unjudged);
   EXPECT_EQ(unjudged.exceedsThreshold, std::nullopt);
 }
 

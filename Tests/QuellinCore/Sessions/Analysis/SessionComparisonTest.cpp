@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Analysis/ComparedSessions.h"
+#include "QuellinCore/Sessions/Analysis/KindHolders.h"
 #include "QuellinCore/Sessions/Analysis/SessionComparison.h"
 
 namespace quellin {
@@ -21,8 +22,8 @@ using testing_support::sessionDrawing;
 using Quantity = ComparedQuantity;
 using Sessions = std::vector<ComparedSession>;
 
-SessionComparison compared(Sessions a, Sessions b) {
-  const auto result = compareSessions(std::move(a), std::move(b));
+SessionComparison compared(Sessions a, Sessions b, std::optional<double> thresholdPercent = std::nullopt) {
+  const auto result = compareSessions(std::move(a), std::move(b), thresholdPercent);
   EXPECT_TRUE(result.has_value()) << result.error();
   return result.value_or(SessionComparison{});
 }
@@ -103,6 +104,52 @@ TEST(SessionComparisonTest, SingleSessionsAreComparedByTheirReadings) {
   EXPECT_EQ(kind.figures[1].interval, std::nullopt) << "one energy says nothing of others";
   EXPECT_THAT(kind.figures[1].noInterval.value_or(""), HasSubstr("one session on a side"));
   EXPECT_EQ(result.time->interval, std::nullopt);
+}
+
+// One session of each power.
+Sessions repeatsDrawing(std::initializer_list<double> watts) {
+  Sessions sessions;
+  for (const double each : watts) sessions.push_back(sessionDrawing(each));
+  return sessions;
+}
+
+TEST(SessionComparisonTest, AThresholdRaisesWhatAVariesBy) {
+  const Sessions a = repeatsDrawing({9, 10, 11});
+  const Sessions b = repeatsDrawing({24, 24.5, 25});
+  const KindComparison kind = compared(a, b, 100).kinds.at(0);
+  const std::vector<double> joulesOfB{KindHolders(b, "batteryDischarge").joules().value()};
+  std::vector<double> twiceOfA{KindHolders(a, "batteryDischarge").joules().value()};
+  for (double& joules : twiceOfA) joules *= 2;
+  EXPECT_EQ(kind.overThreshold, welchInterval(twiceOfA, joulesOfB));
+  EXPECT_GT(kind.figures[0].interval->lower, kind.figures[0].meanA)
+      << "the interval of the difference alone would call it exceeded";
+  EXPECT_EQ(kind.exceedsThreshold, false);
+}
+
+TEST(SessionComparisonTest, AThresholdIsJudgedByTheMethodOfTheFirstFigure) {
+  const auto a = single("batteryDischarge", 10);
+  const auto b = single("batteryDischarge", 20);
+  EXPECT_EQ(compared({a}, {b}).kinds.at(0).overThreshold, std::nullopt);
+  EXPECT_EQ(compared({a}, {b}).exceedsThreshold, std::nullopt);
+  const auto exceeded = compared({a}, {b}, 50);
+  EXPECT_EQ(exceeded.thresholdPercent, 50);
+  EXPECT_EQ(exceeded.kinds.at(0).overThreshold->method, "moving-block bootstrap");
+  EXPECT_EQ(exceeded.exceedsThreshold, true);
+  EXPECT_EQ(compared({a}, {b}, 95).exceedsThreshold, false) << "21 W are not shown to be above 21.45 W";
+  EXPECT_EQ(compared({a}, {b}, 0).kinds.at(0).overThreshold, exceeded.kinds.at(0).figures[0].interval);
+}
+
+TEST(SessionComparisonTest, BelowZeroAThresholdLiesAboveAToo) {
+  const auto negative = single("batteryDischarge", -20);
+  EXPECT_EQ(compared({negative}, {negative}, 10).exceedsThreshold, false);
+  EXPECT_EQ(compared({negative}, {single("batteryDischarge", -17.5)}, 10).exceedsThreshold, true);
+}
+
+TEST(SessionComparisonTest, RepeatsWithoutEnergyAndChargeAreNotJudged) {
+  const auto brief = comparedSession({comparedSource("batteryDischarge", {20})});
+  EXPECT_EQ(compared({brief, brief}, {brief, brief}, 10).kinds.at(0).overThreshold, std::nullopt);
+  const auto input = single("batteryChargeInput", 10);
+  EXPECT_EQ(compared({input}, {input}, 10).kinds.at(0).overThreshold, std::nullopt);
 }
 
 TEST(SessionComparisonTest, TooFewReadingsOrOneBesideSeveralHaveADifferenceWithoutAnInterval) {
