@@ -18,7 +18,7 @@ std::vector<std::string> argumentsFor(const std::string& outputPath) {
   return {"-n",
           "1",
           "-i",
-          std::to_string(PowermetricsSampler::sampleIntervalMilliseconds),
+          std::to_string(powermetricsIntervalMilliseconds),
           "--show-process-energy",
           "--samplers",
           "tasks,cpu_power,gpu_power,ane_power",
@@ -74,7 +74,7 @@ ProTelemetrySnapshot PowermetricsSampler::sample() {
   ProTelemetrySnapshot snapshot =
       hasOutput ? snapshotFromOutput(*result.outputData) : failureSnapshot(result);
   snapshot.sampledAt = wallClock_.now();
-  snapshot.sampleIntervalMilliseconds = sampleIntervalMilliseconds;
+  snapshot.sampleIntervalMilliseconds = powermetricsIntervalMilliseconds;
   return snapshot;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,9 +18,6 @@ namespace quellin {
 /// and for 15 seconds at most before the tool is ended.
 class PowermetricsSampler {
  public:
-  /// The measuring interval.
-  static constexpr std::int64_t sampleIntervalMilliseconds = 1000;
-
   /// `executable` is an absolute path. The clocks must outlive the sampler.
   explicit PowermetricsSampler(std::string executable = "/usr/bin/powermetrics",
                                std::string temporaryFolder = systemTemporaryFolder(),

@@ -78,7 +78,7 @@ std::optional<std::string> headOf(std::string_view bytes) {
 
 ProTelemetrySnapshot failureSnapshot(const CommandResult& result) {
   ProTelemetrySnapshot snapshot;
-  snapshot.source = "powermetrics";
+  snapshot.source = powermetricsSource;
   snapshot.error = result.errorText.value_or("powermetrics exited with status " +
                                              std::to_string(result.terminationStatus));
   return snapshot;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <vector>
 
@@ -10,6 +11,12 @@
 #include "QuellinCore/Support/JSON/Record.h"
 
 namespace quellin {
+
+/// What the operating system's measuring tool is called where it is the source of figures.
+inline constexpr std::string_view powermetricsSource = "powermetrics";
+
+/// How long that tool is to measure, in milliseconds.
+inline constexpr std::int64_t powermetricsIntervalMilliseconds = 1000;
 
 /// The energy figures of one process, as the privileged measurement reports them.
 struct ProProcessEnergy {

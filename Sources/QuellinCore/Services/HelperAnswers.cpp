@@ -21,9 +21,9 @@ ProTelemetrySnapshot unavailableSnapshot(Instant now, std::optional<std::string>
                                          std::string error) {
   ProTelemetrySnapshot snapshot;
   snapshot.isAvailable = false;
-  snapshot.source = "powermetrics";
+  snapshot.source = powermetricsSource;
   snapshot.sampledAt = now;
-  snapshot.sampleIntervalMilliseconds = 1000;
+  snapshot.sampleIntervalMilliseconds = powermetricsIntervalMilliseconds;
   snapshot.rawSampleSummary = std::move(rawSampleSummary);
   snapshot.error = std::move(error);
   return snapshot;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "QuellinCore/Models/ProTelemetrySnapshot.h"
+
 namespace quellin {
 
 void ContributorScores::add(const Contribution& contribution) {
@@ -35,7 +37,7 @@ std::vector<PowerSessionContributor> ContributorScores::top() const {
   result.reserve(order.size());
   for (const Accumulator* entry : order) {
     result.push_back({.name = entry->name,
-                      .source = entry->isMeasured ? "powermetrics" : "proc_pid_rusage",
+                      .source = entry->isMeasured ? std::string{powermetricsSource} : "proc_pid_rusage",
                       .score = entry->score,
                       .confidence = entry->isMeasured ? "derived" : "estimated"});
   }

@@ -10,7 +10,8 @@ namespace quellin {
 /// What sessions say in the place of a kind, and of a confidence, where there is no reading.
 inline constexpr std::string_view unavailableReading = "unavailable";
 
-/// A power source as sessions name it. The texts live as long as the program.
+/// A power source as sessions name it. The texts live as long as the program, or as long as what they are
+/// taken from, where the function that takes them says so.
 struct PowerSource {
   std::string_view kind;   ///< raw value of a `PowerReadingKind`, or `unavailableReading`
   std::string_view label;  ///< what people are told

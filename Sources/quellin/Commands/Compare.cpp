@@ -18,7 +18,7 @@ std::vector<ComparedSession> readSessions(PowerSessionStore& store,
                                           const std::vector<std::shared_ptr<PowerSession>>& sessions) {
   std::vector<ComparedSession> read;
   read.reserve(sessions.size());
-  for (const auto& session : sessions) read.push_back(comparedSession(analyseSession(store, session)));
+  for (const auto& session : sessions) read.push_back(comparedSession(store, session));
   return read;
 }
 
@@ -40,8 +40,7 @@ ExitStatus judge(const Invocation& invocation, const SessionComparison& comparis
   if (comparison.exceedsThreshold)
     return *comparison.exceedsThreshold ? ExitStatus::negative : ExitStatus::ok;
   invocation.out.flush();
-  std::string uses;
-  for (const std::string& use : unjudgedUses(comparison)) uses += (uses.empty() ? "" : ", ") + use;
+  const std::string uses = fmt::format("{}", fmt::join(unjudgedUses(comparison), ", "));
   invocation.talk.say("the threshold of " + fmt::format("{}", *comparison.thresholdPercent) +
                       " % cannot be applied to " +
                       (uses.empty() ? "any figure of what the machine uses" : printable(uses)) + ". " +

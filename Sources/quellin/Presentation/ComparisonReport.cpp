@@ -7,9 +7,10 @@
 
 #include <fmt/format.h>
 
-#include "QuellinCore/Models/PowerReading.h"
+#include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Storage/SessionLookup.h"
 #include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
@@ -34,7 +35,7 @@ const QuantityText& textOf(const ComparedFigure& figure) {
 
 std::string sideText(const std::vector<PowerSessionMetadataDTO>& sessions) {
   const PowerSessionMetadataDTO& first = sessions.front();
-  if (sessions.size() == 1) return "session " + first.id.text().substr(0, 8) + ", " + first.title;
+  if (sessions.size() == 1) return "session " + shortID(first.id) + ", " + first.title;
   const bool isShared = std::ranges::all_of(
       sessions, [&](const PowerSessionMetadataDTO& session) { return session.title == first.title; });
   return whole(std::ssize(sessions)) + " sessions, " + first.title + (isShared ? "" : " and others");
@@ -45,8 +46,7 @@ int decimalsOf(const ComparedFigure& figure) {
   double largest = std::abs(figure.difference);
   if (figure.interval)
     largest = std::max({largest, std::abs(figure.interval->lower), std::abs(figure.interval->upper)});
-  const double rounding = 1e-9 * std::max(std::abs(figure.meanA), std::abs(figure.meanB));
-  if (largest >= 0.005 || largest <= rounding) return 2;
+  if (largest >= 0.005 || largest <= roundingOf(figure)) return 2;
   return std::min(2 - static_cast<int>(std::floor(std::log10(largest))), 12);
 }
 
@@ -88,11 +88,11 @@ std::string percentText(const ComparedFigure& figure) {
 
 // "B uses 0.42 W less (-8.1 %)".
 std::string amountText(const KindComparison& kind, const ComparedFigure& figure) {
-  const bool isInput = kind.sourceKind == rawValue(PowerReadingKind::batteryChargeInput);
+  const std::string usage = isUse(kind.sourceKind) ? "B uses " : "B takes in ";
+  if (std::abs(figure.difference) <= roundingOf(figure)) return usage + "as much as A";
   const std::string amount =
       decimal(std::abs(figure.difference), decimalsOf(figure)) + " " + textOf(figure).unit;
-  return std::string{isInput ? "B takes in " : "B uses "} + amount +
-         (figure.difference < 0 ? " less" : " more") + percentText(figure);
+  return usage + amount + (figure.difference < 0 ? " less" : " more") + percentText(figure);
 }
 
 std::string blocksText(const DifferenceInterval& interval) {

@@ -61,6 +61,8 @@ SessionSides findSides(PowerSessionStore& store, const Options& options) {
   return {.a = pick(sessions, chosen->a), .b = pick(sessions, chosen->b)};
 }
 
-std::string shortID(const PowerSession& session) { return session.id().text().substr(0, 8); }
+std::string shortID(const UUID& id) { return id.text().substr(0, 8); }
+
+std::string shortID(const PowerSession& session) { return shortID(session.id()); }
 
 }  // namespace quellin::cli

@@ -25,6 +25,9 @@ struct SessionSides {
 [[nodiscard]] SessionSides findSides(PowerSessionStore& store, const Options& options);
 
 /// As much of a session's identifier as people need to see.
+[[nodiscard]] std::string shortID(const UUID& id);
+
+/// The same of a session.
 [[nodiscard]] std::string shortID(const PowerSession& session);
 
 }  // namespace quellin::cli

@@ -47,6 +47,16 @@ TEST(ComparisonReportTest, OthersHaveTwoDecimals) {
   EXPECT_THAT(comparisonText(differingBy(1e-15), std::nullopt), HasSubstr("0.25  0.25   0.00"));
 }
 
+TEST(ComparisonReportTest, NoDifferenceDoesNotPassForASmallOne) {
+  for (const double none : {0.0, 1e-15, -1e-15}) {
+    SessionComparison comparison = differingBy(none);
+    comparison.kinds[0].outcome = ComparisonOutcome::uncertain;
+    EXPECT_THAT(comparisonText(comparison, std::nullopt), HasSubstr("Draw: B uses as much as A; how sure"));
+    comparison.kinds[0].sourceKind = "batteryChargeInput";
+    EXPECT_THAT(comparisonText(comparison, std::nullopt), HasSubstr("Draw: B takes in as much as A; how"));
+  }
+}
+
 TEST(ComparisonReportTest, TheThresholdIsToldAsTyped) {
   SessionComparison comparison = differingBy(1);
   for (const auto& [percent, text] :

@@ -1,7 +1,9 @@
 #include "QuellinCore/Sessions/Analysis/ComparedSession.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -10,49 +12,45 @@
 namespace quellin {
 namespace {
 
-std::vector<double> wattsOf(const SessionSeries& series, std::string_view kind) {
-  std::vector<double> watts;
-  auto absent = series.watts.absent.begin();
-  auto value = series.watts.values.begin();
-  for (std::size_t sample = 0; sample < series.source.size(); ++sample) {
-    const auto place = static_cast<std::int64_t>(sample);
-    if (absent != series.watts.absent.end() && place >= absent->first + absent->count) ++absent;
-    if (absent != series.watts.absent.end() && place >= absent->first) continue;
-    const double reading = *value++;
-    if (series.sources.at(static_cast<std::size_t>(series.source[sample])).kind == kind)
-      watts.push_back(reading);
-  }
-  return watts;
-}
-
 bool lacksEnergy(const std::vector<PowerSessionPowerSegment>& segments) {
   return std::ranges::any_of(segments, [&](const PowerSessionPowerSegment& segment) {
     return !segment.totalWattHours || segment.sourceKind != segments.front().sourceKind;
   });
 }
 
+Supply supplyOf(std::string_view kind, const std::vector<PowerSessionPowerSegment>& segments) {
+  Supply supply;
+  for (const PowerSessionPowerSegment& segment : segments) {
+    if (segment.sourceKind != kind || segment.wattSampleCount == 0) continue;
+    supply.onBattery = supply.onBattery || segment.acConnected == false;
+    supply.onCharger = supply.onCharger || segment.acConnected == true;
+    supply.onUnknown = supply.onUnknown || !segment.acConnected;
+  }
+  return supply;
+}
+
 }  // namespace
 
-bool ComparedSession::isCompleted() const {
+bool isCompleted(const PowerSessionMetadataDTO& session) {
   return session.status == rawValue(PowerSessionStatus::completed);
 }
 
-ComparedSession comparedSession(const SessionAnalysis& analysis) {
-  ComparedSession result{.session = analysis.session,
-                         .seconds = analysis.summary.durationSeconds,
-                         .coverage = analysis.coverage,
+ComparedSession comparedSession(PowerSessionStore& store, const std::shared_ptr<PowerSession>& session) {
+  std::map<std::string, std::vector<double>, std::less<>> watts;
+  const SessionReport report =
+      store.report(session, {.sample = [&](const StoredSample&, const PowerSamplePoint& point) {
+                     if (point.watts) watts[point.sourceKind].push_back(*point.watts);
+                   }});
+  const std::vector<PowerSessionPowerSegment>& segments = report.summary.powerSegments;
+  ComparedSession result{.session = report.session,
+                         .seconds = report.summary.durationSeconds,
+                         .coverage = report.coverage,
                          .sources = {},
-                         .lacksEnergy = lacksEnergy(analysis.summary.powerSegments)};
-  for (SourceEnergy& energy : energyBySource(analysis.summary.powerSegments)) {
-    std::vector<double> watts = wattsOf(analysis.series, energy.sourceKind);
-    ComparedSource source{.energy = std::move(energy), .watts = std::move(watts)};
-    for (const PowerSessionPowerSegment& segment : analysis.summary.powerSegments) {
-      if (segment.sourceKind != source.energy.sourceKind || segment.wattSampleCount == 0) continue;
-      source.onBattery = source.onBattery || segment.acConnected == false;
-      source.onCharger = source.onCharger || segment.acConnected == true;
-      source.onUnknown = source.onUnknown || !segment.acConnected;
-    }
-    result.sources.push_back(std::move(source));
+                         .lacksEnergy = lacksEnergy(segments)};
+  for (SourceEnergy& energy : energyBySource(segments)) {
+    const Supply supply = supplyOf(energy.sourceKind, segments);
+    std::vector<double>& readings = watts[energy.sourceKind];
+    result.sources.push_back({.energy = std::move(energy), .watts = std::move(readings), .supply = supply});
   }
   return result;
 }

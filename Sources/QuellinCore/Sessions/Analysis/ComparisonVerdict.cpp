@@ -2,19 +2,35 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "QuellinCore/Models/PowerReading.h"
 
 namespace quellin {
 namespace {
 
+std::string reasonNotJudged(const KindComparison& kind, const SessionComparison& comparison) {
+  if (auto unfinished = unfinishedText(comparison)) return *std::move(unfinished);
+  return kind.figures.front().noInterval.value_or("repeats are judged by energy, which is not compared");
+}
+
+}  // namespace
+
 double roundingOf(const ComparedFigure& figure) {
   return 1e-9 * std::max(std::abs(figure.meanA), std::abs(figure.meanB));
 }
 
-bool isUse(std::string_view kind) { return kind != rawValue(PowerReadingKind::batteryChargeInput); }
+bool isUse(std::string_view sourceKind) {
+  return sourceKind != rawValue(PowerReadingKind::batteryChargeInput);
+}
 
-}  // namespace
+std::optional<std::string> unfinishedText(const SessionComparison& comparison) {
+  for (const auto& [side, sessions] : {std::pair{"A", &comparison.a}, std::pair{"B", &comparison.b}}) {
+    const auto found = std::ranges::find_if_not(*sessions, isCompleted);
+    if (found != sessions->end()) return std::string{"the session of "} + side + " is " + found->status;
+  }
+  return std::nullopt;
+}
 
 ComparisonOutcome outcomeOf(const ComparedFigure& figure) {
   if (!figure.interval) return ComparisonOutcome::uncertain;
@@ -40,10 +56,7 @@ std::vector<std::string> unjudgedUses(const SessionComparison& comparison) {
   std::vector<std::string> uses;
   for (const KindComparison& kind : comparison.kinds) {
     if (!isUse(kind.sourceKind) || kind.exceedsThreshold) continue;
-    uses.push_back(
-        kind.sourceLabel + " (" +
-        kind.figures.front().noInterval.value_or("repeats are judged by energy, which is not compared") +
-        ")");
+    uses.push_back(kind.sourceLabel + " (" + reasonNotJudged(kind, comparison) + ")");
   }
   for (const NotCompared& left : comparison.notCompared) {
     if (left.sourceKind && isUse(*left.sourceKind)) uses.push_back(left.name + " (" + left.reason + ")");

@@ -9,11 +9,20 @@
 
 namespace quellin {
 
-/// What can be said of a figure. A difference below a billionth of the figures is none: that is rounding.
+/// Up to how much a difference of a figure's means, in its unit, is none but rounding: a billionth of them.
+[[nodiscard]] double roundingOf(const ComparedFigure& figure);
+
+/// Whether readings of this kind tell what the machine uses: all do but what flows into a battery.
+[[nodiscard]] bool isUse(std::string_view sourceKind);
+
+/// What can be said of a figure. A difference that is rounding is none.
 [[nodiscard]] ComparisonOutcome outcomeOf(const ComparedFigure& figure);
 
 /// Whether a figure's interval is of no width, as between values that do not vary at all.
 [[nodiscard]] bool hasNoWidth(const ComparedFigure& figure);
+
+/// "the session of B is interrupted": which of the compared is not over; no value when all are.
+[[nodiscard]] std::optional<std::string> unfinishedText(const SessionComparison& comparison);
 
 /// Whether a threshold is applied to a kind's first figure. Not to what flows into a battery: more of that is
 /// no more use. Nor to the power of repeats: they are judged by their energy, as a run that takes longer uses

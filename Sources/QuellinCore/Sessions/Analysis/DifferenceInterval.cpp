@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numeric>
 #include <random>
 #include <utility>
 #include <vector>
 
 #include <boost/math/distributions/students_t.hpp>
+
+#include "QuellinCore/Sessions/Analysis/Mean.h"
 
 namespace quellin {
 namespace {
@@ -87,10 +88,6 @@ class BlockResampler {
 };
 
 }  // namespace
-
-double meanOf(std::span<const double> values) {
-  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
-}
 
 std::optional<DifferenceInterval> welchInterval(std::span<const double> a, std::span<const double> b) {
   if (a.size() < 2 || b.size() < 2) return std::nullopt;

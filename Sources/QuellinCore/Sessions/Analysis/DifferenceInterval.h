@@ -32,9 +32,6 @@ struct DifferenceInterval {
   bool operator==(const DifferenceInterval&) const = default;
 };
 
-/// The mean of at least one value.
-[[nodiscard]] double meanOf(std::span<const double> values);
-
 /// The interval of the difference of the means of independent repeats by Welch's t, which asks for no equal
 /// variances. No value unless both have at least two values. Values that do not differ at all have an
 /// interval of no width.

@@ -1,7 +1,8 @@
 #include "QuellinCore/Sessions/Analysis/EnergyOverRuns.h"
 
 #include <algorithm>
-#include <numeric>
+
+#include "QuellinCore/Sessions/Analysis/Mean.h"
 
 namespace quellin {
 namespace {
@@ -20,11 +21,10 @@ std::vector<double> joulesOf(const std::string& sourceKind, std::span<const std:
 std::optional<ValueSpread> spreadOf(std::span<const double> values) {
   if (values.empty()) return std::nullopt;
   const auto [lowest, highest] = std::ranges::minmax(values);
-  return ValueSpread{
-      .count = static_cast<std::int64_t>(values.size()),
-      .mean = std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size()),
-      .lowest = lowest,
-      .highest = highest};
+  return ValueSpread{.count = static_cast<std::int64_t>(values.size()),
+                     .mean = meanOf(values),
+                     .lowest = lowest,
+                     .highest = highest};
 }
 
 std::vector<EnergyOverRuns> energyOverRuns(std::span<const std::vector<SourceEnergy>> runs) {

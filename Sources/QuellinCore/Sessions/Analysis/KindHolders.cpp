@@ -1,17 +1,26 @@
 #include "QuellinCore/Sessions/Analysis/KindHolders.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace quellin {
 namespace {
 
-// On what the machine was during a session's readings of one kind.
-std::string supplyOf(const ComparedSource& source) {
-  if (!source.onBattery && !source.onCharger) return "on an unknown supply";
-  std::string text = source.onBattery ? "on battery" : "with a charger";
-  if (source.onBattery && source.onCharger) text += " and with a charger";
-  return text + (source.onUnknown ? " and on an unknown supply" : "");
+bool isOne(const Supply& supply) {
+  const std::array<bool, 3> kinds{supply.onBattery, supply.onCharger, supply.onUnknown};
+  return std::ranges::count(kinds, true) == 1;
+}
+
+std::string textOf(const Supply& supply) {
+  std::string text;
+  const auto add = [&](bool isOn, const char* words) {
+    if (isOn) text += (text.empty() ? "" : " and ") + std::string{words};
+  };
+  add(supply.onBattery, "on battery");
+  add(supply.onCharger, "with a charger");
+  add(supply.onUnknown, "on an unknown supply");
+  return text;
 }
 
 }  // namespace
@@ -30,8 +39,9 @@ std::vector<SourceEnergy> kindsOf(std::span<const ComparedSession> sessions) {
 std::string kindsText(std::span<const ComparedSession> sessions) {
   std::string text;
   for (const SourceEnergy& kind : kindsOf(sessions)) {
-    text +=
-        (text.empty() ? "" : ", ") + kind.sourceLabel + KindHolders(sessions, kind.sourceKind).supplyText();
+    const KindHolders holders(sessions, kind.sourceKind);
+    text += (text.empty() ? "" : ", ") + kind.sourceLabel;
+    if (!holders.isOnUnknownSupply()) text += holders.supplyText();
   }
   return text.empty() ? "no readings of power" : "readings of " + text;
 }
@@ -49,39 +59,37 @@ KindHolders::KindHolders(std::span<const ComparedSession> sessions, std::string_
 }
 
 std::string KindHolders::supplyText() const {
-  std::vector<std::pair<std::string, std::size_t>> supplies;
+  std::vector<std::pair<Supply, std::size_t>> supplies;
   for (const ComparedSource* source : sources_) {
-    const std::string supply = supplyOf(*source);
-    const auto known = std::ranges::find(supplies, supply, &std::pair<std::string, std::size_t>::first);
+    const auto known = std::ranges::find(supplies, source->supply, &std::pair<Supply, std::size_t>::first);
     if (known == supplies.end()) {
-      supplies.emplace_back(supply, 1);
+      supplies.emplace_back(source->supply, 1);
     } else {
       ++known->second;
     }
   }
-  if (supplies.empty() || isOnUnknownSupply()) return "";
-  if (supplies.size() == 1) return " " + supplies.front().first;
+  if (supplies.empty()) return "";
+  if (supplies.size() == 1) return " " + textOf(supplies.front().first);
   std::string text;
   for (const auto& [supply, count] : supplies) {
     text += (text.empty() ? " (" : ", ") + std::to_string(count) + (count == 1 ? " session " : " sessions ") +
-            supply;
+            textOf(supply);
   }
   return text + ")";
 }
 
 bool KindHolders::sharesSupplyWith(const KindHolders& other) const {
   if (sources_.empty() || other.sources_.empty()) return false;
-  const ComparedSource& first = *sources_.front();
-  const auto isLikeFirst = [&](const ComparedSource* source) { return supplyOf(*source) == supplyOf(first); };
-  return static_cast<int>(first.onBattery) + static_cast<int>(first.onCharger) +
-                 static_cast<int>(first.onUnknown) <=
-             1 &&
-         std::ranges::all_of(sources_, isLikeFirst) && std::ranges::all_of(other.sources_, isLikeFirst);
+  const Supply& first = sources_.front()->supply;
+  const auto isLikeFirst = [&](const ComparedSource* source) { return source->supply == first; };
+  return isOne(first) && std::ranges::all_of(sources_, isLikeFirst) &&
+         std::ranges::all_of(other.sources_, isLikeFirst);
 }
 
 bool KindHolders::isOnUnknownSupply() const {
-  return std::ranges::none_of(
-      sources_, [](const ComparedSource* source) { return source->onBattery || source->onCharger; });
+  return std::ranges::none_of(sources_, [](const ComparedSource* source) {
+    return source->supply.onBattery || source->supply.onCharger;
+  });
 }
 
 std::optional<std::vector<double>> KindHolders::joules() const {

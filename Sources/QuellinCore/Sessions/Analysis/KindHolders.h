@@ -27,7 +27,7 @@ class KindHolders {
   [[nodiscard]] std::size_t count() const { return sources_.size(); }  ///< how many they are
 
   /// On what the machine was when they were read: " on battery", " with a charger", " on battery and with a
-  /// charger"; where sessions differ, how many were on which; empty where nothing is known of a battery.
+  /// charger", " on an unknown supply"; where sessions differ, how many were on which.
   [[nodiscard]] std::string supplyText() const;
 
   /// Whether all readings of these and of the others were taken on one and the same supply, or nothing is

@@ -9,6 +9,7 @@
 #include "QuellinCore/Sessions/Analysis/ComparisonNotes.h"
 #include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
 #include "QuellinCore/Sessions/Analysis/KindHolders.h"
+#include "QuellinCore/Sessions/Analysis/Mean.h"
 
 namespace quellin {
 namespace {
@@ -68,7 +69,7 @@ std::vector<SideValues> valuesOf(const KindHolders& a, const KindHolders& b, boo
 }
 
 KindComparison compareKind(const SourceEnergy& kind, const std::vector<SideValues>& values,
-                           std::optional<double> thresholdPercent) {
+                           const SessionComparison& whole) {
   KindComparison result{.sourceKind = kind.sourceKind,
                         .sourceLabel = kind.sourceLabel,
                         .confidence = kind.confidence,
@@ -78,8 +79,8 @@ KindComparison compareKind(const SourceEnergy& kind, const std::vector<SideValue
   for (const SideValues& sides : values) result.figures.push_back(figureOf(sides));
   result.outcome = outcomeOf(result.figures.front());
   const SideValues& deciding = values.front();
-  if (thresholdPercent && isJudged(kind.sourceKind, deciding.quantity))
-    result.overThreshold = intervalOf(withRaisedA(deciding, *thresholdPercent));
+  if (whole.thresholdPercent && !unfinishedText(whole) && isJudged(kind.sourceKind, deciding.quantity))
+    result.overThreshold = intervalOf(withRaisedA(deciding, *whole.thresholdPercent));
   return result;
 }
 
@@ -97,10 +98,6 @@ Sessions takeComparable(Sessions sessions, std::vector<NotCompared>& rest) {
   return sessions;
 }
 
-std::string knownSupply(const KindHolders& holders) {
-  return holders.isOnUnknownSupply() ? " on an unknown supply" : holders.supplyText();
-}
-
 void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& b) {
   const bool areSingle = a.size() == 1 && b.size() == 1;
   for (const SourceEnergy& kind : kindsOf(a)) {
@@ -113,9 +110,9 @@ void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& 
       result.notCompared.push_back(
           {.name = kind.sourceLabel,
            .sourceKind = kind.sourceKind,
-           .reason = "A has readings of it" + knownSupply(ofA) + ", B" + knownSupply(ofB)});
+           .reason = "A has readings of it" + ofA.supplyText() + ", B" + ofB.supplyText()});
     } else {
-      result.kinds.push_back(compareKind(kind, valuesOf(ofA, ofB, areSingle), result.thresholdPercent));
+      result.kinds.push_back(compareKind(kind, valuesOf(ofA, ofB, areSingle), result));
     }
   }
   for (const SourceEnergy& kind : kindsOf(b)) {
@@ -149,6 +146,8 @@ std::expected<SessionComparison, std::string> compareSessions(std::vector<Compar
     return std::unexpected(std::string("nothing can be compared: of the sessions of ") +
                            (a.empty() ? "A" : "B") + " none is completed");
   }
+  for (const ComparedSession& session : a) result.a.push_back(session.session);
+  for (const ComparedSession& session : b) result.b.push_back(session.session);
   compareKinds(result, a, b);
   if (result.kinds.empty()) {
     return std::unexpected("nothing can be compared: A has " + kindsText(a) + ", B has " + kindsText(b) +
@@ -156,8 +155,6 @@ std::expected<SessionComparison, std::string> compareSessions(std::vector<Compar
   }
   if (thresholdPercent) judgeThreshold(result);
   result.time = compareLengths(a, b);
-  for (const ComparedSession& session : a) result.a.push_back(session.session);
-  for (const ComparedSession& session : b) result.b.push_back(session.session);
   result.notes = comparisonNotes(result, a, b);
   return result;
 }

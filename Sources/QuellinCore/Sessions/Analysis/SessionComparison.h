@@ -139,7 +139,8 @@ struct SessionComparison {
 /// compared only where all its readings on both sides were taken on one and the same supply, or nothing is
 /// known of any. Energy is compared only where every stretch of every session has readings of this one kind:
 /// otherwise it would be that of a part of the time. A threshold is exceeded where an interval of B less A
-/// and so many per cent of A lies above zero, found by the method of the first figure.
+/// and so many per cent of A lies above zero, found by the method of the first figure. It is not applied
+/// while a session is not over: what a failing command used is no answer.
 [[nodiscard]] std::expected<SessionComparison, std::string> compareSessions(
     std::vector<ComparedSession> a, std::vector<ComparedSession> b,
     std::optional<double> thresholdPercent = std::nullopt);

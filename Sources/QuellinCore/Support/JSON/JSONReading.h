@@ -21,7 +21,7 @@
 #include "QuellinCore/Support/UUID.h"
 
 /// How values of every type are read from a document: thin typed shells around functions that know the
-/// parser, which none but JSONNode.h sees. A reading function returns false when the document is not
+/// parser, which no header but JSONNode.h sees. A reading function returns false when the document is not
 /// well-formed and reading must stop. A well-formed value that does not suit is noted in the document's state
 /// and read over.
 namespace quellin::detail {

@@ -28,7 +28,7 @@ TEST(ComparedSessionTest, HasTheReadingsOfEachKindAndWhatTheyComeTo) {
   append(silicon);
   append(stateDrawing(instantAt(1010), 18, 80));
   memory.store->stop(session, instantAt(1020));
-  const ComparedSession result = comparedSession(analyseSession(*memory.store, session));
+  const ComparedSession result = comparedSession(*memory.store, session);
   EXPECT_EQ(result.session.id, session->id());
   EXPECT_TRUE(result.isCompleted());
   EXPECT_EQ(result.seconds, 20);
@@ -38,13 +38,13 @@ TEST(ComparedSessionTest, HasTheReadingsOfEachKindAndWhatTheyComeTo) {
   EXPECT_EQ(result.sources[0].energy.sourceKind, "batteryDischarge");
   EXPECT_EQ(result.sources[0].energy.joules, 24);
   EXPECT_THAT(result.sources[0].watts, ElementsAre(10, 14, 18));
-  EXPECT_TRUE(result.sources[0].onBattery);
-  EXPECT_FALSE(result.sources[0].onCharger);
+  EXPECT_TRUE(result.sources[0].supply.onBattery);
+  EXPECT_FALSE(result.sources[0].supply.onCharger);
   EXPECT_THAT(result.sources[1].watts, ElementsAre(4));
-  EXPECT_FALSE(result.sources[1].onBattery) << "nothing is known of a battery";
-  EXPECT_FALSE(result.sources[1].onCharger);
-  EXPECT_TRUE(result.sources[1].onUnknown);
-  EXPECT_FALSE(result.sources[0].onUnknown);
+  EXPECT_FALSE(result.sources[1].supply.onBattery) << "nothing is known of a battery";
+  EXPECT_FALSE(result.sources[1].supply.onCharger);
+  EXPECT_TRUE(result.sources[1].supply.onUnknown);
+  EXPECT_FALSE(result.sources[0].supply.onUnknown);
   EXPECT_TRUE(result.lacksEnergy);
 }
 
@@ -56,10 +56,10 @@ TEST(ComparedSessionTest, LacksEnergyWhereAStretchHasNoReadings) {
   };
   append(stateDrawing(instantAt(1001), 10, 80));
   append(stateDrawing(instantAt(1002), 10, 80));
-  EXPECT_FALSE(comparedSession(analyseSession(*memory.store, session)).lacksEnergy);
+  EXPECT_FALSE(comparedSession(*memory.store, session).lacksEnergy);
   append(emptyState(instantAt(1003)));
   append(emptyState(instantAt(1010)));
-  const ComparedSession result = comparedSession(analyseSession(*memory.store, session));
+  const ComparedSession result = comparedSession(*memory.store, session);
   EXPECT_THAT(result.sources, SizeIs(1)) << "of one kind, and yet not of the whole time";
   EXPECT_TRUE(result.lacksEnergy);
 }
@@ -70,18 +70,18 @@ TEST(ComparedSessionTest, KnowsWhichReadingsAChargerWasConnectedFor) {
   SystemPowerState state = stateDrawing(instantAt(1001), 10, 80);
   state.battery->acConnected = true;
   memory.store->appendSample(session, state, {}, std::nullopt);
-  const ComparedSession result = comparedSession(analyseSession(*memory.store, session));
+  const ComparedSession result = comparedSession(*memory.store, session);
   ASSERT_THAT(result.sources, SizeIs(1));
-  EXPECT_TRUE(result.sources[0].onCharger);
-  EXPECT_FALSE(result.sources[0].onBattery);
+  EXPECT_TRUE(result.sources[0].supply.onCharger);
+  EXPECT_FALSE(result.sources[0].supply.onBattery);
 }
 
 TEST(ComparedSessionTest, IsCompletedOnlyWhenItRanToItsEnd) {
   const testing_support::MemoryStore memory;
   const auto session = memory.start(1000);
-  EXPECT_FALSE(comparedSession(analyseSession(*memory.store, session)).isCompleted());
+  EXPECT_FALSE(comparedSession(*memory.store, session).isCompleted());
   memory.store->interrupt(session, instantAt(1010));
-  EXPECT_FALSE(comparedSession(analyseSession(*memory.store, session)).isCompleted());
+  EXPECT_FALSE(comparedSession(*memory.store, session).isCompleted());
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ inline ComparedSource comparedSource(const std::string& kind, std::vector<double
   source.energy.averageWatts = sum / static_cast<double>(watts.size());
   if (watts.size() > 1) source.energy.joules = sum;
   source.watts = std::move(watts);
-  source.onBattery = kind != "batteryChargeInput" && kind != "batterySupplement";
-  source.onCharger = !source.onBattery;
+  source.supply.onBattery = kind != "batteryChargeInput" && kind != "batterySupplement";
+  source.supply.onCharger = !source.supply.onBattery;
   return source;
 }
 

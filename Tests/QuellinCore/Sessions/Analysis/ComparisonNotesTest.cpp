@@ -66,7 +66,7 @@ TEST(ComparisonNotesTest, TellOfASessionThatIsNotOver) {
 
 TEST(ComparisonNotesTest, TellWhereNothingIsKnownOfTheSupply) {
   ComparedSession unknown = sessionDrawing(1);
-  unknown.sources[0].onBattery = false;
+  unknown.sources[0].supply = {.onBattery = false, .onCharger = false, .onUnknown = true};
   EXPECT_THAT(notesOf({unknown}, {unknown}),
               ElementsAre("label of batteryDischarge: nothing is known of the supply of either side"));
 }

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Analysis/DifferenceInterval.h"
+#include "QuellinCore/Sessions/Analysis/Mean.h"
 #include "Support/CaseNames.h"
 
 namespace quellin {

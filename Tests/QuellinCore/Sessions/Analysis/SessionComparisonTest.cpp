@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/Analysis/ComparedSessions.h"
+#include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
 #include "QuellinCore/Sessions/Analysis/KindHolders.h"
 #include "QuellinCore/Sessions/Analysis/SessionComparison.h"
 
@@ -139,6 +140,20 @@ TEST(SessionComparisonTest, AThresholdIsJudgedByTheMethodOfTheFirstFigure) {
   EXPECT_EQ(compared({a}, {b}, 0).kinds.at(0).overThreshold, exceeded.kinds.at(0).figures[0].interval);
 }
 
+TEST(SessionComparisonTest, NoThresholdIsAppliedToASessionThatIsNotOver) {
+  const auto a = single("batteryDischarge", 10);
+  for (const char* status : {"interrupted", "active"}) {
+    const auto unfinished = with(single("batteryDischarge", 20), status);
+    for (const auto& result : {compared({a}, {unfinished}, 5), compared({unfinished}, {a}, 5)}) {
+      EXPECT_EQ(result.kinds.at(0).overThreshold, std::nullopt);
+      EXPECT_EQ(result.exceedsThreshold, std::nullopt);
+      EXPECT_TRUE(result.kinds.at(0).figures[0].interval.has_value()) << "compared it is";
+    }
+    EXPECT_THAT(unjudgedUses(compared({a}, {unfinished}, 5)),
+                ElementsAre(std::string{"label of batteryDischarge (the session of B is "} + status + ")"));
+  }
+}
+
 TEST(SessionComparisonTest, BelowZeroAThresholdLiesAboveAToo) {
   const auto negative = single("batteryDischarge", -20);
   EXPECT_EQ(compared({negative}, {negative}, 10).exceedsThreshold, false);
@@ -217,8 +232,7 @@ TEST(SessionComparisonTest, WithoutAKindInCommonItRefusesAndNamesBoth) {
 TEST(SessionComparisonTest, ReadingsOnBatteryAreNotComparedWithThoseBesideACharger) {
   const auto silicon = [](bool onBattery, bool onCharger) {
     ComparedSource source = comparedSource("ioReportSiliconPower", {1, 2});
-    source.onBattery = onBattery;
-    source.onCharger = onCharger;
+    source.supply = {.onBattery = onBattery, .onCharger = onCharger, .onUnknown = !onBattery && !onCharger};
     return source;
   };
   EXPECT_THAT(refusal({comparedSession({silicon(true, false)})}, {comparedSession({silicon(false, true)})}),
@@ -238,7 +252,7 @@ TEST(SessionComparisonTest, ReadingsOnBatteryAreNotComparedWithThoseBesideACharg
   for (const auto& one : {battery, charger, unknown}) EXPECT_THAT(compared({one}, {one}).kinds, SizeIs(1));
   const ComparedSession both = comparedSession({silicon(true, true)});
   ComparedSession partly = battery;
-  partly.sources[0].onUnknown = true;
+  partly.sources[0].supply.onUnknown = true;
   for (const auto& other : {both, charger, unknown, partly}) {
     EXPECT_THAT(refusal({battery}, {other}), HasSubstr("nothing can be compared"));
     EXPECT_THAT(refusal({other}, {battery}), HasSubstr("nothing can be compared"));
@@ -250,8 +264,8 @@ TEST(SessionComparisonTest, ReadingsOnBatteryAreNotComparedWithThoseBesideACharg
 TEST(SessionComparisonTest, OneSessionOnAnotherSupplyIsEnoughToRefuseAndIsCounted) {
   const auto repeat = [](bool onBattery) {
     ComparedSource source = comparedSource("ioReportSiliconPower", {1, 2});
-    source.onBattery = onBattery;
-    source.onCharger = !onBattery;
+    source.supply.onBattery = onBattery;
+    source.supply.onCharger = !onBattery;
     return comparedSession({source});
   };
   EXPECT_THAT(refusal({repeat(true), repeat(true), repeat(false)}, {repeat(true), repeat(false)}),
