@@ -44,6 +44,35 @@ std::vector<std::string> takeArguments(std::vector<std::string>& words) {
   return arguments;
 }
 
+// In the order in which they were typed, which is not that of the library's own text, and without the mark
+// before what belongs to a program.
+std::string unexpectedText(const CLI::App& app) {
+  std::vector<std::string> words = app.remaining();
+  if (const auto mark = std::ranges::find(words, "--"); mark != words.end()) words.erase(mark);
+  return fmt::format("The following argument{} not expected: {}", words.size() > 1 ? "s were" : " was",
+                     fmt::join(words, " "));
+}
+
+Remark misuse(const CLI::App& app, const std::vector<std::string>& arguments, const CLI::ParseError& error) {
+  const auto chosen = app.get_subcommands();
+  if (chosen.empty() && !arguments.empty()) {
+    return {ExitStatus::usage, "quellin: there is no option '" + arguments.front() +
+                                   "' without a command. 'quellin --help' lists all.\n"};
+  }
+  if (chosen.empty()) {
+    return {ExitStatus::usage, "quellin: " + std::string{error.what()} + ". Try 'quellin --help'.\n"};
+  }
+  const std::string where = "quellin " + chosen.front()->get_name();
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) {
+    return {ExitStatus::usage, where + ": " + error.what() + ". Try '" + where + " --help'.\n"};
+  }
+  const std::string unexpected = unexpectedText(app.remaining_size() > 0 ? app : *chosen.front());
+  const bool isOfAProgram = chosen.front()->get_name() == "run";
+  return {ExitStatus::usage, where + ": " + unexpected +
+                                 (isOfAProgram ? ". The command and all its words go behind --.\n"
+                                               : ". Try '" + where + " --help'.\n")};
+}
+
 }  // namespace
 
 std::unique_ptr<CLI::App> commandLine(Options& options) {
@@ -78,20 +107,7 @@ std::variant<const Command*, Remark> parse(const std::vector<std::string>& argum
   } catch (const CLI::CallForVersion&) {
     return Remark{ExitStatus::ok, app->version() + "\n"};
   } catch (const CLI::ParseError& error) {
-    const auto chosen = app->get_subcommands();
-    if (chosen.empty() && !arguments.empty()) {
-      return Remark{ExitStatus::usage, "quellin: there is no option '" + arguments.front() +
-                                           "' without a command. 'quellin --help' lists all.\n"};
-    }
-    const bool isOfAProgram = !chosen.empty() && chosen.front()->get_name() == "run" &&
-                              dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
-    if (isOfAProgram) {
-      return Remark{ExitStatus::usage, std::string{"quellin run: "} + error.what() +
-                                           ". The command and all its words go behind --.\n"};
-    }
-    const std::string where = chosen.empty() ? "" : " " + chosen.front()->get_name();
-    return Remark{ExitStatus::usage,
-                  "quellin" + where + ": " + error.what() + ". Try 'quellin" + where + " --help'.\n"};
+    return misuse(*app, arguments, error);
   }
   const std::string name = app->get_subcommands().front()->get_name();
   return &*std::ranges::find(commands(), std::string_view{name}, &Command::name);

@@ -161,6 +161,17 @@ INSTANTIATE_TEST_SUITE_P(
         Misuse{{"helper", "remove"}, "remove"}, Misuse{{"completions", "tcsh"}, "tcsh"}),
     namedBy(words));
 
+TEST_F(CommandLineTest, WordsThatAreNotExpectedAreListedAsTheyWereTyped) {
+  EXPECT_THAT(remarkOn({"run", "--bogus", "--", "make"}).text,
+              HasSubstr("argument was not expected: --bogus. The command"));
+  EXPECT_THAT(remarkOn({"run", "--bogus", "--more", "--", "make"}).text,
+              HasSubstr("arguments were not expected: --bogus --more. The command"));
+  EXPECT_THAT(remarkOn({"snapshot", "--bogus", "a", "b"}).text,
+              HasSubstr("arguments were not expected: --bogus a b. Try"));
+  EXPECT_THAT(remarkOn({"--bogus", "--more", "snapshot"}).text,
+              HasSubstr("arguments were not expected: --bogus --more. Try"));
+}
+
 TEST_F(CommandLineTest, WhatStandsBehindTheMarkBelongsToTheProgramThatIsRun) {
   EXPECT_EQ(commandIn({"run", "--repeat", "3", "--baseline", "30s", "-o", "a.json", "--", "make", "-j8", "--",
                        "--json", "[a,b]"}),
