@@ -79,6 +79,13 @@ TEST_F(RunTreeTest, ARunThatFailsIsNotSummedUp) {
                                            "Counters +1\\.00 +1\\.00 +1\\.00 +2 +ioReport\n"));
 }
 
+TEST_F(RunTreeTest, ACommandThatFailsAtOnceTellsWhatRecordingItCost) {
+  const std::string cost = "\"recorderCost\" : \\{[^}]*\"bytesWritten\" : [1-9]";
+  EXPECT_THAT(frontEnd.run({"run", "--source", ".", "--json", "--", "false"}).error,
+              testing::ContainsRegex(cost));
+  EXPECT_THAT(frontEnd.run({"show", "last", "--json"}).output, testing::ContainsRegex(cost));
+}
+
 TEST_F(RunTreeTest, CountersThatCannotBeReadAreNotShown) {
   const std::string said =
       frontEnd
