@@ -20,4 +20,10 @@ std::string hintAt(std::string_view command, const Options& options) {
   return text + "'";
 }
 
+std::string hintAtDoctor(const Options& options) {
+  std::string text = "'quellin doctor";
+  if (options.source != nativeSource) text += " --source " + shellWord(options.source);
+  return text + "'";
+}
+
 }  // namespace quellin::cli

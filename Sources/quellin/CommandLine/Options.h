@@ -17,9 +17,12 @@ inline constexpr Seconds usualProcessInterval{30};
 /// The same while a command is run, which may take little time.
 inline constexpr Seconds usualRunProcessInterval{5};
 
+/// What names this machine among the sources.
+inline constexpr const char* nativeSource = "native";
+
 /// What the command line asks for. A command looks only at what its own options set.
 struct Options {
-  std::string source = "native";  ///< "native", or the path of a trace or of a tree of kernel files
+  std::string source = nativeSource;  ///< `nativeSource`, or the path of a trace or of a tree of kernel files
   PlaybackSpeed speed = PlaybackSpeed::maximum();  ///< of a trace
   std::optional<std::filesystem::path> store;      ///< the session store; absent: the default place
   bool json = false;

@@ -3,6 +3,7 @@
 
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
@@ -76,8 +77,9 @@ ExitStatus budget(const Invocation& invocation) {
   });
   live.end();
   if (watched.readings == 0) {
-    throw Failure{ExitStatus::nothingMeasurable,
-                  "there are no energy counters to watch. 'quellin doctor' says why and what would help."};
+    throw Failure{
+        ExitStatus::nothingMeasurable,
+        "there are no energy counters to watch. " + hintAtDoctor(options) + " says why and what would help."};
   }
   invocation.talk.say(watched.text() + ".");
   return watched.alerts > 0 ? ExitStatus::negative : ExitStatus::ok;

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/CommandRun.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/JSONOutput.h"
@@ -57,7 +58,7 @@ class Runs {
  public:
   explicit Runs(const Invocation& invocation) : invocation_(invocation), sink_(invocation) {
     report_.command = programWords(options_);
-    title_ = options_.title.value_or(commandText());
+    title_ = options_.title.value_or(fmt::format("{}", fmt::join(report_.command, " ")));
   }
 
   // Returns the status of the first run that did not succeed, else 0. What was measured is told also when
@@ -93,29 +94,34 @@ class Runs {
     sink_.finish();
   }
 
-  [[nodiscard]] std::string commandText() const {
-    std::string text;
-    for (const std::string& word : report_.command) text += (text.empty() ? "" : " ") + word;
-    return text;
+  // A trace begins where the baseline left it.
+  [[nodiscard]] MeasuredHost openHost() const {
+    MeasuredHost host = MeasuredHost::open(options_, idleTicks_);
+    if (!host.player || !host.player->atEnd()) return host;
+    throw Failure{ExitStatus::notMeasured,
+                  idleTicks_ > 0 ? "the trace ended within the baseline; the command was not run. Give a "
+                                   "shorter --baseline, or a longer trace."
+                                 : "the trace is empty; the command was not run."};
   }
 
   bool measureBaseline() {
-    const MeasuredHost host = MeasuredHost::open(options_);
+    const MeasuredHost host = openHost();
     const auto idle = measureIdle(invocation_, host, title_ + ", idle", *options_.baseline);
     if (!idle) return false;
     if (host.player) idleTicks_ = host.player->ticksPlayed();
     report_.idle = spanReport(*idle);
-    show("idle", spanText(*report_.idle, sink_.width()));
+    show("idle", spanText(*report_.idle, hintAtDoctor(options_), sink_.width()));
     return true;
   }
 
   int runOnce(int turn) {
-    const MeasuredHost host = MeasuredHost::open(options_, idleTicks_);
+    const MeasuredHost host = openHost();
     const MeasuredCommand measured = measureCommand(invocation_, host, title_);
     report_.runs.push_back(commandReport(measured, report_.idle));
     const std::string turnText =
         options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
-    show(title_ + turnText, cli::commandText(report_.runs.back(), report_.idle.has_value(), sink_.width()));
+    show(title_ + turnText,
+         commandText(report_.runs.back(), report_.idle.has_value(), hintAtDoctor(options_), sink_.width()));
     if (measured.end.isWholeRun() && measured.span) repeats_.push_back(*report_.runs.back().measured);
     const int status = measured.end.shellStatus();
     return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;

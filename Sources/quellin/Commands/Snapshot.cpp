@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "quellin/CommandLine/Command.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/MeasuredHost.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/SnapshotReport.h"
@@ -30,7 +31,8 @@ ExitStatus snapshot(const Invocation& invocation) {
   const bool knowsAny = std::ranges::any_of(report.figures, &Figure::isKnown);
   if (knowsAny || (report.processes && !report.processes->empty())) return ExitStatus::ok;
   invocation.out.flush();
-  invocation.talk.say("nothing can be measured here; 'quellin doctor' says why and what would help.");
+  invocation.talk.say("nothing can be measured here; " + hintAtDoctor(invocation.options) +
+                      " says why and what would help.");
   return ExitStatus::nothingMeasurable;
 }
 

@@ -9,8 +9,8 @@
 
 namespace quellin::cli {
 
-/// Records a session of `length` over the idle machine. No value when the user interrupted it. Throws as
-/// `measureCommand`.
+/// Records a session of `length` over the idle machine. No value when the user interrupted it, and with it
+/// the session. Throws as `measureCommand`.
 [[nodiscard]] std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const MeasuredHost& host,
                                                       const std::string& title, Seconds length);
 
@@ -25,7 +25,7 @@ namespace quellin::cli {
 ///
 /// Throws `Failure`: notFound and notExecutable when the command cannot be started, notMeasured when another
 /// session is being recorded, and what the core throws. Measuring that fails afterwards leaves the command
-/// alone.
+/// alone. The session of what was not measured to the end of a command that succeeds is ended as interrupted.
 [[nodiscard]] MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
                                              const std::string& title);
 

@@ -7,13 +7,12 @@
 
 #include "QuellinCore/Platform/Recorded/RecordedSources.h"
 #include "QuellinCore/Services/ProcessActivityService.h"
+#include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/HostTree.h"
 #include "quellin/Outcome/Failure.h"
 
 namespace quellin::cli {
 namespace {
-
-constexpr std::string_view nativeSource = "native";
 
 std::expected<std::shared_ptr<TracePlayer>, TraceError> playerOf(const Options& options,
                                                                  std::size_t skippedTicks) {
@@ -51,7 +50,7 @@ MeasuredHost MeasuredHost::openMeasurable(const Options& options) {
   MeasuredHost host = open(options);
   if (anyAvailable(host.sources.diagnose())) return host;
   throw Failure{ExitStatus::nothingMeasurable,
-                "nothing can be measured here. 'quellin doctor' says why and what would help."};
+                "nothing can be measured here. " + hintAtDoctor(options) + " says why and what would help."};
 }
 
 Seconds MeasuredHost::interval(Seconds asked) const {

@@ -5,18 +5,15 @@
 #include <map>
 #include <string_view>
 
+#include <fmt/format.h>
+
 #include "QuellinCore/Support/Quoting.h"
 
 namespace quellin::cli {
 namespace {
 
 std::string joined(const std::vector<std::string>& words, std::string_view separator) {
-  std::string text;
-  for (const std::string& word : words) {
-    if (!text.empty()) text += separator;
-    text += word;
-  }
-  return text;
+  return fmt::format("{}", fmt::join(words, separator));
 }
 
 // What may stand for any of a command's arguments, each word once.

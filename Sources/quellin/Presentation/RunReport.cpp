@@ -116,14 +116,14 @@ CommandReport commandReport(const MeasuredCommand& measured, const std::optional
   return report;
 }
 
-std::string spanText(const SpanReport& report, std::optional<std::size_t> width) {
+std::string spanText(const SpanReport& report, const std::string& doctor, std::optional<std::size_t> width) {
   std::string text = namedLine("Session", report.session.text());
   text += namedLine("Time", timeText(report.seconds));
   if (report.counters) text += namedLine("Counters", countersText(*report.counters, report.countersPath));
   text += namedLine("Coverage", coverageText(report.coverage));
   text += namedLine("Recorder", recorderCostText(report.recorderCost));
   if (report.sources.empty()) {
-    text += namedLine("Readings", "none: nothing here gives watts. 'quellin doctor' says why.");
+    text += namedLine("Readings", "none: nothing here gives watts. " + doctor + " says why.");
   } else {
     text += "\n" + sourceTable(report.sources, width);
   }
@@ -131,14 +131,15 @@ std::string spanText(const SpanReport& report, std::optional<std::size_t> width)
   return text;
 }
 
-std::string commandText(const CommandReport& report, bool hasBaseline, std::optional<std::size_t> width) {
+std::string commandText(const CommandReport& report, bool hasBaseline, const std::string& doctor,
+                        std::optional<std::size_t> width) {
   std::string text = report.signal ? namedLine("Ended by", "signal " + whole(report.signal))
                                    : namedLine("Exit status", whole(report.exitStatus));
   if (!report.measured) return text;
   if (report.countedJoulesAboveIdle) {
     text += namedLine("Above idle", decimal(report.countedJoulesAboveIdle, 2) + " J by the counters");
   }
-  text += spanText(*report.measured, width);
+  text += spanText(*report.measured, doctor, width);
   if (hasBaseline && !report.measured->sources.empty()) text += "\n" + aboveIdleTable(report, width);
   return text;
 }

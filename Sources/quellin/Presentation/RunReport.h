@@ -70,12 +70,14 @@ struct RunReport {
 [[nodiscard]] CommandReport commandReport(const MeasuredCommand& measured,
                                           const std::optional<SpanReport>& idle);
 
-/// The stretch of time as text; tables are cut to `width` columns.
-[[nodiscard]] std::string spanText(const SpanReport& report, std::optional<std::size_t> width);
+/// The stretch of time as text; `doctor` is the command that says why there are no readings, tables are cut
+/// to `width` columns.
+[[nodiscard]] std::string spanText(const SpanReport& report, const std::string& doctor,
+                                   std::optional<std::size_t> width);
 
 /// The run as text; `hasBaseline` tells whether the idle machine was measured.
 [[nodiscard]] std::string commandText(const CommandReport& report, bool hasBaseline,
-                                      std::optional<std::size_t> width);
+                                      const std::string& doctor, std::optional<std::size_t> width);
 
 /// What several whole runs of the same come to together, as text; empty when none has energy.
 [[nodiscard]] std::string repeatsText(const std::vector<SpanReport>& repeats,

@@ -18,5 +18,15 @@ TEST(HintTest, AnOddNameIsOneWordForTheShell) {
   EXPECT_EQ(hintAt("stop", options), "'quellin stop --store 'my $store''");
 }
 
+TEST(HintTest, OfTheDoctorNamesTheSourceThatTheUserNamed) {
+  Options options;
+  options.store = "a.store";
+  EXPECT_EQ(hintAtDoctor(options), "'quellin doctor'");
+  options.source = "day.trace";
+  EXPECT_EQ(hintAtDoctor(options), "'quellin doctor --source day.trace'");
+  options.source = "my $day";
+  EXPECT_EQ(hintAtDoctor(options), "'quellin doctor --source 'my $day''");
+}
+
 }  // namespace
 }  // namespace quellin::cli
