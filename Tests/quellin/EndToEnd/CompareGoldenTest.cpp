@@ -25,15 +25,20 @@ struct CompareGoldenTest : testing::Test {
 
   // Records so many ticks of the example trace, from tick `first` on, as a session of its own.
   void record(const std::string& title, int first, int count) const {
+    const auto result =
+        frontEnd.run({"record", "--source", stretchOf(first, count), "--interval", "5s", "--title", title});
+    ASSERT_EQ(result.exitStatus, 0) << result.error;
+  }
+
+  // A trace of so many ticks of the example, from tick `first` on.
+  [[nodiscard]] std::string stretchOf(int first, int count) const {
     std::istringstream trace{contentOf(exampleTrace())};
     std::string stretch;
     std::string line;
     for (int number = 0; std::getline(trace, line); ++number) {
       if (number == 0 || (number >= first && number < first + count)) stretch += line + "\n";
     }
-    const std::string path = frontEnd.home().write("stretch.jsonl", stretch);
-    const auto result = frontEnd.run({"record", "--source", path, "--interval", "5s", "--title", title});
-    ASSERT_EQ(result.exitStatus, 0) << result.error;
+    return frontEnd.home().write("stretch.jsonl", stretch);
   }
 
   // Records two ticks in which temperatures are all there is.
@@ -110,6 +115,17 @@ TEST_F(CompareGoldenTest, TooLittleToSayHowSure) {
   transcript.run({"compare", "Short", "Nothing"});
   transcript.run({"compare", "Short", "Long,Nothing"});
   transcript.expectGolden("compare-few.txt");
+}
+
+TEST_F(CompareGoldenTest, AThresholdThatIsNotAppliedToAll) {
+  record("Before", 20, 35);
+  record("After", 160, 60);
+  transcript.run({"compare", "Before", "After", "--threshold", "5"});
+  const auto failing =
+      frontEnd.run({"run", "--source", stretchOf(20, 35), "--title", "Failing", "--", "false"});
+  ASSERT_EQ(failing.exitStatus, 1) << failing.error;
+  transcript.run({"compare", "Before", "Failing", "--threshold", "5"});
+  transcript.expectGolden("compare-unjudged.txt");
 }
 
 TEST_F(CompareGoldenTest, WordsThatNameNothingOrTooMuch) {
