@@ -9,8 +9,9 @@ namespace quellin::cli {
 
 /// Takes `store`, which the options name, to record from now on what `host` measures. Throws `Failure` when
 /// another program records into it, and when the session that is active there would be mixed up: one over a
-/// trace with a machine, or a trace with one of a machine or of a later time. Nothing that is stored changes.
-/// Throws `StoreError`.
+/// trace with a machine or another trace, or one of a machine with another, a trace, or an earlier time. What
+/// it is over is known from its recorder, see `RecorderLock`, and else guessed from when it was made. Nothing
+/// that is stored changes. Throws `StoreError`.
 [[nodiscard]] RecorderLock claimStore(PowerSessionStore& store, const Options& options,
                                       const MeasuredHost& host);
 

@@ -1,6 +1,7 @@
 #include "quellin/Storage/RecorderLock.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -13,7 +14,8 @@
 namespace quellin::cli {
 namespace {
 
-constexpr unsigned mode = 0600;  // as the store's
+constexpr unsigned mode = 0600;            // as the store's
+constexpr std::size_t longestWord = 8192;  // more than the longest path
 
 // One store has one lock, whatever links lead to it.
 std::filesystem::path lockPath(const std::filesystem::path& store) {
@@ -41,8 +43,19 @@ bool lock(const FileDescriptor& file, const std::filesystem::path& path) {
 bool isAt(const std::filesystem::path& path, const FileDescriptor& file) {
   struct stat opened{};
   struct stat present{};
-  return fstat(file.get(), &opened) == 0 && stat(path.c_str(), &present) == 0 &&
+  return fstat(file.get(), &opened) == 0 && lstat(path.c_str(), &present) == 0 &&
          opened.st_dev == present.st_dev && opened.st_ino == present.st_ino;
+}
+
+// What has no size is no ordinary file, or has no word; reading it might never end.
+std::optional<std::string> wordIn(const FileDescriptor& file) {
+  struct stat status{};
+  if (fstat(file.get(), &status) != 0 || status.st_size <= 1) return std::nullopt;
+  if (static_cast<std::size_t>(status.st_size) > longestWord) return std::nullopt;
+  std::string word = readToEnd(file.get());
+  if (!word.ends_with('\n') || word.find('\n') != word.size() - 1) return std::nullopt;
+  word.pop_back();
+  return word;
 }
 
 }  // namespace
@@ -50,7 +63,7 @@ bool isAt(const std::filesystem::path& path, const FileDescriptor& file) {
 std::optional<RecorderLock> RecorderLock::take(const std::filesystem::path& store) {
   const std::filesystem::path path = lockPath(store);
   for (;;) {
-    auto file = openDescriptor(path.string(), O_RDONLY | O_CREAT, mode);
+    auto file = openDescriptor(path.string(), O_RDWR | O_CREAT | O_NOFOLLOW, mode);
     if (!file) throw cannotLock(path, file.error());
     if (!lock(*file, path)) return std::nullopt;
     // Else the one before has removed it since it was opened, and the next one makes another.
@@ -59,10 +72,19 @@ std::optional<RecorderLock> RecorderLock::take(const std::filesystem::path& stor
 }
 
 RecorderLock::RecorderLock(std::filesystem::path path, FileDescriptor file)
-    : path_(std::move(path)), file_(std::move(file)) {}
+    : path_(std::move(path)), file_(std::move(file)), wordBefore_(wordIn(file_)) {}
 
 RecorderLock::~RecorderLock() {
-  if (file_) static_cast<void>(::unlink(path_.c_str()));
+  if (file_ && !wordBefore_) static_cast<void>(::unlink(path_.c_str()));
+}
+
+void RecorderLock::leaveWord(const std::string& word) {
+  const std::string line = word + "\n";
+  // Over the word before, which may be the same: a kill between the two steps leaves one of them or none.
+  const bool isWritten = lseek(file_.get(), 0, SEEK_SET) == 0 && writeAll(file_.get(), line);
+  const auto size = static_cast<off_t>(isWritten ? line.size() : 0);
+  if (ftruncate(file_.get(), size) != 0) throw cannotLock(path_, SystemError::last());
+  wordBefore_.reset();
 }
 
 }  // namespace quellin::cli

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "QuellinCore/Support/FileDescriptor.h"
 
@@ -9,25 +10,34 @@ namespace quellin::cli {
 
 /// Held by whoever records into a store, so that there is one at a time. It is a lock on a file of its own
 /// beside the store, with "-recorder" behind its name, which nobody who reads or ends a session looks at. The
-/// system gives it back when the process ends, however that ends. It can be moved into its place only.
+/// system gives it back when the process ends, however that ends. A recorder that is killed leaves the file,
+/// and with it a word to the next one. It can be moved into its place only.
 class RecorderLock {
  public:
   /// Takes the lock of the store at `store`; no value while somebody else has it, in this process or another.
-  /// Throws `Failure` when the file can be neither opened nor made.
+  /// Throws `Failure` when the file can be neither opened nor made, and when its name is that of a link.
   [[nodiscard]] static std::optional<RecorderLock> take(const std::filesystem::path& store);
 
   RecorderLock(RecorderLock&&) noexcept = default;
   RecorderLock& operator=(RecorderLock&&) = delete;
   RecorderLock(const RecorderLock&) = delete;
   RecorderLock& operator=(const RecorderLock&) = delete;
-  /// Removes the file, too.
+  /// Removes the file, too, unless the word that the recorder before has left is still there.
   ~RecorderLock();
+
+  /// What the recorder before has left; no value when it was not killed, and when it is not one whole line.
+  [[nodiscard]] const std::optional<std::string>& wordBefore() const { return wordBefore_; }
+
+  /// Leaves `word`, one line, to the next recorder in case that this one is killed; where there is no room
+  /// for it, nothing. The word before is gone. Throws `Failure` when the file cannot be changed.
+  void leaveWord(const std::string& word);
 
  private:
   RecorderLock(std::filesystem::path path, FileDescriptor file);
 
   std::filesystem::path path_;
   FileDescriptor file_;
+  std::optional<std::string> wordBefore_;
 };
 
 }  // namespace quellin::cli

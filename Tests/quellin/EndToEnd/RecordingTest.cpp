@@ -20,6 +20,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
+using testing_support::contentOf;
 using testing_support::FrontEnd;
 using testing_support::macbook;
 using testing_support::ProgramResult;
@@ -143,6 +144,29 @@ TEST_F(RecordingTest, AfterAKillTheSameSessionGoesOn) {
   EXPECT_THAT(resumed.output, HasSubstr("\"title\" : \"Slow\""));
   EXPECT_THAT(resumed.output, HasSubstr("\"status\" : \"completed\""));
   EXPECT_EQ(numberIn(resumed.output, "sampleCount"), before + 2);
+}
+
+TEST_F(RecordingTest, AfterAKillNothingElseGoesOnWithTheSession) {
+  const std::string store = frontEnd.pathOf("killed.store");
+  FrontEnd::Words first = slowly;
+  first.insert(first.end(), {"--store", store});
+  RunningProgram recorder{frontEnd.start(first)};
+  ASSERT_TRUE(recorder.waitFor("1 sample"));
+  recorder.send(SIGKILL);
+  EXPECT_EQ(recorder.finish().signal, SIGKILL);
+
+  // The same machine at the same time, captured by somebody else.
+  std::string trace = contentOf(frontEnd.folder() + "/" + macbook);
+  const std::string createdAt = "\"createdAt\":1741081200,";
+  trace.replace(trace.find(createdAt), createdAt.size(), "\"createdAt\":1741081199,");
+  const std::string other = frontEnd.home().write("other.jsonl", trace);
+  const ProgramResult refused = frontEnd.run({"record", "--source", other, "--store", store});
+  EXPECT_EQ(refused.exitStatus, 1);
+  EXPECT_THAT(refused.error, HasSubstr(" and was begun over another trace, but " + other +
+                                       " is measured: they cannot be one"));
+  EXPECT_EQ(frontEnd.run({"stop", "--store", store}).exitStatus, 0);
+  EXPECT_EQ(frontEnd.run({"record", "--source", macbook, "--for", "5s", "--store", store}).exitStatus, 0);
+  EXPECT_FALSE(std::filesystem::exists(store + "-recorder"));
 }
 
 TEST_F(RecordingTest, AStoreHasOneRecorder) {

@@ -1,7 +1,9 @@
 #include <filesystem>
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
+#include "Support/FileSizeLimit.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/RecorderLock.h"
@@ -12,6 +14,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
+using testing_support::contentOf;
 
 struct RecorderLockTest : testing::Test {
   testing_support::TemporaryFolder folder;
@@ -46,6 +49,71 @@ TEST_F(RecorderLockTest, ALinkLeadsToTheSame) {
 TEST_F(RecorderLockTest, AFileThatACrashLeftIsNoLock) {
   folder.write("a.store-recorder", "");
   EXPECT_TRUE(RecorderLock::take(store));
+}
+
+TEST_F(RecorderLockTest, AWordIsLeftToTheNextByAKill) {
+  auto killed = RecorderLock::take(store);
+  ASSERT_TRUE(killed);
+  EXPECT_EQ(killed->wordBefore(), std::nullopt);
+  killed->leaveWord("machine 7");
+  const std::string left = contentOf(lockFile);
+  killed.reset();
+  EXPECT_FALSE(std::filesystem::exists(lockFile)) << "nobody was killed yet";
+  folder.write("a.store-recorder", left);
+
+  auto next = RecorderLock::take(store);
+  ASSERT_TRUE(next);
+  EXPECT_EQ(next->wordBefore(), "machine 7");
+  next->leaveWord("trace");
+  EXPECT_EQ(next->wordBefore(), std::nullopt);
+  EXPECT_EQ(contentOf(lockFile), "trace\n");
+}
+
+TEST_F(RecorderLockTest, AWordStaysWhereTheNextDoesNotGoOn) {
+  folder.write("a.store-recorder", "trace\n");
+  EXPECT_TRUE(RecorderLock::take(store));
+  const auto lock = RecorderLock::take(store);
+  ASSERT_TRUE(lock);
+  EXPECT_EQ(lock->wordBefore(), "trace");
+}
+
+TEST_F(RecorderLockTest, WhatIsNotOneWholeLineIsNoWord) {
+  const std::string longest(8191, 'a');
+  for (const std::string& content :
+       {std::string{}, std::string{"\n"}, std::string{"machine"}, std::string{"trace\nine\n"},
+        std::string{"\ntrace\n"}, longest + "a\n"}) {
+    folder.write("a.store-recorder", content);
+    const auto lock = RecorderLock::take(store);
+    ASSERT_TRUE(lock);
+    EXPECT_EQ(lock->wordBefore(), std::nullopt) << content;
+  }
+  folder.write("a.store-recorder", longest + "\n");
+  EXPECT_EQ(RecorderLock::take(store).value().wordBefore(), longest);
+}
+
+TEST_F(RecorderLockTest, AWordWithoutRoomIsNone) {
+  folder.write("a.store-recorder", "machine\n");
+  auto lock = RecorderLock::take(store);
+  ASSERT_TRUE(lock);
+  const testing_support::FileSizeLimit limit{3};
+  lock->leaveWord("trace");
+  EXPECT_EQ(contentOf(lockFile), "");
+}
+
+TEST_F(RecorderLockTest, ALinkInItsPlaceIsNotFollowed) {
+  const std::string precious = folder.write("precious", "content\n");
+  std::filesystem::create_symlink(precious, lockFile);
+  EXPECT_THROW(static_cast<void>(RecorderLock::take(store)), Failure);
+  EXPECT_TRUE(std::filesystem::is_symlink(lockFile));
+  EXPECT_EQ(contentOf(precious), "content\n");
+}
+
+TEST_F(RecorderLockTest, WhatIsNoOrdinaryFileIsNotReadAndTakesNoWord) {
+  ASSERT_EQ(mkfifo(lockFile.c_str(), 0600), 0);
+  auto lock = RecorderLock::take(store);
+  ASSERT_TRUE(lock);
+  EXPECT_EQ(lock->wordBefore(), std::nullopt);
+  EXPECT_THROW(lock->leaveWord("machine"), Failure);
 }
 
 TEST_F(RecorderLockTest, OneThatIsMovedIsStillHeld) {

@@ -1,7 +1,5 @@
 #include <cmath>
-#include <csignal>
 #include <limits>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <gmock/gmock.h>
@@ -10,6 +8,7 @@
 #include "QuellinCore/Platform/Recorded/TraceReader.h"
 #include "QuellinCore/Platform/Recorded/TraceWriter.h"
 #include "Support/FakeHost.h"
+#include "Support/FileSizeLimit.h"
 #include "Support/ManualClock.h"
 #include "Support/TemporaryFolder.h"
 
@@ -28,26 +27,6 @@ HostAnswers tickAt(double monotonic) {
   answers.monotonic = Seconds{monotonic};
   return answers;
 }
-
-/// No file of this process may grow beyond a size, for as long as it lives.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : previousAction_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &previous_);
-    const rlimit limit{.rlim_cur = bytes, .rlim_max = previous_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &previous_);
-    std::signal(SIGXFSZ, previousAction_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit previous_{};
-  void (*previousAction_)(int);
-};
 
 class TraceWriterTest : public testing::Test {
  protected:
