@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>  // join, since version 11
 
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Hint.h"

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>  // join, since version 11
 
 #include "QuellinCore/Support/Quoting.h"
 
