@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <fmt/ranges.h>  // join, since version 11
 
 #include "QuellinCore/Sessions/Analysis/ComparisonVerdict.h"
 #include "quellin/CommandLine/Command.h"
