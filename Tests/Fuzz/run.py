@@ -66,8 +66,8 @@ class Result:
     """What came of running one harness."""
 
     def __init__(self, name, seconds, bounds, run, kept):
-        # Others may keep the machine busy; a harness that just waits is held to its bounds all the same.
-        self.busy_seconds, self.bounds = max(run.processor_seconds, seconds / 5), bounds
+        # Others may keep the machine busy; a harness that just waits is held to half of its bounds all the same.
+        self.busy_seconds, self.bounds = max(run.processor_seconds, seconds / 2), bounds
         self.name, self.kept, self.status, self.output = name, kept, run.status, run.output
         self.executions = self.number(r"number_of_executed_units: *(\d+)")
         self.per_second = int(self.executions / self.busy_seconds) if self.executions else None
@@ -133,13 +133,22 @@ def run_measured(command, longest_seconds, environment):
     with tempfile.TemporaryFile() as errors:
         process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=errors,
                                    env={**os.environ, **environment})
-        late = threading.Timer(longest_seconds, os.kill, (process.pid, signal.SIGKILL))
-        late.start()
-        _, status, usage = os.wait4(process.pid, 0)
-        late.cancel()
+        late = threading.Event()
+
+        def end():
+            late.set()
+            os.kill(process.pid, signal.SIGKILL)
+
+        timer = threading.Timer(longest_seconds, end)
+        timer.start()
+        try:
+            _, status, usage = os.wait4(process.pid, 0)
+        finally:
+            timer.cancel()
         process.returncode = os.waitstatus_to_exitcode(status)
         errors.seek(0)
-        return Run(process.returncode, errors.read().decode(errors="replace"), usage.ru_utime + usage.ru_stime)
+        output = errors.read().decode(errors="replace") + ("\nIt did not end by itself." if late.is_set() else "")
+        return Run(process.returncode, output, usage.ru_utime + usage.ru_stime)
 
 
 def fuzz(program, seconds, work, scratch, seed=0):

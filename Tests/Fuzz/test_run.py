@@ -46,8 +46,8 @@ class RunTest(unittest.TestCase):
         verdict, output, errors, kept = self.outcome(AFuzzer=GOOD, LongerFuzzer=GOOD)
         self.assertTrue(verdict)
         self.assertEqual(output, "harness       executions  a CPU second  inputs  edges   of\n"
-                                 "AFuzzer               60           150       4     12  900  ok\n"
-                                 "LongerFuzzer          60           150       4     12  900  ok\n")
+                                 "AFuzzer               60            60       4     12  900  ok\n"
+                                 "LongerFuzzer          60            60       4     12  900  ok\n")
         self.assertEqual((errors, kept), ("", []))
 
     def test_each_bad_harness_fails_the_run(self):
@@ -102,11 +102,11 @@ class ResultTest(unittest.TestCase):
         self.assertEqual(self.verdict(200, 4, 20), (False, "4 edges of at least 5"))
 
     def test_the_time_that_others_took_does_not_count(self):
-        self.assertEqual(self.verdict(80, 5, 8), (True, ""))
-        self.assertEqual(self.verdict(79, 5, 8), (False, "79 executions of at least 80"))
+        self.assertEqual(self.verdict(120, 5, 12), (True, ""))
+        self.assertEqual(self.verdict(119, 5, 12), (False, "119 executions of at least 120"))
 
     def test_a_harness_that_just_waits_is_noticed(self):
-        self.assertEqual(self.verdict(39, 5, 0.1), (False, "39 executions of at least 40"))
+        self.assertEqual(self.verdict(99, 5, 0.1), (False, "99 executions of at least 100"))
 
 
 class RunMeasuredTest(unittest.TestCase):
@@ -117,7 +117,11 @@ class RunMeasuredTest(unittest.TestCase):
         self.assertGreaterEqual(done.processor_seconds, 0.2)
 
     def test_what_does_not_end_is_killed(self):
-        self.assertEqual(run.run_measured(["/bin/sh", "-c", "while :; do :; done"], 0.1, {}).status, -signal.SIGKILL)
+        killed = run.run_measured(["/bin/sh", "-c", "while :; do :; done"], 0.1, {})
+        self.assertEqual(killed.status, -signal.SIGKILL)
+        self.assertIn("did not end", killed.output)
+        ended = run.run_measured(["/bin/sh", "-c", "kill -KILL $$"], 60, {})
+        self.assertEqual((ended.status, ended.output), (-signal.SIGKILL, ""))
 
 
 class HarnessesTest(unittest.TestCase):

@@ -126,7 +126,7 @@ class Span {
 
   const Invocation& invocation_;
   const MeasuredHost& host_;
-  Loop loop_;
+  Loop loop_{ExitStatus::notMeasured};
   SessionRecording recording_;
   Ticker ticker_;
   std::shared_ptr<PowerSession> session_;
@@ -138,15 +138,16 @@ class Span {
 };
 
 // What is sent to this program is meant for the command. What is typed reaches it without us; nothing tells
-// it here from the same signal sent to a job in the foreground.
-void passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
-  loop.beImperturbable();
+// it here from the same signal sent to a job in the foreground. Tells whether this program was asked to end
+// before: from then on no signal is lost.
+bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2}) {
     const bool canBeTyped = signal == SIGINT || signal == SIGQUIT;
     loop.onSignal(signal, [signal, canBeTyped, &command] {
       if (!canBeTyped || !ownsTerminal()) command->send(signal);
     });
   }
+  return loop.beImperturbable();
 }
 
 Failure cannotStart(const std::string& word, const SystemError& error) {
@@ -196,7 +197,10 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   bool hasEnded = false;
   bool isAwaited = false;
   std::unique_ptr<CommandProcess> command;
-  passSignals(span.loop(), command);
+  if (passSignals(span.loop(), command)) {
+    span.drop();
+    throw Failure{ExitStatus::notMeasured, "asked to end; the command was not run."};
+  }
   auto started = CommandProcess::start(programWords(invocation.options), [&](const CommandEnd& how) {
     span.finish();
     span.loop().executor()->post([&, how] {

@@ -24,8 +24,9 @@ namespace quellin::cli {
 /// the foreground of a terminal, INT and QUIT count as typed there, which the command gets by itself.
 ///
 /// Throws `Failure`: notFound and notExecutable when the command cannot be started, notMeasured when another
-/// session is being recorded, and what the core throws. Measuring that fails afterwards leaves the command
-/// alone. The session of what was not measured to the end of a command that succeeds is ended as interrupted.
+/// session is being recorded and when this process was asked to end before, and what the core throws.
+/// Measuring that fails afterwards leaves the command alone. The session of what was not measured to the end
+/// of a command that succeeds is ended as interrupted.
 [[nodiscard]] MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
                                              const std::string& title);
 

@@ -19,7 +19,6 @@
 #include "QuellinCore/Support/AsioExecutor.h"
 #include "QuellinCore/Support/Signals.h"
 #include "quellin/Measuring/RequestsToEnd.h"
-#include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
 
@@ -52,9 +51,10 @@ struct Loop::State {
   std::mutex suddenEndMutex;
   std::function<void()> suddenEnd;
   bool isImperturbable = false;  // of the loop's
+  ExitStatus statusOfSuddenEnd;
   std::thread signalThread;
 
-  State() {
+  explicit State(ExitStatus status) : statusOfSuddenEnd(status) {
     for (const int signal : endingSignals) {
       if (!isIgnored(signal)) signals.add(signal);
     }
@@ -73,7 +73,7 @@ struct Loop::State {
   [[noreturn]] void endSuddenly() {
     const std::lock_guard lock{suddenEndMutex};
     if (suddenEnd) suddenEnd();
-    std::_Exit(static_cast<int>(ExitStatus::failed));
+    std::_Exit(static_cast<int>(statusOfSuddenEnd));
   }
 
   void waitForSignal() {
@@ -92,19 +92,18 @@ struct Loop::State {
     });
   }
 
-  void refuseRequests() {
+  bool refuseRequests() {
     isImperturbable = true;
-    std::promise<void> refusal;
-    const std::future<void> isRefused = refusal.get_future();
+    std::promise<bool> refusal;
+    std::future<bool> wasAsked = refusal.get_future();
     boost::asio::post(signalContext, [this, refusal = std::move(refusal)]() mutable {
-      requests.refuse();
-      refusal.set_value();
+      refusal.set_value(requests.refuse());
     });
-    isRefused.wait();
+    return wasAsked.get();
   }
 };
 
-Loop::Loop() : state_(std::make_unique<State>()) {}
+Loop::Loop(ExitStatus statusOfSuddenEnd) : state_(std::make_unique<State>(statusOfSuddenEnd)) {}
 
 Loop::~Loop() = default;
 
@@ -117,7 +116,7 @@ void Loop::onSuddenEnd(std::function<void()> action) {
   state_->suddenEnd = std::move(action);
 }
 
-void Loop::beImperturbable() { state_->refuseRequests(); }
+bool Loop::beImperturbable() { return state_->refuseRequests(); }
 
 void Loop::onSignal(int signal, std::function<void()> action) {
   if (isIgnored(signal)) return;

@@ -5,6 +5,7 @@
 
 #include "QuellinCore/Support/Clock.h"
 #include "QuellinCore/Support/MainExecutor.h"
+#include "quellin/Outcome/ExitStatus.h"
 
 namespace quellin::cli {
 
@@ -12,7 +13,8 @@ namespace quellin::cli {
 /// program was started to ignore stay ignored, and so they do for the programs that it starts.
 class Loop {
  public:
-  Loop();
+  /// Asked twice to end, the process ends at once with `statusOfSuddenEnd`.
+  explicit Loop(ExitStatus statusOfSuddenEnd = ExitStatus::failed);
   ~Loop();
   Loop(const Loop&) = delete;
   Loop& operator=(const Loop&) = delete;
@@ -23,7 +25,7 @@ class Loop {
   [[nodiscard]] std::shared_ptr<MainExecutor> executor() const;
 
   /// Calls `action` once, when one of the ending signals asks the program to end. Asked a second time other
-  /// than by a hang-up, the process ends at once as failed.
+  /// than by a hang-up, the process ends at once.
   void onInterrupt(std::function<void()> action);
 
   /// Calls `action` right before the process ends at once, on another thread than the loop's, which may be
@@ -31,8 +33,8 @@ class Loop {
   void onSuddenEnd(std::function<void()> action);
 
   /// From now on the process goes on however often it is asked to end, and nobody is told of it. Returns once
-  /// the thread that hears of it knows.
-  void beImperturbable();
+  /// the thread that hears of it knows, and tells whether it was asked before.
+  bool beImperturbable();
 
   /// Calls `action` whenever the process gets the signal, which then has no other effect.
   void onSignal(int signal, std::function<void()> action);

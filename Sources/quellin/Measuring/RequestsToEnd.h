@@ -16,8 +16,11 @@ class RequestsToEnd {
   /// What `signal`, one of the ending signals, calls for after those before it. A hang-up urges nobody.
   [[nodiscard]] Answer answerTo(int signal);
 
-  /// From now on no signal calls for anything.
-  void refuse() { isRefused_ = true; }
+  /// From now on no signal calls for anything. Tells whether one did before.
+  bool refuse() {
+    isRefused_ = true;
+    return isAsked_;
+  }
 
  private:
   bool isRefused_ = false;

@@ -50,10 +50,8 @@ int decimalsOf(const ComparedFigure& figure) {
   return std::min(2 - static_cast<int>(std::floor(std::log10(largest))), 12);
 }
 
-std::string boundsText(const ComparedFigure& figure) {
-  const int decimals = decimalsOf(figure);
-  return signedDecimal(figure.interval->lower, decimals) + " to " +
-         signedDecimal(figure.interval->upper, decimals);
+std::string boundsText(const DifferenceInterval& interval, int decimals) {
+  return signedDecimal(interval.lower, decimals) + " to " + signedDecimal(interval.upper, decimals);
 }
 
 void addFigure(Table& table, const ComparedFigure& figure) {
@@ -62,8 +60,8 @@ void addFigure(Table& table, const ComparedFigure& figure) {
   const int decimals = decimalsOf(figure);
   table.add({std::string{text.name} + ", " + text.unit, decimal(figure.meanA, decimals),
              decimal(figure.meanB, decimals), signedDecimal(figure.difference, decimals),
-             figure.percent ? signedDecimal(*figure.percent, 1) : "-", interval ? boundsText(figure) : "-",
-             interval ? interval->method : "-"});
+             figure.percent ? signedDecimal(*figure.percent, 1) : "-",
+             interval ? boundsText(*interval, decimals) : "-", interval ? interval->method : "-"});
 }
 
 std::string figureTable(const SessionComparison& comparison, std::optional<std::size_t> width) {
@@ -104,9 +102,16 @@ std::string blocksText(const DifferenceInterval& interval) {
 
 std::string certaintyText(const ComparedFigure& figure) {
   const QuantityText& text = textOf(figure);
-  return "95 % interval " + boundsText(figure) + " " + text.unit + ", " + figure.interval->method + ", " +
-         whole(figure.countA) + " against " + counted(figure.countB, text.counted) +
-         blocksText(*figure.interval);
+  return "95 % interval " + boundsText(*figure.interval, decimalsOf(figure)) + " " + text.unit + ", " +
+         figure.interval->method + ", " + whole(figure.countA) + " against " +
+         counted(figure.countB, text.counted) + blocksText(*figure.interval);
+}
+
+std::string thresholdText(const KindComparison& kind) {
+  if (!kind.exceedsThreshold || !kind.overThreshold) return "";
+  const ComparedFigure& figure = kind.figures.front();
+  return std::string{*kind.exceedsThreshold ? "; " : "; not shown to be "} + "above the threshold, " +
+         boundsText(*kind.overThreshold, decimalsOf(figure)) + " " + textOf(figure).unit + " over it";
 }
 
 std::string verdictText(const KindComparison& kind) {
@@ -125,9 +130,7 @@ std::string verdictText(const KindComparison& kind) {
       text += amountText(kind, figure) + ", " + certaintyText(figure);
       break;
   }
-  if (kind.exceedsThreshold)
-    text += *kind.exceedsThreshold ? "; above the threshold" : "; not shown to be above the threshold";
-  return text + ".";
+  return text + thresholdText(kind) + ".";
 }
 
 }  // namespace

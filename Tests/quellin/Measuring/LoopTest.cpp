@@ -76,17 +76,25 @@ TEST(LoopTest, AnImperturbableOneTellsNobodyOfThem) {
   Loop loop;
   int told = 0;
   loop.onInterrupt([&] { ++told; });
-  loop.beImperturbable();
+  EXPECT_FALSE(loop.beImperturbable());
   int heard = 0;
   loop.onSignal(SIGINT, [&] { ++heard == 3 ? loop.stop() : static_cast<void>(std::raise(SIGINT)); });
   loop.after(Seconds{0}, [] { std::raise(SIGINT); });
   loop.run();
   EXPECT_EQ(heard, 3);
   // Each time it returns, whoever were to end the process has dealt with one signal more.
-  for (int times = 0; times < 3; ++times) loop.beImperturbable();
+  for (int times = 0; times < 3; ++times) EXPECT_FALSE(loop.beImperturbable()) << "asked before, that is";
   loop.after(Seconds{0}, [&] { loop.stop(); });
   loop.runAgain();
   EXPECT_EQ(told, 0);
+}
+
+TEST(LoopTest, AnImperturbableOneKnowsThatItWasAskedBefore) {
+  Loop loop;
+  loop.onInterrupt([&] { loop.stop(); });
+  loop.after(Seconds{0}, [] { std::raise(SIGTERM); });
+  loop.run();
+  EXPECT_TRUE(loop.beImperturbable());
 }
 
 TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsOver) {
@@ -123,7 +131,7 @@ TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsHeldUp) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
-        Loop loop;
+        Loop loop{ExitStatus::notMeasured};
         loop.after(Seconds{0}, [] {
           std::raise(SIGINT);
           std::raise(SIGTERM);
@@ -131,7 +139,7 @@ TEST(LoopTest, ASecondRequestEndsTheProcessThoughTheLoopIsHeldUp) {
         });
         loop.run();
       },
-      testing::ExitedWithCode(1), "");
+      testing::ExitedWithCode(125), "");
 }
 
 }  // namespace

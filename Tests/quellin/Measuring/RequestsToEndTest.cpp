@@ -25,7 +25,7 @@ TEST_P(RequestsToEndTest, AreAnsweredOneAfterTheOther) {
 
 TEST_P(RequestsToEndTest, CallForNothingOnceTheyAreRefused) {
   RequestsToEnd requests;
-  requests.refuse();
+  EXPECT_FALSE(requests.refuse()) << "none came before";
   for (const auto& [signal, answer] : GetParam().answers) EXPECT_EQ(requests.answerTo(signal), nothing);
 }
 
@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(RequestsToEndRefusalTest, IsOfUseAfterARequest) {
   RequestsToEnd requests;
   EXPECT_EQ(requests.answerTo(SIGTERM), tell);
-  requests.refuse();
+  EXPECT_TRUE(requests.refuse());
   EXPECT_EQ(requests.answerTo(SIGTERM), nothing);
 }
 
