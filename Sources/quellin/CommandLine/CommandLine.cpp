@@ -118,8 +118,8 @@ void addSource(CLI::App& app, Options& options) {
   app.add_option("--source", options.source,
                  "What to measure: native, the file of a trace, or a folder with copies of sys/ and proc/")
       ->check(namesAFile())
-      ->type_name("native|FILE|DIR")
-      ->default_str("native");
+      ->type_name(std::string{nativeSource} + "|FILE|DIR")
+      ->default_str(nativeSource);
   app.add_option_function<std::string>(
          "--speed",
          [&options](const std::string& text) {

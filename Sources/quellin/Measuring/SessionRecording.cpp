@@ -10,14 +10,15 @@
 namespace quellin::cli {
 
 SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
-                                   Seconds processInterval)
+                                   Seconds processInterval, const StoreFileOptions& storeFile)
     : options_(invocation.options),
       host_(host),
       loop_(loop),
       reader_(host.reader()),
       recorder_(
           loop.executor(),
-          openStore(invocation.options, {.executor = loop.executor(), .dateText = frugalDateText()}),
+          openStore(invocation.options,
+                    {.executor = loop.executor(), .dateText = frugalDateText(), .file = storeFile}),
           processInterval, [this](int limit, Seconds interval) { return topProcesses(limit, interval); },
           makeBackground(), *host.wallClock),
       telemetry_(invocation.options.telemetry && host.isNative, loop, invocation.tool) {}
@@ -35,7 +36,10 @@ const std::shared_ptr<PowerSession>& SessionRecording::begin(const std::optional
   lock_.emplace(claimStore(store(), options_, host_));
   session_ = recorder_.start(title, PowerSessionSource::cli, host_.interval(interval).count(),
                              host_.wallClock->now());
-  if (!session_) throw Failure{ExitStatus::failed, recorder_.lastError().value_or("no session can be begun")};
+  if (!session_) {
+    forgetClaim(*lock_, recorder_);
+    throw Failure{ExitStatus::failed, recorder_.lastError().value_or("no session can be begun")};
+  }
   return session_;
 }
 
@@ -77,7 +81,11 @@ void SessionRecording::end() { endBy(&PowerSessionRecorder::stop); }
 void SessionRecording::interrupt() { endBy(&PowerSessionRecorder::interrupt); }
 
 void SessionRecording::endBy(void (PowerSessionRecorder::*ending)(Instant)) {
-  if (recorder_.activeSession() == session_ && isStillOurs()) (recorder_.*ending)(host_.wallClock->now());
+  // Asked before: to the store's own objects, an ending that is not saved is one, too.
+  const bool isOurs = recorder_.activeSession() == session_ && isStillOurs();
+  if (isOurs) (recorder_.*ending)(host_.wallClock->now());
+  const bool isOver = session_ && (!isOurs || recorder_.activeSession() != session_);
+  if (lock_ && isOver) lock_->forgetWord();
   lock_.reset();
 }
 

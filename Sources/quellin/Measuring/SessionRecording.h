@@ -28,9 +28,9 @@ inline constexpr const char* sessionDeletedText =
 class SessionRecording {
  public:
   /// In the store that the options name; looks at the processes every `processInterval`. All must outlive the
-  /// recording. Throws `StoreError`.
+  /// recording. `storeFile` is how the store is opened. Throws `StoreError`.
   SessionRecording(const Invocation& invocation, const MeasuredHost& host, Loop& loop,
-                   Seconds processInterval);
+                   Seconds processInterval, const StoreFileOptions& storeFile = {});
   SessionRecording(const SessionRecording&) = delete;
   SessionRecording& operator=(const SessionRecording&) = delete;
   SessionRecording(SessionRecording&&) = delete;

@@ -41,7 +41,8 @@ std::string wordFor(const Options& options, const MeasuredHost& host) {
     return std::string{traceWord}.append(ShortestDecimal{host.player->header().createdAt}.text());
   }
   std::error_code unknown;
-  return std::string{treeWord} + std::filesystem::weakly_canonical(options.source, unknown).string();
+  const std::filesystem::path place = std::filesystem::weakly_canonical(options.source, unknown);
+  return std::string{treeWord} + (unknown ? options.source : place.string());
 }
 
 // Whether the session with which `word` was left is over a trace; no value when it does not tell.
@@ -92,6 +93,11 @@ RecorderLock claimStore(PowerSessionStore& store, const Options& options, const 
   }
   lock->leaveWord(wordFor(options, host));
   return *std::move(lock);
+}
+
+void forgetClaim(RecorderLock& lock, const PowerSessionRecorder& recorder) {
+  // What the recorder holds on to may have ended here, without that being stored.
+  if (!recorder.activeSession() && !recorder.store()->activeSession()) lock.forgetWord();
 }
 
 }  // namespace quellin::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "quellin/CommandLine/Options.h"
 #include "quellin/Measuring/MeasuredHost.h"
@@ -14,5 +15,9 @@ namespace quellin::cli {
 /// that is stored changes. Throws `StoreError`.
 [[nodiscard]] RecorderLock claimStore(PowerSessionStore& store, const Options& options,
                                       const MeasuredHost& host);
+
+/// Takes back the claim with which `recorder` could not begin a session. The word stays where a session is
+/// active that the next recorder might go on with. Throws `StoreError`.
+void forgetClaim(RecorderLock& lock, const PowerSessionRecorder& recorder);
 
 }  // namespace quellin::cli

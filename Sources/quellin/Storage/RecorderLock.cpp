@@ -72,10 +72,13 @@ std::optional<RecorderLock> RecorderLock::take(const std::filesystem::path& stor
 }
 
 RecorderLock::RecorderLock(std::filesystem::path path, FileDescriptor file)
-    : path_(std::move(path)), file_(std::move(file)), wordBefore_(wordIn(file_)) {}
+    : path_(std::move(path)),
+      file_(std::move(file)),
+      wordBefore_(wordIn(file_)),
+      hasWord_(wordBefore_.has_value()) {}
 
 RecorderLock::~RecorderLock() {
-  if (file_ && !wordBefore_) static_cast<void>(::unlink(path_.c_str()));
+  if (file_ && !hasWord_) static_cast<void>(::unlink(path_.c_str()));
 }
 
 void RecorderLock::leaveWord(const std::string& word) {
@@ -85,6 +88,7 @@ void RecorderLock::leaveWord(const std::string& word) {
   const auto size = static_cast<off_t>(isWritten ? line.size() : 0);
   if (ftruncate(file_.get(), size) != 0) throw cannotLock(path_, SystemError::last());
   wordBefore_.reset();
+  hasWord_ = isWritten;
 }
 
 }  // namespace quellin::cli

@@ -10,8 +10,8 @@ namespace quellin::cli {
 
 /// Held by whoever records into a store, so that there is one at a time. It is a lock on a file of its own
 /// beside the store, with "-recorder" behind its name, which nobody who reads or ends a session looks at. The
-/// system gives it back when the process ends, however that ends. A recorder that is killed leaves the file,
-/// and with it a word to the next one. It can be moved into its place only.
+/// system gives it back when the process ends, however that ends. A recorder that is killed, or fails to end
+/// its session, leaves the file, and with it a word to the next one. It can be moved into its place only.
 class RecorderLock {
  public:
   /// Takes the lock of the store at `store`; no value while somebody else has it, in this process or another.
@@ -22,15 +22,18 @@ class RecorderLock {
   RecorderLock& operator=(RecorderLock&&) = delete;
   RecorderLock(const RecorderLock&) = delete;
   RecorderLock& operator=(const RecorderLock&) = delete;
-  /// Removes the file, too, unless the word that the recorder before has left is still there.
+  /// Removes the file, too, unless there is a word in it: that of the recorder before, or the one left here.
   ~RecorderLock();
 
-  /// What the recorder before has left; no value when it was not killed, and when it is not one whole line.
+  /// What the recorder before has left; no value when its session ended, and when it is not one whole line.
   [[nodiscard]] const std::optional<std::string>& wordBefore() const { return wordBefore_; }
 
-  /// Leaves `word`, one line, to the next recorder in case that this one is killed; where there is no room
-  /// for it, nothing. The word before is gone. Throws `Failure` when the file cannot be changed.
+  /// Leaves `word`, one line, to the next recorder until it is forgotten; where there is no room for it,
+  /// nothing. The word before is gone. Throws `Failure` when the file cannot be changed.
   void leaveWord(const std::string& word);
+
+  /// Leaves no word after all. For when no session can be left that somebody might go on with.
+  void forgetWord() { hasWord_ = false; }
 
  private:
   RecorderLock(std::filesystem::path path, FileDescriptor file);
@@ -38,6 +41,7 @@ class RecorderLock {
   std::filesystem::path path_;
   FileDescriptor file_;
   std::optional<std::string> wordBefore_;
+  bool hasWord_;
 };
 
 }  // namespace quellin::cli

@@ -13,8 +13,9 @@
 
 namespace quellin::cli {
 
-WatchSession::WatchSession(const Options& options, const MeasuredHost& host, Loop& loop)
-    : options_(options), host_(host), loop_(loop) {
+WatchSession::WatchSession(const Options& options, const MeasuredHost& host, Loop& loop,
+                           StoreFileOptions storeFile)
+    : options_(options), host_(host), loop_(loop), storeFile_(std::move(storeFile)) {
   static_cast<void>(attempt([this] {
     if (!std::filesystem::exists(storePath(options_))) return;
     open();
@@ -31,7 +32,7 @@ void WatchSession::toggle(Seconds interval) {
   const bool resumes = recorder_->activeSession() != nullptr;
   session_ = recorder_->start(options_.title, PowerSessionSource::cli, host_.interval(interval).count(),
                               host_.wallClock->now());
-  if (!isRecording()) return lock_.reset();
+  if (!isRecording()) return giveUp();
   elsewhere_ = nullptr;
   if (resumes) recorder_->refreshSummary();
 }
@@ -41,7 +42,7 @@ void WatchSession::end() {
   static_cast<void>(attempt([this] { look(); }));
   if (!isRecording()) return;
   recorder_->stop(host_.wallClock->now());
-  forget();
+  forget(recorder_->activeSession() != session_);
 }
 
 void WatchSession::record(const SystemPowerState& state, const std::function<void()>& done) {
@@ -68,7 +69,8 @@ std::optional<std::string> WatchSession::failure() const {
 }
 
 void WatchSession::open() {
-  auto store = openStore(options_, {.executor = loop_.executor(), .dateText = frugalDateText()});
+  auto store =
+      openStore(options_, {.executor = loop_.executor(), .dateText = frugalDateText(), .file = storeFile_});
   recorder_ = std::make_unique<PowerSessionRecorder>(
       loop_.executor(), std::move(store), options_.processInterval.value_or(usualProcessInterval),
       [this](int limit, Seconds interval) { return host_.topProcesses(limit, interval); }, makeBackground(),
@@ -88,12 +90,19 @@ void WatchSession::look() {
   PowerSessionStore& store = *recorder_->store();
   const auto& known = isRecording() ? session_ : elsewhere_;
   if (known && store.isStillActive(known)) return;
-  if (isRecording()) forget();
+  if (isRecording()) forget(true);
   elsewhere_ = store.activeSession();
   if (!elsewhere_) refusal_.reset();
 }
 
-void WatchSession::forget() {
+void WatchSession::giveUp() {
+  static_cast<void>(attempt([this] { forgetClaim(*lock_, *recorder_); }));
+  lock_.reset();
+}
+
+// `isOver` is false when the ending could not be stored.
+void WatchSession::forget(bool isOver) {
+  if (lock_ && isOver) lock_->forgetWord();
   completed_ = shortID(*session_);
   session_ = nullptr;
   lock_.reset();

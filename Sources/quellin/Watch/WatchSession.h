@@ -17,8 +17,9 @@ namespace quellin::cli {
 /// is not there is made by the first session. Used on the loop's thread.
 class WatchSession {
  public:
-  /// All must outlive it, and the loop must not run after it has gone.
-  WatchSession(const Options& options, const MeasuredHost& host, Loop& loop);
+  /// All must outlive it, and the loop must not run after it has gone. `storeFile` is how the store is
+  /// opened.
+  WatchSession(const Options& options, const MeasuredHost& host, Loop& loop, StoreFileOptions storeFile = {});
 
   /// Whether states are being recorded.
   [[nodiscard]] bool isRecording() const { return session_ != nullptr; }
@@ -49,12 +50,14 @@ class WatchSession {
   void open();
   void claim();
   void look();
-  void forget();
+  void giveUp();
+  void forget(bool isOver);
   [[nodiscard]] bool attempt(const std::function<void()>& action);
 
   const Options& options_;
   const MeasuredHost& host_;
   Loop& loop_;
+  StoreFileOptions storeFile_;
   std::unique_ptr<PowerSessionRecorder> recorder_;
   std::optional<RecorderLock> lock_;         // while a session is recorded here
   std::shared_ptr<PowerSession> session_;    // recorded here

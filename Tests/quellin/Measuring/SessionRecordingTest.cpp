@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,8 @@
 #include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Outcome/Failure.h"
+#include "quellin/Support/BusyStore.h"
 #include "quellin/Support/ExampleOptions.h"
 #include "quellin/Support/LoopRuns.h"
 #include "quellin/Support/OldSessions.h"
@@ -18,6 +21,9 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Optional;
+using testing_support::BusyStore;
+using testing_support::exampleWord;
+using testing_support::impatient;
 using testing_support::recordOldSessions;
 using testing_support::SQLWork;
 
@@ -37,14 +43,18 @@ struct SessionRecordingTest : testing::Test {
   Loop loop;
   std::optional<SessionRecording> recording;
 
+  void open() { recording.emplace(invocation, host, loop, Seconds{30}, impatient()); }
+
   std::shared_ptr<PowerSession> begin() {
-    recording.emplace(invocation, host, loop, Seconds{30});
+    open();
     return recording->begin("Ours", Seconds{1});
   }
 
   void sample() {
     testing_support::runToItsEnd(loop, [this](auto done) { recording->sample(std::move(done)); });
   }
+
+  [[nodiscard]] std::filesystem::path lockFile() const { return folder.path() / "a.store-recorder"; }
 
   // The work that one more sample takes, with the look at the session before it.
   std::int64_t workOfASample(const SQLWork& work) {
@@ -78,8 +88,43 @@ TEST_F(SessionRecordingTest, EndsItsSessionWhenItGoes) {
   const UUID session = begin()->id();
   sample();
   EXPECT_EQ(statusOf(session), "active");
+  EXPECT_TRUE(std::filesystem::exists(lockFile()));
   recording.reset();
   EXPECT_EQ(statusOf(session), "completed");
+  EXPECT_FALSE(std::filesystem::exists(lockFile()));
+}
+
+// Its word tells the next recorder what that session is over.
+TEST_F(SessionRecordingTest, WhoCannotGoOnLeavesTheWord) {
+  PowerSessionStore store{"elsewhere", *options.store};
+  store.start("Theirs", PowerSessionSource::cli, 1, instantAt(1000));
+  folder.write("a.store-recorder", exampleWord);
+  open();
+  const BusyStore writer{*options.store};
+  EXPECT_THROW(recording->begin("Ours", Seconds{1}), Failure);
+  recording.reset();
+  EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+}
+
+TEST_F(SessionRecordingTest, WhoCannotBeginLeavesNoWord) {
+  open();
+  const BusyStore writer{*options.store};
+  EXPECT_THROW(recording->begin("Ours", Seconds{1}), Failure);
+  recording.reset();
+  EXPECT_FALSE(std::filesystem::exists(lockFile()));
+}
+
+TEST_F(SessionRecordingTest, AnEndingThatCannotBeSavedLeavesTheWord) {
+  for (const auto ending : {&SessionRecording::end, &SessionRecording::interrupt}) {
+    const UUID session = begin()->id();
+    sample();
+    const BusyStore writer{*options.store};
+    ((*recording).*ending)();
+    EXPECT_NE(recording->failure(), std::nullopt);
+    recording.reset();
+    EXPECT_EQ(statusOf(session), "active");
+    EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+  }
 }
 
 TEST_F(SessionRecordingTest, AnInterruptedSessionHasItsCost) {
@@ -114,6 +159,7 @@ TEST_F(SessionRecordingTest, NoticesThatTheSessionWasEndedOrDeletedElsewhere) {
     EXPECT_FALSE(recording->isStillOurs());
     recording.reset();
     EXPECT_EQ(statusOf(session), isDeleted ? "gone" : "interrupted") << "the recording leaves it as it is";
+    EXPECT_FALSE(std::filesystem::exists(lockFile()));
   }
 }
 

@@ -5,6 +5,7 @@
 #include "Support/TemporaryFolder.h"
 #include "quellin/Measuring/StoreClaim.h"
 #include "quellin/Outcome/Failure.h"
+#include "quellin/Support/ExampleOptions.h"
 
 namespace quellin::cli {
 namespace {
@@ -47,14 +48,9 @@ struct StoreClaimTest : testing::Test {
     store.start("Theirs", PowerSessionSource::cli, 1, moment);
   }
 
-  // A recorder claims the store, begins a session at `moment`, and is killed. It leaves its lock's file.
+  // A recorder claims the store, begins a session at `moment`, and is killed. Its lock's file stays.
   void beginAndKill(const Options& options, const MeasuredHost& host, Instant moment, double secondsLater) {
-    std::string left;
-    {
-      const RecorderLock lock = claimStore(store, options, host);
-      left = testing_support::contentOf(lockFile());
-    }
-    folder.write("a.store-recorder", left);
+    static_cast<void>(claimStore(store, options, host));
     begin(moment, secondsLater);
   }
   void beginAndKill(const Options& options, Instant moment, double secondsLater = 0) {
@@ -136,10 +132,21 @@ TEST_F(StoreClaimTest, MachinesAreToldApart) {
   EXPECT_EQ(failureOf(optionsOver(folder.pathOf("other/../copy")), host), "");
 }
 
+// No place on this system has such a name; it still is one of its own.
+TEST_F(StoreClaimTest, TreesWhoseRealPlaceIsUnknownAreToldApart) {
+  const MeasuredHost host{.sources = {}, .player = nullptr};
+  const std::string place = folder.pathOf(std::string(300, 'a'));
+  const Options tree = optionsOver(place);
+  beginAndKill(tree, host, startOf(trace), 0);
+  EXPECT_EQ(testing_support::contentOf(lockFile()), "tree " + place + "\n");
+  EXPECT_THAT(failureOf(optionsOver(place + "b"), host), HasSubstr(" and was begun over another machine, "));
+  EXPECT_EQ(failureOf(tree, host), "");
+}
+
 TEST_F(StoreClaimTest, WhoGoesOnLeavesTheWordForTheNext) {
   begin(startOf(trace), 61);
   const RecorderLock lock = claimStore(store, trace, MeasuredHost::open(trace));
-  EXPECT_EQ(testing_support::contentOf(lockFile()), "trace 1741081200\n");
+  EXPECT_EQ(testing_support::contentOf(lockFile()), testing_support::exampleWord);
 }
 
 TEST_F(StoreClaimTest, WithoutAWordTheAgeOfASessionTellsWhatItIsOver) {

@@ -51,15 +51,12 @@ TEST_F(RecorderLockTest, AFileThatACrashLeftIsNoLock) {
   EXPECT_TRUE(RecorderLock::take(store));
 }
 
-TEST_F(RecorderLockTest, AWordIsLeftToTheNextByAKill) {
-  auto killed = RecorderLock::take(store);
-  ASSERT_TRUE(killed);
-  EXPECT_EQ(killed->wordBefore(), std::nullopt);
-  killed->leaveWord("machine 7");
-  const std::string left = contentOf(lockFile);
-  killed.reset();
-  EXPECT_FALSE(std::filesystem::exists(lockFile)) << "nobody was killed yet";
-  folder.write("a.store-recorder", left);
+TEST_F(RecorderLockTest, AWordIsLeftToTheNext) {
+  auto first = RecorderLock::take(store);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->wordBefore(), std::nullopt);
+  first->leaveWord("machine 7");
+  first.reset();
 
   auto next = RecorderLock::take(store);
   ASSERT_TRUE(next);
@@ -67,6 +64,17 @@ TEST_F(RecorderLockTest, AWordIsLeftToTheNextByAKill) {
   next->leaveWord("trace");
   EXPECT_EQ(next->wordBefore(), std::nullopt);
   EXPECT_EQ(contentOf(lockFile), "trace\n");
+}
+
+TEST_F(RecorderLockTest, AWordThatIsForgottenGoesWithTheFile) {
+  folder.write("a.store-recorder", "trace\n");
+  auto lock = RecorderLock::take(store);
+  ASSERT_TRUE(lock);
+  lock->leaveWord("machine");
+  lock->forgetWord();
+  EXPECT_FALSE(RecorderLock::take(store)) << "it is held still";
+  lock.reset();
+  EXPECT_FALSE(std::filesystem::exists(lockFile));
 }
 
 TEST_F(RecorderLockTest, AWordStaysWhereTheNextDoesNotGoOn) {
@@ -98,6 +106,8 @@ TEST_F(RecorderLockTest, AWordWithoutRoomIsNone) {
   const testing_support::FileSizeLimit limit{3};
   lock->leaveWord("trace");
   EXPECT_EQ(contentOf(lockFile), "");
+  lock.reset();
+  EXPECT_FALSE(std::filesystem::exists(lockFile));
 }
 
 TEST_F(RecorderLockTest, ALinkInItsPlaceIsNotFollowed) {

@@ -18,4 +18,7 @@ namespace quellin::testing_support {
   return options;
 }
 
+/// What a recorder of the example trace leaves to the next one.
+inline constexpr const char* exampleWord = "trace 1741081200\n";
+
 }  // namespace quellin::testing_support

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -6,6 +7,7 @@
 
 #include "Support/SQLWork.h"
 #include "Support/TemporaryFolder.h"
+#include "quellin/Support/BusyStore.h"
 #include "quellin/Support/ExampleOptions.h"
 #include "quellin/Support/LoopRuns.h"
 #include "quellin/Support/OldSessions.h"
@@ -14,6 +16,9 @@
 namespace quellin::cli {
 namespace {
 
+using testing_support::BusyStore;
+using testing_support::exampleWord;
+using testing_support::impatient;
 using testing_support::optionsOverExample;
 
 // One state, recorded or not.
@@ -55,6 +60,7 @@ struct WatchSessionBesideAnotherTest : testing::Test {
   [[nodiscard]] std::shared_ptr<PowerSession> begin(PowerSessionStore& store, double second) const {
     return store.start("Theirs", PowerSessionSource::cli, 1, instantAt(second));
   }
+  [[nodiscard]] std::filesystem::path lockFile() const { return folder.path() / "a.store-recorder"; }
   void pass(WatchSession& session) { passState(session, host, loop); }
 };
 
@@ -77,7 +83,45 @@ TEST_F(WatchSessionBesideAnotherTest, DoesNotJoinALiveRecorder) {
   EXPECT_TRUE(session.isRecording());
   EXPECT_FALSE(RecorderLock::take(*options.store)) << "held while it is recorded here";
   session.end();
+  EXPECT_FALSE(std::filesystem::exists(lockFile()));
   EXPECT_TRUE(RecorderLock::take(*options.store));
+}
+
+TEST_F(WatchSessionBesideAnotherTest, KeepsNoWordOfASessionThatWasEndedElsewhere) {
+  WatchSession session{options, host, loop};
+  session.toggle(Seconds{1});
+  EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+  PowerSessionStore theirs{"elsewhere", *options.store};
+  theirs.stop(theirs.activeSession(), instantAt(2000));
+  pass(session);
+  EXPECT_FALSE(session.isRecording());
+  EXPECT_FALSE(std::filesystem::exists(lockFile()));
+}
+
+// A session that others may go on with is on the disk then, whatever is known here.
+TEST_F(WatchSessionBesideAnotherTest, AnEndingThatCannotBeSavedLeavesTheWord) {
+  WatchSession session{options, host, loop, impatient()};
+  session.toggle(Seconds{1});
+  const BusyStore writer{*options.store};
+  session.end();
+  EXPECT_NE(session.failure(), std::nullopt);
+  EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+  session.toggle(Seconds{1});
+  EXPECT_FALSE(session.isRecording());
+  EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+}
+
+TEST_F(WatchSessionBesideAnotherTest, ABeginningThatFailsLeavesTheWordOnlyOfAnActiveSession) {
+  PowerSessionStore theirs{"elsewhere", *options.store};
+  for (const bool isActive : {false, true}) {
+    if (isActive) static_cast<void>(begin(theirs, 1000));
+    WatchSession session{options, host, loop, impatient()};
+    const BusyStore writer{*options.store};
+    session.toggle(Seconds{1});
+    EXPECT_FALSE(session.isRecording());
+    EXPECT_NE(session.failure(), std::nullopt);
+    EXPECT_EQ(std::filesystem::exists(lockFile()), isActive);
+  }
 }
 
 TEST_F(WatchSessionBesideAnotherTest, DoesNotMixATraceIntoALaterSession) {
