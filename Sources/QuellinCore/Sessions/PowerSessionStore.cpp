@@ -118,8 +118,9 @@ void PowerSessionStore::interrupt(const std::shared_ptr<PowerSession>& session, 
 void PowerSessionStore::end(const std::shared_ptr<PowerSession>& session, PowerSessionStatus status,
                             Instant endedAt) {
   requireCurrent(*surroundings_.executor);
-  session->setStatusRaw(std::string(rawValue(status)));
-  session->setEndedAt(endedAt);
+  const std::shared_ptr<PowerSession> kept = session;  // an observer of it may drop the caller's
+  kept->setStatusRaw(std::string(rawValue(status)));
+  kept->setEndedAt(endedAt);
   context_->save();
   container_->checkpoint();
 }

@@ -54,14 +54,16 @@ void PowerSessionRecorder::State::stop(Instant endedAt) { end(&PowerSessionStore
 void PowerSessionRecorder::State::interrupt(Instant endedAt) { end(&PowerSessionStore::interrupt, endedAt); }
 
 void PowerSessionRecorder::State::end(Ending ending, Instant endedAt) {
-  if (!activeSession) return;
+  const std::shared_ptr<PowerSession> session = activeSession;
+  if (!session) return;
   noteCost();
   const auto hasEnded = attempt([&] {
-    (*store.*ending)(activeSession, endedAt);
+    (*store.*ending)(session, endedAt);
     return true;
   });
   if (hasEnded) {
-    reset(nullptr);
+    // An observer of the session may have begun another one meanwhile.
+    if (activeSession == session) reset(nullptr);
     setLastError(std::nullopt);
   }
   tell();

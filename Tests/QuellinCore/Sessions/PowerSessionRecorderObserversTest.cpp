@@ -1,3 +1,8 @@
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/PowerSessionRecorderFixture.h"
@@ -70,6 +75,40 @@ TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayStopTheRecord
   record(1000, telemetry(999, {}));
   EXPECT_THAT(recorder->activeSession(), IsNull());
   EXPECT_EQ(recorder->activeSummary(), PowerSessionSummary::empty());
+}
+
+TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayUseTheRecorderWhileItEndsIt) {
+  for (const auto ending : {&PowerSessionRecorder::stop, &PowerSessionRecorder::interrupt}) {
+    for (const auto& use : std::vector<std::function<void()>>{
+             [&] { recorder->refreshActiveSession(); }, [&] { recorder->stop(instantAt(1001)); },
+             [&] { recorder->interrupt(instantAt(1001)); }}) {
+      const auto session = start();
+      bool isUsed = false;
+      const auto subscription = session->onChange([&] {
+        if (!std::exchange(isUsed, true)) use();
+      });
+      (*recorder.*ending)(instantAt(1010));
+      EXPECT_TRUE(isUsed);
+      EXPECT_EQ(session->endedAt(), instantAt(1010));
+      EXPECT_THAT(recorder->activeSession(), IsNull());
+      EXPECT_EQ(recorder->lastError(), std::nullopt);
+    }
+  }
+}
+
+TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayBeginTheNextWhileItEnds) {
+  const auto session = start();
+  std::shared_ptr<PowerSession> next;
+  bool isUsed = false;
+  const auto subscription = session->onChange([&] {
+    if (std::exchange(isUsed, true)) return;
+    recorder->stop(instantAt(1001));
+    next = start();
+  });
+  recorder->stop(instantAt(1010));
+  ASSERT_NE(next, nullptr);
+  EXPECT_NE(next, session);
+  EXPECT_EQ(recorder->activeSession(), next);
 }
 
 TEST_F(PowerSessionRecorderObserversTest, AnObserverMayDestroyTheRecorder) {
