@@ -27,18 +27,8 @@ class Span {
         host_(host),
         recording_(invocation, host, loop_,
                    invocation.options.processInterval.value_or(usualRunProcessInterval)),
-        ticker_(loop_, host, invocation.options.interval, length) {}
-  Span(const Span&) = delete;
-  Span& operator=(const Span&) = delete;
-  Span(Span&&) = delete;
-  Span& operator=(Span&&) = delete;
-  // What was not ended failed on its way.
-  ~Span() {
-    try {
-      recording_.interrupt();
-    } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
-      // What went wrong before is on its way to the user already.
-    }
+        ticker_(loop_, host, invocation.options.interval, length) {
+    recording_.interruptWhenLeft();
   }
 
   [[nodiscard]] Loop& loop() { return loop_; }

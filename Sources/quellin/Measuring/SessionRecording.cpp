@@ -25,7 +25,7 @@ SessionRecording::SessionRecording(const Invocation& invocation, const MeasuredH
 
 SessionRecording::~SessionRecording() {
   try {
-    end();
+    endBy(endingWhenLeft_);
   } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
     // What went wrong before is on its way to the user already.
   }
@@ -80,7 +80,7 @@ void SessionRecording::end() { endBy(&PowerSessionRecorder::stop); }
 
 void SessionRecording::interrupt() { endBy(&PowerSessionRecorder::interrupt); }
 
-void SessionRecording::endBy(void (PowerSessionRecorder::*ending)(Instant)) {
+void SessionRecording::endBy(Ending ending) {
   // Asked before: to the store's own objects, an ending that is not saved is one, too.
   const bool isOurs = recorder_.activeSession() == session_ && isStillOurs();
   if (isOurs) (recorder_.*ending)(host_.wallClock->now());

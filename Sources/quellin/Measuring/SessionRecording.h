@@ -35,8 +35,8 @@ class SessionRecording {
   SessionRecording& operator=(const SessionRecording&) = delete;
   SessionRecording(SessionRecording&&) = delete;
   SessionRecording& operator=(SessionRecording&&) = delete;
-  /// Ends the session, as `end` does, when nothing else has: what is recorded up to a failure is a session of
-  /// its own.
+  /// Ends the session when nothing else has, as `end` does, or else as `interruptWhenLeft` says: what is
+  /// recorded up to a failure is a session of its own.
   ~SessionRecording();
 
   [[nodiscard]] PowerSessionRecorder& recorder() { return recorder_; }
@@ -79,8 +79,12 @@ class SessionRecording {
   /// As `end`, as interrupted.
   void interrupt();
 
+  /// From now on a session that nothing ends is interrupted by the destructor.
+  void interruptWhenLeft() { endingWhenLeft_ = &PowerSessionRecorder::interrupt; }
+
  private:
-  void endBy(void (PowerSessionRecorder::*ending)(Instant));
+  using Ending = void (PowerSessionRecorder::*)(Instant);
+  void endBy(Ending ending);
   [[nodiscard]] SystemPowerState read();
   [[nodiscard]] std::vector<ProcessActivityInfo> topProcesses(int limit, Seconds interval) const;
 
@@ -97,6 +101,7 @@ class SessionRecording {
   std::optional<Seconds> readAt_;         // on the machine's monotonic clock
   std::optional<SystemPowerState> last_;  // to be stored by `storeLast`
   std::optional<std::string> toldFailure_;
+  Ending endingWhenLeft_ = &PowerSessionRecorder::stop;
 };
 
 }  // namespace quellin::cli

@@ -41,6 +41,13 @@ struct RecordingTest : testing::Test {
   // A tick every tenth of a second, for twenty seconds.
   const FrontEnd::Words slowly{"record", "--source", macbook, "--speed", "50", "--title", "Slow"};
 
+  // The same into another store.
+  [[nodiscard]] FrontEnd::Words slowlyInto(const std::string& store) const {
+    FrontEnd::Words words = slowly;
+    words.insert(words.end(), {"--store", store});
+    return words;
+  }
+
   [[nodiscard]] long samplesOfLast() const {
     return numberIn(frontEnd.run({"show", "last", "--json"}).output, "sampleCount");
   }
@@ -148,9 +155,7 @@ TEST_F(RecordingTest, AfterAKillTheSameSessionGoesOn) {
 
 TEST_F(RecordingTest, AfterAKillNothingElseGoesOnWithTheSession) {
   const std::string store = frontEnd.pathOf("killed.store");
-  FrontEnd::Words first = slowly;
-  first.insert(first.end(), {"--store", store});
-  RunningProgram recorder{frontEnd.start(first)};
+  RunningProgram recorder{frontEnd.start(slowlyInto(store))};
   ASSERT_TRUE(recorder.waitFor("1 sample"));
   recorder.send(SIGKILL);
   EXPECT_EQ(recorder.finish().signal, SIGKILL);
@@ -171,9 +176,7 @@ TEST_F(RecordingTest, AfterAKillNothingElseGoesOnWithTheSession) {
 
 TEST_F(RecordingTest, AStoreHasOneRecorder) {
   const std::string store = frontEnd.pathOf("one.store");
-  FrontEnd::Words first = slowly;
-  first.insert(first.end(), {"--store", store});
-  RunningProgram recorder{frontEnd.start(first)};
+  RunningProgram recorder{frontEnd.start(slowlyInto(store))};
   ASSERT_TRUE(recorder.waitFor("1 sample"));
 
   const ProgramResult second = frontEnd.run({"record", "--source", macbook, "--store", store});
