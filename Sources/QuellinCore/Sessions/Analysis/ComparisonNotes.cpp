@@ -39,11 +39,13 @@ void noteSupplies(std::vector<std::string>& notes, const KindComparison& kind, S
     notes.push_back(kind.sourceLabel + ": nothing is known of the supply of either side");
 }
 
-void noteSide(std::vector<std::string>& notes, const std::string& side, Sessions sessions, bool isBridged) {
-  if (!sessions.front().isCompleted()) {
-    notes.push_back("the session of " + side + " is " + sessions.front().session.status +
-                    ": its readings are compared as far as they go");
-  }
+void noteUnfinished(std::vector<std::string>& notes, const std::string& side,
+                    std::span<const PowerSessionMetadataDTO> sessions) {
+  if (const auto unfinished = unfinishedText(side, sessions))
+    notes.push_back(*unfinished + ": its readings are compared as far as they go");
+}
+
+void noteGaps(std::vector<std::string>& notes, const std::string& side, Sessions sessions, bool isBridged) {
   std::size_t gapped = 0;
   for (const ComparedSession& session : sessions) gapped += session.coverage.gapCount > 0 ? 1 : 0;
   if (gapped > 0)
@@ -82,8 +84,10 @@ std::vector<std::string> comparisonNotes(const SessionComparison& comparison, Se
                       ": the values of each side do not vary at all, so that the interval promises too much");
   }
   const bool isBridged = std::ranges::any_of(comparison.kinds, hasEnergy);
-  noteSide(notes, "A", a, isBridged);
-  noteSide(notes, "B", b, isBridged);
+  noteUnfinished(notes, "A", comparison.a);
+  noteGaps(notes, "A", a, isBridged);
+  noteUnfinished(notes, "B", comparison.b);
+  noteGaps(notes, "B", b, isBridged);
   if (!areSampledAlike(a, b)) notes.emplace_back("the sessions were not all sampled at the same interval");
   return notes;
 }

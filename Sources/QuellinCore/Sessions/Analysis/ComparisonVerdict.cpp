@@ -24,12 +24,16 @@ bool isUse(std::string_view sourceKind) {
   return sourceKind != rawValue(PowerReadingKind::batteryChargeInput);
 }
 
+std::optional<std::string> unfinishedText(const std::string& side,
+                                          std::span<const PowerSessionMetadataDTO> sessions) {
+  const auto found = std::ranges::find_if_not(sessions, isCompleted);
+  if (found == sessions.end()) return std::nullopt;
+  return "the session of " + side + " is " + found->status;
+}
+
 std::optional<std::string> unfinishedText(const SessionComparison& comparison) {
-  for (const auto& [side, sessions] : {std::pair{"A", &comparison.a}, std::pair{"B", &comparison.b}}) {
-    const auto found = std::ranges::find_if_not(*sessions, isCompleted);
-    if (found != sessions->end()) return std::string{"the session of "} + side + " is " + found->status;
-  }
-  return std::nullopt;
+  auto text = unfinishedText("A", comparison.a);
+  return text ? std::move(text) : unfinishedText("B", comparison.b);
 }
 
 ComparisonOutcome outcomeOf(const ComparedFigure& figure) {

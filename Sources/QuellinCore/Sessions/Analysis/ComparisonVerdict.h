@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,11 @@ namespace quellin {
 /// Whether a figure's interval is of no width, as between values that do not vary at all.
 [[nodiscard]] bool hasNoWidth(const ComparedFigure& figure);
 
-/// "the session of B is interrupted": which of the compared is not over; no value when all are.
+/// "the session of B is interrupted": which of a side's sessions is not over; no value when all are.
+[[nodiscard]] std::optional<std::string> unfinishedText(const std::string& side,
+                                                        std::span<const PowerSessionMetadataDTO> sessions);
+
+/// The same of both sides; the first that there is.
 [[nodiscard]] std::optional<std::string> unfinishedText(const SessionComparison& comparison);
 
 /// Whether a threshold is applied to a kind's first figure. Not to what flows into a battery: more of that is

@@ -122,9 +122,7 @@ void compareKinds(SessionComparison& result, const Sessions& a, const Sessions& 
   }
 }
 
-std::optional<ComparedFigure> compareLengths(const Sessions& a, const Sessions& b) {
-  const auto isCompleted = [](const ComparedSession& session) { return session.isCompleted(); };
-  if (!std::ranges::all_of(a, isCompleted) || !std::ranges::all_of(b, isCompleted)) return std::nullopt;
+ComparedFigure compareLengths(const Sessions& a, const Sessions& b) {
   const auto lengths = [](const Sessions& sessions) {
     Values seconds;
     for (const ComparedSession& session : sessions) seconds.push_back(session.seconds);
@@ -154,7 +152,7 @@ std::expected<SessionComparison, std::string> compareSessions(std::vector<Compar
                            ", and only readings of one kind, on one supply, are of the same quantity");
   }
   if (thresholdPercent) judgeThreshold(result);
-  result.time = compareLengths(a, b);
+  if (!unfinishedText(result)) result.time = compareLengths(a, b);
   result.notes = comparisonNotes(result, a, b);
   return result;
 }
