@@ -118,7 +118,9 @@ void PowerSessionStore::interrupt(const std::shared_ptr<PowerSession>& session, 
 void PowerSessionStore::end(const std::shared_ptr<PowerSession>& session, PowerSessionStatus status,
                             Instant endedAt) {
   requireCurrent(*surroundings_.executor);
-  const std::shared_ptr<PowerSession> kept = session;  // an observer of it may drop the caller's
+  // An observer of the session may drop the caller's.
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+  const std::shared_ptr<PowerSession> kept = session;
   kept->setStatusRaw(std::string(rawValue(status)));
   kept->setEndedAt(endedAt);
   context_->save();

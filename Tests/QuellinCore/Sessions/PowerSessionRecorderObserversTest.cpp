@@ -96,6 +96,14 @@ TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayUseTheRecorde
   }
 }
 
+TEST_F(PowerSessionRecorderObserversTest, TheRecordersOwnPointerMayBeGivenToTheStore) {
+  const auto session = start();
+  const auto subscription = session->onChange([&] { recorder->refreshActiveSession(); });
+  recorder->store()->stop(recorder->activeSession(), instantAt(1010));
+  EXPECT_THAT(recorder->activeSession(), IsNull());
+  EXPECT_EQ(session->endedAt(), instantAt(1010));
+}
+
 TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayBeginTheNextWhileItEnds) {
   const auto session = start();
   std::shared_ptr<PowerSession> next;
