@@ -5,16 +5,16 @@
 namespace quellin::testing_support {
 namespace {
 
-// SQLite calls the hook for new connections without saying for whom.
-std::int64_t* countOfNewConnections = nullptr;
+// Of the whole program: a connection goes on counting for as long as it is open.
+std::int64_t instructions = 0;
 
-int countInstruction(void* count) {
-  ++*static_cast<std::int64_t*>(count);
+int countInstruction(void* /*unused*/) {
+  ++instructions;
   return 0;
 }
 
 int watch(sqlite3* connection, char** /*error*/, const sqlite3_api_routines* /*routines*/) {
-  sqlite3_progress_handler(connection, 1, countInstruction, countOfNewConnections);
+  sqlite3_progress_handler(connection, 1, countInstruction, nullptr);
   return SQLITE_OK;
 }
 
@@ -22,10 +22,7 @@ using Hook = void (*)();
 
 }  // namespace
 
-SQLWork::SQLWork() {
-  countOfNewConnections = &count_;
-  sqlite3_auto_extension(reinterpret_cast<Hook>(watch));
-}
+SQLWork::SQLWork() : count_(&instructions) { sqlite3_auto_extension(reinterpret_cast<Hook>(watch)); }
 
 SQLWork::~SQLWork() { sqlite3_cancel_auto_extension(reinterpret_cast<Hook>(watch)); }
 

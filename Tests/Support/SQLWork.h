@@ -5,7 +5,8 @@
 namespace quellin::testing_support {
 
 /// Counts what SQLite does for the connections that are opened while this lives, in instructions of its
-/// virtual machine: the work of a statement without the time it took. One at a time, on one thread.
+/// virtual machine: the work of a statement without the time it took. The connections may outlive this. One
+/// at a time, on one thread.
 class SQLWork {
  public:
   SQLWork();
@@ -17,13 +18,13 @@ class SQLWork {
 
   /// The instructions that `action` takes.
   [[nodiscard]] std::int64_t of(auto&& action) const {
-    const std::int64_t before = count_;
+    const std::int64_t before = *count_;
     action();
-    return count_ - before;
+    return *count_ - before;
   }
 
  private:
-  std::int64_t count_ = 0;
+  const std::int64_t* count_;
 };
 
 }  // namespace quellin::testing_support
