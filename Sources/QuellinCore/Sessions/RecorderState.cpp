@@ -106,12 +106,14 @@ void PowerSessionRecorder::State::measure(std::shared_ptr<Snapshot> snapshot) {
 void PowerSessionRecorder::State::append(const Snapshot& snapshot) {
   const auto telemetry = accepted(snapshot.proTelemetry);
   if (meter_.isDue(snapshot.state.timestamp)) noteCost(snapshot.state.timestamp);
+  wasRebuilt_ = false;
   const auto sample = attempt([&] {
     return store->appendSample(snapshot.session, snapshot.state, snapshot.processActivities, telemetry);
   });
   // An observer of the session may have stopped it just now.
   if (!sample || activeSession != snapshot.session) return;
-  running.ingest(snapshot.state, snapshot.processActivities, telemetry);
+  // Or have it summed up anew, this sample with it.
+  if (!wasRebuilt_) running.ingest(snapshot.state, snapshot.processActivities, telemetry);
   running.materialize(*activeSession);
   changes_.activeSummary = true;
   if (lastError) setLastError(std::nullopt);
@@ -176,6 +178,7 @@ void PowerSessionRecorder::State::reloadActiveSession() {
 
 void PowerSessionRecorder::State::rebuild() {
   running = RunningSummary();
+  wasRebuilt_ = true;
   if (activeSession) {
     JSONDecoder decoder;
     attempt([&] {

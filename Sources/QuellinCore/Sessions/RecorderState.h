@@ -108,6 +108,7 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   Background* background_;
   RecorderMeter meter_;
   Changes changes_;
+  bool wasRebuilt_ = false;  // the summary, since the last append began
 };
 
 }  // namespace quellin

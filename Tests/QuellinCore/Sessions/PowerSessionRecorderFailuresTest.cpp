@@ -62,6 +62,17 @@ TEST_F(PowerSessionRecorderFailuresTest, AStartThatFailsIsToldAndTheNextSuccessC
   EXPECT_EQ(recorder->lastError(), std::nullopt);
 }
 
+TEST_F(PowerSessionRecorderFailuresTest, ASummaryThatCannotBeReadIsTold) {
+  start();
+  record(1);
+  other.execute("DROP TABLE PowerSessionSample");
+  recorder->refreshSummary();
+  ASSERT_TRUE(recorder->lastError().has_value());
+  EXPECT_THAT(*recorder->lastError(), HasSubstr(path.string()));
+  EXPECT_THAT(recorder->activeSession(), NotNull());
+  EXPECT_EQ(recorder->activeSummary().sampleCount, 0);
+}
+
 TEST_F(PowerSessionRecorderFailuresTest, ASessionGoesOnUntilItCouldBeEnded) {
   for (const auto ending : {&PowerSessionRecorder::stop, &PowerSessionRecorder::interrupt}) {
     const auto session = start();

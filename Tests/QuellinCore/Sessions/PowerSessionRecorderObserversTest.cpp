@@ -119,6 +119,20 @@ TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayBeginTheNextW
   EXPECT_EQ(recorder->activeSession(), next);
 }
 
+TEST_F(PowerSessionRecorderObserversTest, AnObserverOfTheSessionMayHaveItSummedUpWhileASampleComes) {
+  for (const auto sumUp :
+       {&PowerSessionRecorder::refreshSummary, &PowerSessionRecorder::refreshActiveSession}) {
+    const auto session = start();
+    const auto subscription = session->onChange([&] { ((*recorder).*sumUp)(); });
+    record(1000, telemetry(999, {}));
+    record(1002, telemetry(1001, {}));
+    EXPECT_EQ(recorder->activeSummary().sampleCount, 2);
+    EXPECT_EQ(recorder->activeSummary(), recorder->summary(session));
+    EXPECT_EQ(recorder->lastProTelemetrySampledAt(), instantAt(1001));
+    recorder->stop(instantAt(1010));
+  }
+}
+
 TEST_F(PowerSessionRecorderObserversTest, AnObserverMayDestroyTheRecorder) {
   const auto session = start();
   const auto subscription = recorder->observeActiveSummary([&](const auto&) { recorder.reset(); });
