@@ -1,5 +1,7 @@
 #include "quellin/CommandLine/Hint.h"
 
+#include <algorithm>
+
 #include "QuellinCore/Support/Quoting.h"
 
 namespace quellin::cli {
@@ -15,9 +17,10 @@ std::string shellWord(const std::string& path) {
 }  // namespace
 
 std::string hintAt(std::string_view command, const Options& options) {
-  std::string text = "'quellin " + std::string{command};
-  if (options.store) text += " --store " + shellWord(options.store->string());
-  return text + "'";
+  std::string text{command};
+  const std::size_t end = std::min(text.find(" -- "), text.size());  // of the options
+  if (options.store) text.insert(end, " --store " + shellWord(options.store->string()));
+  return "'quellin " + text + "'";
 }
 
 std::string hintAtDoctor(const Options& options) {

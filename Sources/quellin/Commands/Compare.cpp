@@ -1,3 +1,8 @@
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>  // join, since version 11
 
@@ -23,16 +28,29 @@ std::vector<ComparedSession> readSessions(PowerSessionStore& store,
   return read;
 }
 
+std::string hintAtReadings(const Options& options) {
+  return hintAt("show ID", options) + " says which readings a session has.";
+}
+
 SessionComparison compareNamed(const Options& options) {
   const auto store = openRecordedStore(options);
   const SessionSides sides = findSides(*store, options);
   auto comparison =
       compareSessions(readSessions(*store, sides.a), readSessions(*store, sides.b), options.thresholdPercent);
   if (!comparison) {
-    throw Failure{ExitStatus::failed, comparison.error() + ". " + hintAt("show ID", options) +
-                                          " says which readings a session has."};
+    throw Failure{ExitStatus::failed, comparison.error() + ". " + hintAtReadings(options)};
   }
   return *std::move(comparison);
+}
+
+// What would let the threshold be applied: repeats, where a kind that both sides have is of too few sessions.
+std::string remedy(const SessionComparison& comparison, const Options& options) {
+  const bool areRepeats = comparison.a.size() > 1 && comparison.b.size() > 1;
+  const bool wantsRepeats = !areRepeats && std::ranges::any_of(comparison.kinds, [](const auto& kind) {
+    return isUse(kind.sourceKind) && !kind.exceedsThreshold;
+  });
+  if (!wantsRepeats) return hintAtReadings(options);
+  return hintAt("run --repeat 5 -- COMMAND", options) + " makes repeats to compare.";
 }
 
 // A threshold that could not be applied must not pass for one that was kept.
@@ -45,7 +63,7 @@ ExitStatus judge(const Invocation& invocation, const SessionComparison& comparis
   invocation.talk.say("the threshold of " + fmt::format("{}", *comparison.thresholdPercent) +
                       " % cannot be applied to " +
                       (uses.empty() ? "any figure of what the machine uses" : printable(uses)) + ". " +
-                      hintAt("run --repeat 5", invocation.options) + " makes repeats to compare.");
+                      remedy(comparison, invocation.options));
   return ExitStatus::failed;
 }
 

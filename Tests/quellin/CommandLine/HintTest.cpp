@@ -12,6 +12,14 @@ TEST(HintTest, NamesTheStoreThatTheUserNamed) {
   EXPECT_EQ(hintAt("show last", options), "'quellin show last --store /tmp/a-b.store'");
 }
 
+TEST(HintTest, TheStoreIsNoWordOfAnotherCommand) {
+  Options options;
+  EXPECT_EQ(hintAt("run -- COMMAND", options), "'quellin run -- COMMAND'");
+  options.store = "a.store";
+  EXPECT_EQ(hintAt("run --repeat 5 -- COMMAND", options),
+            "'quellin run --repeat 5 --store a.store -- COMMAND'");
+}
+
 TEST(HintTest, AnOddNameIsOneWordForTheShell) {
   Options options;
   options.store = "my $store";

@@ -114,6 +114,7 @@ TEST_F(CompareGoldenTest, TooLittleToSayHowSure) {
   transcript.run({"compare", "Short", "Long", "--threshold", "5"});
   transcript.run({"compare", "Short", "Nothing"});
   transcript.run({"compare", "Short", "Long,Nothing"});
+  transcript.run({"compare", "Long", "Short,Nothing", "--threshold", "5"});
   transcript.expectGolden("compare-few.txt");
 }
 
