@@ -170,10 +170,22 @@ void PowerSessionRecorder::State::remove(const std::shared_ptr<PowerSession>& se
 void PowerSessionRecorder::State::reloadActiveSession() {
   const auto found = attempt([&] { return store->activeSession(); });
   if (!found && !(activeSession && activeSession->isDeleted())) return;
-  if (found.value_or(nullptr) != activeSession) meter_.restart();
+  if (found.value_or(nullptr) != activeSession) leaveSession();
   activeSession = found.value_or(nullptr);
   changes_.activeSession = true;
   rebuild();
+}
+
+// Others have ended it, perhaps: what recording it has cost so far belongs to it.
+void PowerSessionRecorder::State::leaveSession() {
+  if (activeSession) {
+    noteCost();
+    attempt([&] {
+      store->context().save();
+      return true;
+    });
+  }
+  meter_.restart();
 }
 
 void PowerSessionRecorder::State::rebuild() {

@@ -86,6 +86,7 @@ class PowerSessionRecorder::State : public std::enable_shared_from_this<State> {
   void noteCost(std::optional<Instant> moment = std::nullopt);
   void reset(std::shared_ptr<PowerSession> session);
   void reloadActiveSession();
+  void leaveSession();
   void rebuild();
 
   void setLastError(std::optional<std::string> text);

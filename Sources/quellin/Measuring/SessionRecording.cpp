@@ -83,7 +83,11 @@ void SessionRecording::interrupt() { endBy(&PowerSessionRecorder::interrupt); }
 void SessionRecording::endBy(Ending ending) {
   // Asked before: to the store's own objects, an ending that is not saved is one, too.
   const bool isOurs = recorder_.activeSession() == session_ && isStillOurs();
-  if (isOurs) (recorder_.*ending)(host_.wallClock->now());
+  if (isOurs) {
+    (recorder_.*ending)(host_.wallClock->now());
+  } else if (session_) {
+    recorder_.refreshActiveSession();  // which stores what recording it cost
+  }
   const bool isOver = session_ && (!isOurs || recorder_.activeSession() != session_);
   if (lock_ && isOver) lock_->forgetWord();
   lock_.reset();

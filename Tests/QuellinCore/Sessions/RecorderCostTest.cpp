@@ -74,6 +74,18 @@ TEST_F(RecorderCostTest, IsNotedWithTheFirstSampleOnceAMinuteAndAtTheEnd) {
   EXPECT_EQ(cpuSeconds(session), 62.5);
 }
 
+TEST_F(RecorderCostTest, ASessionThatOthersEndedHasTheCostUpToWhenThatIsNoticed) {
+  const auto session = start();
+  record(0, 1);
+  record(1, 2);
+  const auto other = openStore();
+  other->stop(other->session(session->id()), instantAt(2));
+  cpu.use(Seconds{0.5});
+  recorder->refreshActiveSession();
+  EXPECT_EQ(recorder->activeSession(), nullptr);
+  EXPECT_EQ(cpuSeconds(session), 3.5);
+}
+
 TEST_F(RecorderCostTest, AnInterruptedSessionHasTheCostOfItsLastMoments) {
   const auto session = start();
   record(0, 1);
