@@ -1,7 +1,10 @@
+#include <algorithm>
+
 #include "QuellinCore/Sessions/PowerSessionExport.h"
 #include "QuellinCore/Support/ISO8601.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Hint.h"
+#include "quellin/Measuring/StoreClaim.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/FigureText.h"
 #include "quellin/Presentation/JSONOutput.h"
@@ -16,6 +19,17 @@ namespace {
 
 using Ending = void (PowerSessionStore::*)(const std::shared_ptr<PowerSession>&, Instant);
 
+// Nothing was measured behind the last sample of a session that its recorder left behind, and the time of a
+// trace is not that of this machine.
+Instant endOf(PowerSessionStore& store, const PowerSession& session, const Options& options) {
+  const Recorder recorder = recorderOf(options);
+  if (recorder.isAtWork && !recorder.isOverTrace.value_or(false)) return systemWallClock().now();
+  Instant last = session.startedAt();
+  for (auto samples = store.scan(session, SampleCursor::OnDamage::skip); samples && samples->next();)
+    last = std::max(last, samples->columns().timestamp);
+  return last;
+}
+
 ExitStatus endActive(const Invocation& invocation, Ending ending, const std::string& word) {
   SlowWork work{invocation, "ending the session"};
   const auto store = openRecordedStore(invocation.options);
@@ -26,7 +40,7 @@ ExitStatus endActive(const Invocation& invocation, Ending ending, const std::str
                         " begins a session.");
     return ExitStatus::negative;
   }
-  ((*store).*ending)(session, systemWallClock().now());
+  ((*store).*ending)(session, endOf(*store, *session, invocation.options));
   work.end();
   invocation.talk.say(word + " session " + shortID(*session) + ", " + printable(session->title()) + ".");
   return ExitStatus::ok;

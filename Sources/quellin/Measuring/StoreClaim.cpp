@@ -76,6 +76,11 @@ std::string remedy(const Options& options) {
 
 }  // namespace
 
+Recorder recorderOf(const Options& options) {
+  const RecorderLock::Sight sight = RecorderLock::look(storePath(options));
+  return {.isAtWork = sight.isHeld, .isOverTrace = tellsOfTrace(sight.word)};
+}
+
 RecorderLock claimStore(PowerSessionStore& store, const Options& options, const MeasuredHost& host) {
   auto lock = RecorderLock::take(storePath(options));
   const auto active = store.activeSession();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "QuellinCore/Sessions/PowerSessionRecorder.h"
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "quellin/CommandLine/Options.h"
@@ -7,6 +9,16 @@
 #include "quellin/Storage/RecorderLock.h"
 
 namespace quellin::cli {
+
+/// What records into a store.
+struct Recorder {
+  bool isAtWork = false;            ///< whether a program records into it now
+  std::optional<bool> isOverTrace;  ///< whether what is or was recorded is a trace; absent when nothing tells
+};
+
+/// Who records into the store that the options name. The word of a recorder that is gone stays; a program
+/// that records without the front end is not seen.
+[[nodiscard]] Recorder recorderOf(const Options& options);
 
 /// Takes `store`, which the options name, to record from now on what `host` measures. Throws `Failure` when
 /// another program records into it, and when the session that is active there would be mixed up: one over a

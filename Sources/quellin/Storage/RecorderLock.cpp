@@ -60,6 +60,13 @@ std::optional<std::string> wordIn(const FileDescriptor& file) {
 
 }  // namespace
 
+RecorderLock::Sight RecorderLock::look(const std::filesystem::path& store) {
+  const auto file = openDescriptor(lockPath(store).string(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+  if (!file) return {};
+  const bool isHeld = flock(file->get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  return {.isHeld = isHeld, .word = wordIn(*file)};
+}
+
 std::optional<RecorderLock> RecorderLock::take(const std::filesystem::path& store) {
   const std::filesystem::path path = lockPath(store);
   for (;;) {

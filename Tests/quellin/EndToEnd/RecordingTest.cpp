@@ -8,6 +8,7 @@
 #include "QuellinCore/Sessions/PowerSessionStore.h"
 #include "QuellinCore/Sessions/Storage/Database.h"
 #include "Support/FirstVersion.h"
+#include "Support/SampleStates.h"
 #include "Support/TerminalProgram.h"
 #include "quellin/EndToEnd/FrontEnd.h"
 
@@ -221,6 +222,22 @@ TEST_F(RecordingTest, StoppedFromElsewhereItSumsUp) {
   EXPECT_EQ(result.exitStatus, 0) << result;
   EXPECT_THAT(result.error, HasSubstr("the session is no longer active"));
   EXPECT_THAT(result.output, HasSubstr("\nStatus            completed\n"));
+  EXPECT_THAT(result.output, ContainsRegex("\nRecorder +[0-9.]+ s of CPU time, [1-9][0-9.]* [kM]B written"));
+  const std::string session = frontEnd.run({"show", "last", "--json"}).output;
+  EXPECT_LT(numberIn(session, "durationSeconds"), 1200) << "a trace's time is not this machine's";
+  EXPECT_GT(numberIn(session, "bytesWritten"), 0);
+}
+
+TEST_F(RecordingTest, ASessionThatWasLeftBehindEndsWithItsLastSample) {
+  const std::string store = frontEnd.pathOf("left.store");
+  {
+    PowerSessionStore dead{"0.9.4", store};
+    const auto session = dead.start("Left", PowerSessionSource::cli, 1, instantAt(1000));
+    dead.appendSample(session, testing_support::stateOnBattery(instantAt(1003)), {}, std::nullopt);
+  }
+  EXPECT_EQ(frontEnd.run({"stop", "--store", store}).exitStatus, 0);
+  EXPECT_EQ(numberIn(frontEnd.run({"show", "last", "--json", "--store", store}).output, "durationSeconds"),
+            3);
 }
 
 TEST_F(RecordingTest, InterruptedFromElsewhereItStaysInterrupted) {

@@ -32,6 +32,21 @@ TEST_F(RecorderLockTest, OneHasItAtATimeAndLeavesNothingBehind) {
   EXPECT_TRUE(RecorderLock::take(store));
 }
 
+TEST_F(RecorderLockTest, OthersSeeItWithoutTakingIt) {
+  EXPECT_FALSE(RecorderLock::look(store).isHeld);
+  EXPECT_FALSE(std::filesystem::exists(lockFile));
+  auto lock = RecorderLock::take(store);
+  ASSERT_TRUE(lock);
+  EXPECT_TRUE(RecorderLock::look(store).isHeld);
+  EXPECT_EQ(RecorderLock::look(store).word, std::nullopt);
+  lock->leaveWord("machine 7");
+  EXPECT_EQ(RecorderLock::look(store).word, "machine 7");
+  lock.reset();
+  EXPECT_FALSE(RecorderLock::look(store).isHeld);
+  EXPECT_EQ(RecorderLock::look(store).word, "machine 7");
+  EXPECT_TRUE(RecorderLock::take(store));
+}
+
 TEST_F(RecorderLockTest, AnotherStoreHasAnother) {
   const auto first = RecorderLock::take(store);
   EXPECT_TRUE(RecorderLock::take(folder.write("b.store", "")));
