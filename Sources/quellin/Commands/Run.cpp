@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>  // join, since version 11
 
+#include "QuellinCore/Support/Text.h"
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/CommandRun.h"
@@ -59,7 +60,8 @@ class Runs {
  public:
   explicit Runs(const Invocation& invocation) : invocation_(invocation), sink_(invocation) {
     report_.command = programWords(options_);
-    title_ = options_.title.value_or(fmt::format("{}", fmt::join(report_.command, " ")));
+    const bool isNamed = options_.title && !trimmed(*options_.title).empty();
+    title_ = isNamed ? *options_.title : fmt::format("{}", fmt::join(report_.command, " "));
   }
 
   // Returns the status of the first run that did not succeed, else 0. What was measured is told also when
@@ -77,10 +79,8 @@ class Runs {
   }
 
  private:
-  static constexpr int interruptedStatus = 130;  // as a shell tells of SIGINT
-
   int runAll() {
-    if (options_.baseline && !measureBaseline()) return interruptedStatus;
+    if (options_.baseline) measureBaseline();
     int status = 0;
     for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
       status = runOnce(turn);
@@ -105,14 +105,12 @@ class Runs {
                                  : "the trace is empty; the command was not run."};
   }
 
-  bool measureBaseline() {
+  void measureBaseline() {
     const MeasuredHost host = openHost();
-    const auto idle = measureIdle(invocation_, host, title_ + ", idle", *options_.baseline);
-    if (!idle) return false;
+    const MeasuredSpan idle = measureIdle(invocation_, host, title_ + ", idle", *options_.baseline);
     if (host.player) idleTicks_ = host.player->ticksPlayed();
-    report_.idle = spanReport(*idle);
+    report_.idle = spanReport(idle);
     show("idle", spanText(*report_.idle, hintAtDoctor(options_), sink_.width()));
-    return true;
   }
 
   int runOnce(int turn) {
@@ -123,7 +121,11 @@ class Runs {
         options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
     show(title_ + turnText,
          commandText(report_.runs.back(), report_.idle.has_value(), hintAtDoctor(options_), sink_.width()));
-    if (measured.end.isWholeRun() && measured.span) repeats_.push_back(*report_.runs.back().measured);
+    if (measured.isWhole && measured.span) repeats_.push_back(*report_.runs.back().measured);
+    if (measured.end.isWholeRun() && !measured.isWhole) {
+      throw Failure{ExitStatus::notMeasured,
+                    fmt::format("asked to end in run {} of {}.", turn, options_.repeat)};
+    }
     const int status = measured.end.shellStatus();
     return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;
   }

@@ -1,5 +1,6 @@
 #include "quellin/Measuring/CommandRun.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <exception>
@@ -7,8 +8,10 @@
 #include <utility>
 
 #include "QuellinCore/Services/EnergySpan.h"
+#include "QuellinCore/Support/Signals.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/SessionRecording.h"
+#include "quellin/Measuring/StoreClaim.h"
 #include "quellin/Measuring/Ticker.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Storage/SessionLookup.h"
@@ -18,6 +21,16 @@ namespace quellin::cli {
 namespace {
 
 constexpr Seconds counterInterval{60};  // see EnergySpan
+
+// Why nothing is run beside a session that is active.
+std::string objectionTo(const PowerSession& active, const Options& options) {
+  const std::string name = "session " + shortID(active) + ", " + printable(active.title()) + ", is ";
+  if (recorderOf(options).isAtWork) {
+    return name + "being recorded; the command was not run. " + hintAt("stop", options) + " ends it.";
+  }
+  return name + "active, and no quellin records it any more; the command was not run. " +
+         hintAt("interrupt", options) + " ends it.";
+}
 
 // One session around something that takes its time.
 class Span {
@@ -36,10 +49,7 @@ class Span {
 
   void begin(const std::string& title) {
     if (const auto active = recording_.recorder().activeSession()) {
-      throw Failure{ExitStatus::notMeasured, "session " + shortID(*active) + ", " +
-                                                 printable(active->title()) +
-                                                 ", is being recorded; the command was not run. " +
-                                                 hintAt("stop", invocation_.options) + " ends it."};
+      throw Failure{ExitStatus::notMeasured, objectionTo(*active, invocation_.options)};
     }
     session_ = recording_.begin(title, invocation_.options.interval);
     if (!host_.player) energy_.emplace(host_.sources.energy);
@@ -60,25 +70,25 @@ class Span {
   /// Reads once more what the session ends with. Called on the loop's thread, at the end of what is measured.
   void readLast() { recording_.readLast(finishedAt_); }
 
-  /// Ends the session, as interrupted unless `isWhole`.
-  void end(bool isWhole) {
+  /// Ends the session, as interrupted unless `isWhole`. Returns what became of it when others ended it
+  /// before.
+  [[nodiscard]] std::optional<std::string> end(bool isWhole) {
     recording_.storeLast();
     tellOfFailure();
+    const bool isLost = !recording_.isStillOurs();
     if (isWhole) {
       recording_.end();
     } else {
       recording_.interrupt();
     }
     tellOfFailure();
+    return isLost ? std::optional{afterLoss()} : std::nullopt;
   }
 
   /// Nothing is left of it.
   void drop() { recording_.recorder().remove(session_); }
 
   [[nodiscard]] MeasuredSpan result() {
-    if (!recording_.store().session(session_->id())) {
-      throw Failure{ExitStatus::notMeasured, sessionDeletedText};
-    }
     SessionReport report = recording_.store().report(session_);
     const double seconds = host_.player ? report.summary.durationSeconds : (finishedAt_ - startedAt_).count();
     MeasuredSpan span{
@@ -88,6 +98,14 @@ class Span {
   }
 
  private:
+  // What others completed is half of what was to be measured, and no repeat.
+  std::string afterLoss() {
+    const auto session = recording_.store().session(session_->id());
+    if (!session) return sessionDeletedText;
+    recording_.store().interrupt(session, session->endedAt().value_or(session->startedAt()));
+    return "the session was ended from elsewhere; only a part was measured.";
+  }
+
   void sample(const std::function<void()>& done) {
     if (!recording_.isStillOurs()) {
       tellOnce(sessionLostText);
@@ -128,12 +146,14 @@ class Span {
 };
 
 // What is sent to this program is meant for the command. What is typed reaches it without us; nothing tells
-// it here from the same signal sent to a job in the foreground. Tells whether this program was asked to end
-// before: from then on no signal is lost.
-bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
+// it here from the same signal sent to a job in the foreground. `isAsked` is set by those that ask to end.
+// Tells whether this program was asked to end before: from then on no signal is lost.
+bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command, bool& isAsked) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2}) {
     const bool canBeTyped = signal == SIGINT || signal == SIGQUIT;
-    loop.onSignal(signal, [signal, canBeTyped, &command] {
+    const bool asks = signal == SIGQUIT || std::ranges::find(endingSignals, signal) != endingSignals.end();
+    loop.onSignal(signal, [signal, canBeTyped, asks, &command, &isAsked] {
+      isAsked = isAsked || asks;
       if (!canBeTyped || !ownsTerminal()) command->send(signal);
     });
   }
@@ -147,6 +167,8 @@ Failure cannotStart(const std::string& word, const SystemError& error) {
               (isMissing ? ". Check how it is spelled, or name it by its whole path."
                          : ". Name a program that you may execute and that is made for this machine.")};
 }
+
+constexpr const char* askedToEndText = "asked to end; the command was not run.";
 
 // Whether a trace goes by without any wait.
 bool playsAtOnce(const MeasuredHost& host, const Options& options) {
@@ -165,8 +187,8 @@ std::optional<std::string> failureOf(const std::function<void()>& action) {
 
 }  // namespace
 
-std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const MeasuredHost& host,
-                                        const std::string& title, Seconds length) {
+MeasuredSpan measureIdle(const Invocation& invocation, const MeasuredHost& host, const std::string& title,
+                         Seconds length) {
   Span span{invocation, host, length};
   span.begin(title);
   invocation.talk.say("measuring the idle machine first; Ctrl-C ends it all.");
@@ -174,8 +196,10 @@ std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const Meas
   span.finish();
   span.readLast();
   const bool isWhole = !span.ticker().wasInterrupted();
-  span.end(isWhole);
-  return isWhole ? std::optional{span.result()} : std::nullopt;
+  const auto loss = span.end(isWhole);
+  if (!isWhole) throw Failure{ExitStatus::notMeasured, askedToEndText};
+  if (loss) throw Failure{ExitStatus::notMeasured, *loss + " The command was not run."};
+  return span.result();
 }
 
 MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
@@ -186,10 +210,11 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   CommandEnd end;
   bool hasEnded = false;
   bool isAwaited = false;
+  bool isAsked = false;
   std::unique_ptr<CommandProcess> command;
-  if (passSignals(span.loop(), command)) {
+  if (passSignals(span.loop(), command, isAsked)) {
     span.drop();
-    throw Failure{ExitStatus::notMeasured, "asked to end; the command was not run."};
+    throw Failure{ExitStatus::notMeasured, askedToEndText};
   }
   auto started = CommandProcess::start(programWords(invocation.options), [&](const CommandEnd& how) {
     span.finish();
@@ -211,10 +236,12 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   // The trace is over, or measuring failed, and the command is not over.
   isAwaited = true;
   if (!hasEnded) span.loop().runAgain();
-  MeasuredCommand measured{.span = std::nullopt, .end = end};
+  // A command that serves until it is told to end has done its work then; one that is repeated has not.
+  const bool isWhole = end.isWholeRun() && !(isAsked && invocation.options.repeat > 1);
+  MeasuredCommand measured{.span = std::nullopt, .end = end, .isWhole = isWhole};
   if (failure) return measured;
   failure = failureOf([&] {
-    span.end(end.isWholeRun());
+    if (const auto loss = span.end(isWhole)) throw Failure{ExitStatus::notMeasured, *loss};
     measured.span = span.result();
   });
   if (failure) invocation.talk.say(*failure);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "quellin/CommandLine/Command.h"
@@ -9,10 +8,10 @@
 
 namespace quellin::cli {
 
-/// Records a session of `length` over the idle machine. No value when the user interrupted it, and with it
-/// the session. Throws as `measureCommand`.
-[[nodiscard]] std::optional<MeasuredSpan> measureIdle(const Invocation& invocation, const MeasuredHost& host,
-                                                      const std::string& title, Seconds length);
+/// Records a session of `length` over the idle machine. Throws as `measureCommand`, also when the user
+/// interrupts it or others end the session: that is ended as interrupted then.
+[[nodiscard]] MeasuredSpan measureIdle(const Invocation& invocation, const MeasuredHost& host,
+                                       const std::string& title, Seconds length);
 
 /// Runs the command that the options name and records a session from its start to its end. Counters are read
 /// right before and right after the command; a trace has none for a stretch of time.
@@ -26,7 +25,8 @@ namespace quellin::cli {
 /// Throws `Failure`: notFound and notExecutable when the command cannot be started, notMeasured when another
 /// session is being recorded and when this process was asked to end before, and what the core throws.
 /// Measuring that fails afterwards leaves the command alone. The session of what was not measured to the end
-/// of a command that succeeds is ended as interrupted.
+/// of a command that succeeds is ended as interrupted: also when others ended it, and when one of several
+/// runs was asked to end.
 [[nodiscard]] MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost& host,
                                              const std::string& title);
 

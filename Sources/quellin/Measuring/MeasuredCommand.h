@@ -20,6 +20,9 @@ struct MeasuredSpan {
 struct MeasuredCommand {
   std::optional<MeasuredSpan> span;  ///< absent when measuring failed, which was told
   CommandEnd end;
+  /// Whether the command did all that it was to do: it succeeded and, as one of several runs, was not asked
+  /// to end meanwhile.
+  bool isWhole = false;
 };
 
 }  // namespace quellin::cli

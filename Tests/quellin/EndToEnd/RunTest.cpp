@@ -107,6 +107,20 @@ TEST_F(RunTest, DoesNotTouchASessionThatIsBeingRecorded) {
   EXPECT_EQ(recorder.finish().exitStatus, 0);
 }
 
+TEST_F(RunTest, SaysOfASessionThatWasLeftBehindThatNobodyRecordsIt) {
+  RunningProgram recorder{
+      frontEnd.start({"record", "--source", macbook, "--speed", "1", "--title", "Other"})};
+  ASSERT_TRUE(recorder.waitFor("recording session"));
+  recorder.send(SIGKILL);
+  EXPECT_EQ(recorder.finish().signal, SIGKILL);
+  const ProgramResult result = run("echo ran");
+  EXPECT_EQ(result.exitStatus, 125);
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(result.error,
+              HasSubstr(", Other, is active, and no quellin records it any more; the command was not run. "
+                        "'quellin interrupt' ends it.\n"));
+}
+
 TEST_F(RunTest, AStoreThatCannotBeOpenedIsNoStatusOfTheCommand) {
   const ProgramResult result = run("echo ran", {"--store", "/nowhere/a.store"});
   EXPECT_EQ(result.exitStatus, 125);
@@ -119,6 +133,17 @@ TEST_F(RunTest, ASessionThatIsDeletedMeanwhileDoesNotDisturbTheCommand) {
   EXPECT_EQ(failing.exitStatus, 6);
   EXPECT_THAT(failing.error, HasSubstr("deleted from elsewhere"));
   EXPECT_EQ(run(remove, {"--speed", "200"}).exitStatus, 125) << "nothing was measured";
+}
+
+TEST_F(RunTest, ASessionThatOthersEndMeanwhileIsNoRepeat) {
+  const std::string stop = std::string{QUELLIN_EXECUTABLE} + " stop";
+  const ProgramResult failing = run(stop + " && exit 6", {"--speed", "200"});
+  EXPECT_EQ(failing.exitStatus, 6);
+  EXPECT_THAT(failing.error, HasSubstr("the session was ended from elsewhere; only a part was measured.\n"));
+  const ProgramResult measured = run(stop, {"--speed", "200", "--repeat", "3"});
+  EXPECT_EQ(measured.exitStatus, 125);
+  EXPECT_THAT(measured.error, AllOf(HasSubstr("1 of 3\n"), Not(HasSubstr("2 of 3\n"))));
+  EXPECT_THAT(sessions(), AllOf(HasSubstr("interrupted"), Not(HasSubstr("completed"))));
 }
 
 TEST_F(RunTest, AStoreThatIsDamagedMeanwhileDoesNotDisturbTheCommand) {
@@ -242,6 +267,39 @@ TEST_P(PassedSignalTest, GoesToTheCommandWhichMayTakeItsTime) {
 INSTANTIATE_TEST_SUITE_P(Signals, PassedSignalTest,
                          testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2));
 
+TEST_F(RunTest, ACommandThatIsAskedToEndIsNotRepeated) {
+  for (const bool isRepeated : {false, true}) {
+    FrontEnd::Words words{"run",
+                          "--source",
+                          macbook,
+                          "--speed",
+                          "1",
+                          "--repeat",
+                          isRepeated ? "3" : "1",
+                          "--",
+                          "sh",
+                          "-c",
+                          "trap 'exit 0' TERM; echo ready; while true; do sleep 0.01; done"};
+    RunningProgram program{frontEnd.start(words)};
+    ASSERT_TRUE(program.waitFor("ready"));
+    program.send(SIGTERM);
+    const ProgramResult result = program.finish();
+    EXPECT_EQ(result.output, "ready\n");
+    EXPECT_EQ(result.exitStatus, isRepeated ? 125 : 0)
+        << "what serves until it is told to end has done its work";
+    EXPECT_EQ(result.error.ends_with("quellin: asked to end in run 1 of 3.\n"), isRepeated) << result.error;
+    const std::string last = frontEnd.run({"show", "last"}).output;
+    EXPECT_THAT(last, HasSubstr(isRepeated ? "\nStatus            interrupted\n"
+                                           : "\nStatus            completed\n"));
+    EXPECT_EQ(frontEnd.run({"delete", "last"}).exitStatus, 0);
+  }
+}
+
+TEST_F(RunTest, WithABlankTitleTheCommandIsTheTitle) {
+  EXPECT_THAT(run("true", {"--title", " "}).error, testing::StartsWith("sh -c true\n"));
+  EXPECT_THAT(sessions(), HasSubstr("sh -c true"));
+}
+
 TEST_F(RunTest, WhatIsTypedReachesTheCommandOnce) {
   const std::string script =
       "n=0; trap 'n=$((n+1)); echo interrupted' INT; trap 'echo heard $n; exit 3' USR1; echo ready; "
@@ -281,8 +339,9 @@ TEST_F(RunTest, BeingAskedToEndDuringTheBaselineRunsNothing) {
   ASSERT_TRUE(program.waitFor("measuring the idle machine"));
   program.send(SIGINT);
   const ProgramResult result = program.finish();
-  EXPECT_EQ(result.exitStatus, 130);
+  EXPECT_EQ(result.exitStatus, 125);
   EXPECT_THAT(result.output, IsEmpty());
+  EXPECT_THAT(result.error, testing::EndsWith("quellin: asked to end; the command was not run.\n"));
   EXPECT_THAT(sessions(), AllOf(HasSubstr("idle"), HasSubstr("interrupted"), Not(HasSubstr("completed"))));
 }
 
