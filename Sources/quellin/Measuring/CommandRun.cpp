@@ -163,7 +163,7 @@ bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command, boo
 Failure cannotStart(const std::string& word, const SystemError& error) {
   const bool isMissing = error.code == ENOENT;
   return {isMissing ? ExitStatus::notFound : ExitStatus::notExecutable,
-          printable(word) + " cannot be run: " + error.description() +
+          (word.empty() ? "''" : printable(word)) + " cannot be run: " + error.description() +
               (isMissing ? ". Check how it is spelled, or name it by its whole path."
                          : ". Name a program that you may execute and that is made for this machine.")};
 }

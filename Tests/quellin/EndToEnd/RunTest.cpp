@@ -88,6 +88,8 @@ TEST_F(RunTest, ACommandThatCannotBeStartedLeavesNoSession) {
       missing.error,
       "quellin: no-such-command cannot be run: No such file or directory. Check how it is spelled, or name "
       "it by its whole path.\n");
+  EXPECT_THAT(frontEnd.run({"run", "--source", macbook, "--", ""}).error,
+              testing::StartsWith("quellin: '' cannot be run: "));
   const ProgramResult folder = frontEnd.run({"run", "--source", macbook, "/"});
   EXPECT_EQ(folder.exitStatus, 126);
   EXPECT_THAT(folder.error,
@@ -237,7 +239,10 @@ TEST_F(RunTest, WhatWasMeasuredIsToldThoughTheNextRunCannotBegin) {
 
 TEST_F(RunTest, ATraceIsPlayedAtItsPaceWhileTheCommandRuns) {
   // Twenty minutes at this speed are a fifth of a second.
-  const ProgramResult outlasted = run("sleep 1; echo done", {"--speed", "6000", "--title", "Outlasted"});
+  const std::string look = std::string{QUELLIN_EXECUTABLE} + " show last --json";
+  const ProgramResult outlasted =
+      run("until " + look + " | grep -q '\"sampleCount\" : 216,'; do sleep 0.01; done; echo done",
+          {"--speed", "6000", "--title", "Outlasted"});
   EXPECT_EQ(outlasted.output, "done\n");
   EXPECT_THAT(outlasted.error, HasSubstr("(19 min 55 s)"));
   const ProgramResult cutShort = run("true", {"--speed", "1", "--title", "Cut short"});
