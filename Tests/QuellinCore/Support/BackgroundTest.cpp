@@ -18,16 +18,16 @@ Seconds whenRung(Background& background, Seconds instant) {
 }
 
 TEST(BackgroundTest, WorkRunsOnAThreadOfItsOwn) {
-  const auto background = makeBackground();
   std::promise<std::thread::id> ranOn;
+  const auto background = makeBackground();
   background->run([&] { ranOn.set_value(std::this_thread::get_id()); });
   EXPECT_NE(ranOn.get_future().get(), std::this_thread::get_id());
 }
 
 TEST(BackgroundTest, TwoThreadsWorkSideBySide) {
-  const auto background = makeBackground(2);
   std::promise<void> first;
   std::promise<void> second;
+  const auto background = makeBackground(2);
   background->run([&] {
     second.get_future().get();
     first.set_value();
@@ -54,18 +54,23 @@ TEST(BackgroundTest, AWakeUpComesOnceTheClockHasReachedItsInstant) {
 }
 
 TEST(BackgroundTest, AWakeUpThatIsCalledOffDoesNotHappen) {
-  const auto background = makeBackground();
   std::atomic<int> rings = 0;
-  const Seconds instant = background->now() + Seconds{0.02};
-  WakeUp calledOff = background->wakeAt(instant, [&] { ++rings; });
-  calledOff.reset();
+  const auto background = makeBackground();
+  int ringsBefore = 0;
+  Seconds instant{};
+  do {  // until it was called off in time
+    instant = background->now() + Seconds{0.02};
+    WakeUp calledOff = background->wakeAt(instant, [&] { ++rings; });
+    calledOff.reset();
+    ringsBefore = rings;
+  } while (background->now() >= instant);
   EXPECT_GE(whenRung(*background, instant + Seconds{0.02}), instant);
-  EXPECT_EQ(rings, 0);
+  EXPECT_EQ(rings, ringsBefore);
 }
 
 TEST(BackgroundTest, AWakeUpBeyondAllClocksNeverComes) {
-  const auto background = makeBackground();
   std::atomic<int> rings = 0;
+  const auto background = makeBackground();
   for (const double instant : {1e10, 1e300, std::numeric_limits<double>::infinity()}) {
     const WakeUp never = background->wakeAt(Seconds{instant}, [&] { ++rings; });
     static_cast<void>(whenRung(*background, background->now() + Seconds{0.01}));
