@@ -62,5 +62,6 @@ test("a session that is still recorded says so, and when that was", async () => 
     const moment = Date.parse(createdAt) / 1000;
     assert.match(await page.text("#when"),
       new RegExp(` \u00b7 still being recorded, as of ${clock.date(moment)}, ${clock.time(moment)} \u00b7 1 sample,`));
+    assert.equal(await page.text("[data-fact=recorder] dd"), "unknown", "what was written is not noted yet");
   });
 });

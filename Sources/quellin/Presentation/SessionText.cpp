@@ -20,7 +20,8 @@ std::string coverageText(const SessionCoverage& coverage) {
 }
 
 std::string recorderCostText(const std::optional<RecorderCost>& cost) {
-  if (!cost) return unknown;
+  // The first part is noted before anything is written.
+  if (!cost || cost->bytesWritten == 0) return unknown;
   return decimal(cost->cpuSeconds, 2) + " s of CPU time, " +
          byteText(static_cast<double>(cost->bytesWritten)) + " written to the log";
 }

@@ -15,7 +15,7 @@ namespace quellin::cli {
 /// so only a higher one is known to have been told.
 [[nodiscard]] std::string thermalPressureText(const PowerSessionSummary& summary);
 
-/// What recording has cost, in words; "unknown" when nobody noted it.
+/// What recording has cost, in words; "unknown" when nobody noted it yet.
 [[nodiscard]] std::string recorderCostText(const std::optional<RecorderCost>& cost);
 
 /// The report of a session as lines of text for `terminal`.

@@ -26,6 +26,13 @@ TEST(SessionTextTest, NoThermalPressureMayBeOneThatNobodyTold) {
 
 TEST(SessionTextTest, WithoutSamplesTheThermalPressureIsUnknown) { EXPECT_EQ(textOf(0, 0), "unknown"); }
 
+TEST(SessionTextTest, WhatRecordingCostIsUnknownUntilSomethingWasWritten) {
+  EXPECT_EQ(recorderCostText(std::nullopt), "unknown");
+  EXPECT_EQ(recorderCostText(RecorderCost{.cpuSeconds = 0.01, .bytesWritten = 0}), "unknown");
+  EXPECT_EQ(recorderCostText(RecorderCost{.cpuSeconds = 0.01, .bytesWritten = 4096}),
+            "0.01 s of CPU time, 4.1 kB written to the log");
+}
+
 std::string textWith(double averageWatts) {
   SessionReport report;
   report.summary.averageWatts = averageWatts;

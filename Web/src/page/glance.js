@@ -48,7 +48,8 @@ function coverageFact({ durationSeconds, coveredSeconds, gapCount, longestGapSec
 }
 
 function costFact(cost) {
-  if (!cost) return [unknown];
+  // The first part is noted before anything is written.
+  if (!cost || cost.bytesWritten === 0) return [unknown];
   return [`${decimal(cost.cpuSeconds, 2)} s`, `of CPU time; ${bytes(cost.bytesWritten)} written to the log`];
 }
 
