@@ -29,26 +29,27 @@ std::string countersText(const CountedEnergy& counters, const std::optional<std:
          counters.confidence + "), counted over exactly this time" + (path ? " by " + *path : "");
 }
 
+// Which quantity each figure is comes before all figures; up to the confidence it fits into 80 columns.
 std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<std::size_t> width) {
-  Table table{{{"Source"},
+  Table table{{{"Source", Alignment::left, true},
+               {"Kind"},
                {"Joules", Alignment::right},
-               {"Wh", Alignment::right},
-               {"Seconds", Alignment::right},
                {"Avg W", Alignment::right},
-               {"Max W", Alignment::right},
-               {"Readings", Alignment::right},
+               {"Seconds", Alignment::right},
                {"Confidence"},
-               {"Kind"}}};
+               {"Wh", Alignment::right},
+               {"Max W", Alignment::right},
+               {"Readings", Alignment::right}}};
   for (const SourceEnergy& source : sources) {
-    table.add({source.sourceLabel, decimal(source.joules, 2), decimal(source.wattHours, 3),
-               decimal(source.seconds, 3), decimal(source.averageWatts, 2), decimal(source.maxWatts, 2),
-               whole(source.readings), source.confidence, source.sourceKind});
+    table.add({source.sourceLabel, source.sourceKind, decimal(source.joules, 2),
+               decimal(source.averageWatts, 2), decimal(source.seconds, 3), source.confidence,
+               decimal(source.wattHours, 3), decimal(source.maxWatts, 2), whole(source.readings)});
   }
   return table.text(width);
 }
 
 std::string aboveIdleTable(const CommandReport& report, std::optional<std::size_t> width) {
-  Table table{{{"Above idle"},
+  Table table{{{"Above idle", Alignment::left, true},
                {"Joules", Alignment::right},
                {"Avg W", Alignment::right},
                {"Idle W", Alignment::right},
@@ -67,7 +68,7 @@ std::string aboveIdleTable(const CommandReport& report, std::optional<std::size_
 
 std::string processShareTable(const std::vector<ContributorShare>& processes,
                               std::optional<std::size_t> width) {
-  Table table{{{"Process"},
+  Table table{{{"Process", Alignment::left, true},
                {"% of scores", Alignment::right},
                {"Score", Alignment::right},
                {"Source"},
@@ -154,7 +155,7 @@ std::string repeatsText(const std::vector<SpanReport>& repeats, std::optional<st
     countedJoules.push_back(repeat.counters->joules);
     confidence = repeat.counters->confidence;
   }
-  Table table{{{"Over the runs"},
+  Table table{{{"Over the runs", Alignment::left, true},
                {"Mean J", Alignment::right},
                {"Lowest J", Alignment::right},
                {"Highest J", Alignment::right},

@@ -79,11 +79,11 @@ std::string figureLines(const SessionReport& report) {
   return text;
 }
 
-// What a segment comes to stands first and fits into 80 columns.
+// What a segment comes to stands first: all up to the energy fits into 80 columns, the average into 40.
 std::string segmentTable(const std::vector<PowerSessionPowerSegment>& segments,
                          std::optional<std::size_t> width) {
   Table table{{{"#", Alignment::right},
-               {"Source"},
+               {"Source", Alignment::left, true},
                {"Duration", Alignment::right},
                {"Avg W", Alignment::right},
                {"Min W", Alignment::right},

@@ -8,6 +8,16 @@
 #include "quellin/Terminal/TextColumns.h"
 
 namespace quellin::cli {
+namespace {
+
+constexpr std::size_t gap = 2;
+constexpr std::size_t shortestName = 12;
+
+std::size_t lineWidth(const std::vector<std::size_t>& widths) {
+  return std::accumulate(widths.begin(), widths.end(), gap * (widths.size() - 1));
+}
+
+}  // namespace
 
 void Table::add(std::vector<std::string> row) {
   row.resize(columns_.size());
@@ -17,22 +27,21 @@ void Table::add(std::vector<std::string> row) {
 
 void Table::addHeading(std::string_view text) { rows_.push_back({printable(text)}); }
 
-std::size_t Table::width() const {
-  const std::vector<std::size_t> widths = columnWidths();
-  return std::accumulate(widths.begin(), widths.end(), gap * (widths.size() - 1));
-}
+std::size_t Table::width() const { return lineWidth(columnWidths()); }
 
 std::string Table::text(std::optional<std::size_t> width) const {
   std::vector<std::size_t> widths = columnWidths();
   if (width) fit(widths, *width);
-  std::string result;
-  const auto append = [&](const std::string& line) {
-    result += width ? firstColumns(line, *width) : line;
+  std::string result = lineOf(titles(), widths) + '\n';
+  for (const auto& row : rows_) {
+    if (!isHeading(row)) {
+      result += lineOf(row, widths);
+    } else {
+      result += width ? shortened(row.front(), *width) : row.front();
+    }
     result += '\n';
-  };
-  append(lineOf(titles(), widths));
-  for (const auto& row : rows_) append(isHeading(row) ? row.front() : lineOf(row, widths));
-  return result;
+  }
+  return result + leftOutText(widths.size(), width);
 }
 
 std::vector<std::string> Table::titles() const {
@@ -56,36 +65,51 @@ std::vector<std::size_t> Table::columnWidths() const {
 
 bool Table::isHeading(const std::vector<std::string>& row) const { return row.size() < columns_.size(); }
 
-// A text that is cut can be read; a number that is cut is another number.
+std::size_t Table::leastWidth(std::size_t column, std::size_t widest) const {
+  if (!columns_[column].givesWay) return widest;
+  return std::min(widest, std::max(shortestName, columnsOf(columns_[column].title)));
+}
+
+std::size_t Table::columnsWithin(std::size_t width, const std::vector<std::size_t>& widths) const {
+  std::size_t end = leastWidth(0, widths.front());
+  std::size_t count = 1;
+  while (count < widths.size()) {
+    end += gap + leastWidth(count, widths[count]);
+    if (end > width) break;
+    ++count;
+  }
+  return count;
+}
+
+// A name that is cut can be read; a number that is cut is another number, and half a kind is no kind.
 void Table::fit(std::vector<std::size_t>& widths, std::size_t width) const {
-  std::size_t end = 0;
-  for (const std::size_t column : widths) end += column + gap;
-  end -= gap;
+  widths.resize(columnsWithin(width, widths));
   for (std::size_t column = 0; column < widths.size(); ++column) {
-    if (!columns_[column].givesWay || end <= width) continue;
-    const std::size_t least = std::min(widths[column], shortestName);
-    const std::size_t given = std::min(end - width, widths[column] - least);
-    widths[column] -= given;
-    end -= given;
+    const std::size_t end = lineWidth(widths);
+    if (end <= width) return;
+    widths[column] -= std::min(end - width, widths[column] - leastWidth(column, widths[column]));
   }
-  end = 0;
-  for (std::size_t column = 0; column < widths.size(); ++column) {
-    end += widths[column];
-    if (columns_[column].alignment == Alignment::right && end > width) return widths.resize(column);
-    end += gap;
-  }
+  if (columns_.front().alignment == Alignment::left) widths.front() = std::min(widths.front(), width);
 }
 
 std::string Table::lineOf(const std::vector<std::string>& row, const std::vector<std::size_t>& widths) const {
   std::string line;
   for (std::size_t column = 0; column < widths.size(); ++column) {
     if (column > 0) line.append(gap, ' ');
-    const std::string text = firstColumns(row[column], widths[column]);
+    const std::string text = shortened(row[column], widths[column]);
     const std::string padding(widths[column] - columnsOf(text), ' ');
     line += columns_[column].alignment == Alignment::right ? padding + text : text + padding;
   }
   line.erase(line.find_last_not_of(' ') + 1);
   return line;
+}
+
+std::string Table::leftOutText(std::size_t shown, std::optional<std::size_t> width) const {
+  std::string names;
+  for (std::size_t column = shown; column < columns_.size(); ++column) {
+    names += (names.empty() ? " " : ", ") + std::string{columns_[column].title};
+  }
+  return names.empty() ? names : wrapped("Not shown for want of width:" + names + ".", "", width);
 }
 
 }  // namespace quellin::cli

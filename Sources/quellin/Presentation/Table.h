@@ -18,7 +18,8 @@ class Table {
   struct Column {
     std::string_view title;
     Alignment alignment = Alignment::left;
-    bool givesWay = false;  ///< its texts are cut, if need be to twelve columns, so that others fit
+    bool givesWay =
+        false;  ///< its texts are cut, if need be to twelve columns or its title, so that others fit
   };
 
   explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
@@ -32,21 +33,24 @@ class Table {
   /// How wide the rows are when nothing is cut.
   [[nodiscard]] std::size_t width() const;
 
-  /// All rows below their titles, lines cut to `width` columns. Columns of numbers, which stand on the right,
-  /// are never cut: the first that does not fit is left out, with all behind it.
+  /// All rows below their titles, in at most `width` columns: first the columns that give way are cut, then
+  /// the first column that does not fit is left out whole, with all behind it. A line below names those left
+  /// out. The very first always stands.
   [[nodiscard]] std::string text(std::optional<std::size_t> width) const;
 
  private:
-  static constexpr std::size_t gap = 2;
-  static constexpr std::size_t shortestName = 12;
-
   [[nodiscard]] std::vector<std::string> titles() const;
   [[nodiscard]] std::vector<std::size_t> columnWidths() const;
   [[nodiscard]] bool isHeading(const std::vector<std::string>& row) const;
-  // Narrows the columns, and leaves out those that still do not fit.
+  [[nodiscard]] std::size_t leastWidth(std::size_t column, std::size_t widest) const;
+  // How many columns fit when those that give way are as narrow as can be.
+  [[nodiscard]] std::size_t columnsWithin(std::size_t width, const std::vector<std::size_t>& widths) const;
+  // Leaves out what does not fit, and narrows what gives way no more than need be.
   void fit(std::vector<std::size_t>& widths, std::size_t width) const;
   [[nodiscard]] std::string lineOf(const std::vector<std::string>& row,
                                    const std::vector<std::size_t>& widths) const;
+  // Names the columns from `shown` on; nothing where there are none.
+  [[nodiscard]] std::string leftOutText(std::size_t shown, std::optional<std::size_t> width) const;
 
   std::vector<Column> columns_;
   std::vector<std::vector<std::string>> rows_;

@@ -45,4 +45,10 @@ std::string firstColumns(std::string_view text, std::size_t columns) {
   return std::string{text.substr(0, text.size() - rest.size())};
 }
 
+std::string shortened(std::string_view text, std::size_t columns) {
+  constexpr std::string_view mark = "..";
+  if (columns <= mark.size() || columnsOf(text) <= columns) return firstColumns(text, columns);
+  return firstColumns(text, columns - mark.size()).append(mark);
+}
+
 }  // namespace quellin::cli

@@ -15,4 +15,7 @@ namespace quellin::cli {
 /// What of `text` fits into so many columns, with what joins the last character that does.
 [[nodiscard]] std::string firstColumns(std::string_view text, std::size_t columns);
 
+/// `text` where it fits into so many columns, else its beginning with ".." for the rest, all in as many.
+[[nodiscard]] std::string shortened(std::string_view text, std::size_t columns);
+
 }  // namespace quellin::cli

@@ -61,7 +61,7 @@ TEST(FigureTableTest, LosesNothingButTheEndOfNamesWhereThereIsLess) {
             "  Display and other   6.00  W     derived\n"
             "Silicon, from Energy counters\n"
             "  CPU                 4.00  W     model\n"
-            "  A component with    2.00  W     model\n");
+            "  A component wit..   2.00  W     model\n");
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include "Support/CaseNames.h"
 #include "quellin/Presentation/Table.h"
+#include "quellin/Terminal/PlainText.h"
 
 namespace quellin::cli {
 namespace {
@@ -41,20 +43,28 @@ TEST(TableTest, ColumnsOfTheTerminalCountNotCharacters) {
             "Cafe\u0301            12.00\n");
 }
 
-TEST(TableTest, AColumnThatGivesWayIsCutSoThatTheNumbersFit) {
+TEST(TableTest, AColumnThatGivesWayIsCutNoMoreThanTheOthersNeed) {
   Table table{{{"Process", Alignment::left, true}, {"CPU %", Alignment::right}, {"W", Alignment::right}}};
   table.add({"com.example.Renderer", "12.5", "1.00"});
   table.add({"init", "0.0", "0.00"});
   EXPECT_EQ(table.text(27),
             "Process         CPU %     W\n"
-            "com.example.Re   12.5  1.00\n"
+            "com.example...   12.5  1.00\n"
             "init              0.0  0.00\n");
   EXPECT_EQ(table.text(24),
-            "Process       CPU %\n"
-            "com.example.   12.5\n"
-            "init            0.0\n")
-      << "not below twelve";
+            "Process            CPU %\n"
+            "com.example.Ren..   12.5\n"
+            "init                 0.0\n"
+            "Not shown for want of\n"
+            "width: W.\n")
+      << "not below twelve, and no narrower than the columns that are left need";
   EXPECT_EQ(table.text(100), table.text(std::nullopt));
+}
+
+TEST(TableTest, AColumnThatGivesWayKeepsItsTitle) {
+  Table table{{{"Over all of the runs", Alignment::left, true}, {"J", Alignment::right}}};
+  table.add({"Battery charge input, and more", "1.00"});
+  EXPECT_EQ(table.text(26), "Over all of the runs     J\nBattery charge inp..  1.00\n");
 }
 
 TEST(TableTest, HeadingsGoAcrossTheColumns) {
@@ -62,24 +72,52 @@ TEST(TableTest, HeadingsGoAcrossTheColumns) {
   table.addHeading("A heading\x1b of its own");
   table.add({"one", "2"});
   EXPECT_EQ(table.text(std::nullopt), "A    B\nA heading? of its own\none  2\n");
-  EXPECT_EQ(table.text(9), "A    B\nA heading\none  2\n");
+  EXPECT_EQ(table.text(9), "A    B\nA headi..\none  2\n");
   EXPECT_EQ(table.width(), 6U);
 }
 
-TEST(TableTest, LinesAreCutToTheWidthBetweenCharacters) {
-  Table table{{{"Ä"}, {"Second"}}};
-  table.add({"ÖÖÖÖ", "x"});
-  EXPECT_EQ(table.text(3), "Ä  \nÖÖÖ\n");
-}
+struct NarrowCase {
+  const char* name;
+  std::size_t width;
+  const char* text;
+};
 
-TEST(TableTest, NumbersAreLeftOutBeforeTheyAreCut) {
+class NarrowTableTest : public testing::TestWithParam<NarrowCase> {};
+
+TEST_P(NarrowTableTest, ShowsAColumnWholeOrLeavesItOutAndSaysSo) {
   Table table{{{"Name"}, {"W", Alignment::right}, {"Note"}, {"Wh", Alignment::right}}};
   table.add({"CPU", "12.50", "model", "0.4"});
-  EXPECT_EQ(table.text(23), "Name      W  Note    Wh\nCPU   12.50  model  0.4\n");
-  EXPECT_EQ(table.text(22), "Name      W  Note\nCPU   12.50  model\n");
-  EXPECT_EQ(table.text(15), "Name      W  No\nCPU   12.50  mo\n");
-  EXPECT_EQ(table.text(11), "Name      W\nCPU   12.50\n");
-  EXPECT_EQ(table.text(10), "Name\nCPU\n");
+  EXPECT_EQ(table.text(GetParam().width), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Widths, NarrowTableTest,
+    testing::Values(NarrowCase{"All", 23, "Name      W  Note    Wh\nCPU   12.50  model  0.4\n"},
+                    NarrowCase{"NoLastNumber", 22,
+                               "Name      W  Note\nCPU   12.50  model\nNot shown for want of\nwidth: Wh.\n"},
+                    NarrowCase{"TextAsNarrowAsCanBe", 18,
+                               "Name      W  Note\nCPU   12.50  model\nNot shown for want\nof width: Wh.\n"},
+                    NarrowCase{"NoText", 17,
+                               "Name      W\nCPU   12.50\nNot shown for\nwant of width:\nNote, Wh.\n"},
+                    NarrowCase{"NoNumber", 10, "Name\nCPU\nNot shown\nfor want\nof width:\nW, Note,\nWh.\n"}),
+    testing_support::namedBy(&NarrowCase::name));
+
+TEST(TableTest, TheFirstColumnStandsEvenWhereItDoesNotFit) {
+  Table table{{{"Name"}, {"W"}}};
+  table.add({"CPU", "12.50"});
+  EXPECT_EQ(table.text(3), "N..\nCPU\n" + wrapped("Not shown for want of width: W.", "", 3));
+}
+
+TEST(TableTest, NeverCutsANumber) {
+  Table table{{{"PID", Alignment::right}, {"Process"}}};
+  table.add({"12345", "init"});
+  EXPECT_EQ(table.text(4), "  PID\n12345\n" + wrapped("Not shown for want of width: Process.", "", 4));
+}
+
+TEST(TableTest, CutsNothingThatFitsAndNamesNothing) {
+  Table table{{{"Ä"}, {"Second"}}};
+  table.add({"ÖÖÖÖ", "x"});
+  EXPECT_EQ(table.text(12), "Ä     Second\nÖÖÖÖ  x\n");
 }
 
 TEST(TableTest, NothingInACellReachesTheTerminalAsACommand) {

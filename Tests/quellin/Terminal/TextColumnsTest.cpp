@@ -63,5 +63,14 @@ TEST(FirstColumnsTest, CountsColumns) {
   EXPECT_EQ(firstColumns("e\u0301a", 1), "e\u0301");
 }
 
+TEST(ShortenedTest, MarksWhatIsCut) {
+  EXPECT_EQ(shortened("Safari", 6), "Safari");
+  EXPECT_EQ(shortened("Safari", 5), "Saf..");
+  EXPECT_EQ(shortened("日本語", 5), "日..");
+  EXPECT_EQ(shortened("Safari", 3), "S..");
+  EXPECT_EQ(shortened("Safari", 2), "Sa");
+  EXPECT_EQ(shortened("Safari", 0), "");
+}
+
 }  // namespace
 }  // namespace quellin::cli
