@@ -65,6 +65,11 @@ TEST(TableTest, AColumnThatGivesWayKeepsItsTitle) {
   Table table{{{"Over all of the runs", Alignment::left, true}, {"J", Alignment::right}}};
   table.add({"Battery charge input, and more", "1.00"});
   EXPECT_EQ(table.text(26), "Over all of the runs     J\nBattery charge inp..  1.00\n");
+  EXPECT_EQ(table.text(25),
+            "Over all of the runs\n"
+            "Battery charge input, a..\n"
+            "Not shown for want of\n"
+            "width: J.\n");
 }
 
 TEST(TableTest, HeadingsGoAcrossTheColumns) {
