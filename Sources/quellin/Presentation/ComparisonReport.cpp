@@ -138,8 +138,8 @@ std::string verdictText(const KindComparison& kind) {
 std::string comparisonText(const SessionComparison& comparison, std::optional<std::size_t> width) {
   std::string text = namedLine("A", sideText(comparison.a)) + namedLine("B", sideText(comparison.b));
   if (comparison.thresholdPercent)
-    text += namedLine("Threshold", "B is shown to lie more than " +
-                                       fmt::format("{}", *comparison.thresholdPercent) + " % above A");
+    text += namedLine("Threshold", fmt::format("{}", *comparison.thresholdPercent) +
+                                       " %: exit status 3 when B is shown to exceed A by more");
   text += "\n" + figureTable(comparison, width) + "\n";
   for (const KindComparison& kind : comparison.kinds) text += wrapped(verdictText(kind), "", width);
   for (const NotCompared& left : comparison.notCompared)

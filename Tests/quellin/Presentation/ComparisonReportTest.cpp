@@ -60,8 +60,8 @@ TEST(ComparisonReportTest, NoDifferenceDoesNotPassForASmallOne) {
 TEST(ComparisonReportTest, TheThresholdIsToldAsTyped) {
   SessionComparison comparison = differingBy(1);
   for (const auto& [percent, text] :
-       {std::pair{0.05, "more than 0.05 % above"}, std::pair{5.0, "more than 5 % above"},
-        std::pair{2.25, "more than 2.25 % above"}}) {
+       {std::pair{0.05, " 0.05 %: exit status 3 when"}, std::pair{5.0, " 5 %: exit status 3 when"},
+        std::pair{2.25, " 2.25 %: exit status 3 when"}}) {
     comparison.thresholdPercent = percent;
     EXPECT_THAT(comparisonText(comparison, std::nullopt), HasSubstr(text));
   }
