@@ -11,8 +11,8 @@ namespace quellin::cli {
 std::string coverageText(const SessionCoverage& coverage) {
   const auto percent = coverage.coveredPercent();
   if (!percent) return unknown;
-  std::string text = decimal(percent, 1) + " % of the time has readings";
-  if (coverage.longestGapSeconds) {
+  std::string text = decimal(percent, 1) + " % of the time has readings of power";
+  if (coverage.coveredSeconds > 0 && coverage.longestGapSeconds) {
     text += ", gaps: " + whole(coverage.gapCount) + ", the longest " +
             durationText(Seconds{*coverage.longestGapSeconds});
   }

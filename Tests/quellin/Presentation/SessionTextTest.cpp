@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "QuellinCore/Sessions/PowerSource.h"
+#include "Support/CaseNames.h"
 #include "quellin/Presentation/SessionText.h"
 
 namespace quellin::cli {
@@ -32,6 +33,29 @@ TEST(SessionTextTest, WhatRecordingCostIsUnknownUntilSomethingWasWritten) {
   EXPECT_EQ(recorderCostText(RecorderCost{.cpuSeconds = 0.01, .bytesWritten = 4096}),
             "0.01 s of CPU time, 4.1 kB written to the log");
 }
+
+struct CoverageCase {
+  const char* name;
+  SessionCoverage coverage;
+  const char* text;
+};
+
+class CoverageTextTest : public testing::TestWithParam<CoverageCase> {};
+
+TEST_P(CoverageTextTest, SaysHowMuchOfTheTimeHasReadingsOfPower) {
+  EXPECT_EQ(coverageText(GetParam().coverage), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Coverages, CoverageTextTest,
+    testing::Values(
+        CoverageCase{"NoTime", {}, "unknown"},
+        CoverageCase{"All", {60, 60, 0, std::nullopt}, "100.0 % of the time has readings of power"},
+        CoverageCase{"WithGaps",
+                     {60, 30, 2, 20.0},
+                     "50.0 % of the time has readings of power, gaps: 2, the longest 20 s"},
+        CoverageCase{"NothingAndNoListOfGaps", {5, 0, 1, 5.0}, "0.0 % of the time has readings of power"}),
+    testing_support::namedBy(&CoverageCase::name));
 
 std::string textWith(double averageWatts) {
   SessionReport report;
