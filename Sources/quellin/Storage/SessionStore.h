@@ -15,8 +15,11 @@ namespace quellin::cli {
 [[nodiscard]] std::shared_ptr<PowerSessionStore> openStore(const Options& options,
                                                            PowerSessionStoreSurroundings surroundings = {});
 
-/// Opens the store that `options` name to look for what was recorded: where there is no store, an empty one
-/// in memory, so that looking makes no file. Throws `StoreError`.
+/// Whether nothing has been recorded into the store at `path` yet: there is no file, or one of no bytes.
+[[nodiscard]] bool isStoreToBeMade(const std::filesystem::path& path);
+
+/// Opens the store that `options` name to look for what was recorded: where it is still to be made, an empty
+/// one in memory, so that looking writes no file. Throws `StoreError`.
 [[nodiscard]] std::shared_ptr<PowerSessionStore> openRecordedStore(const Options& options);
 
 }  // namespace quellin::cli

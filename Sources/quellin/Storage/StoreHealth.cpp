@@ -59,7 +59,7 @@ StoreHealth examineStore(const Options& options, Examination examination,
   StoreHealth health{.path = storePath(options).string(), .problem = std::nullopt};
   std::error_code error;
   health.exists = std::filesystem::exists(health.path, error);
-  if (!health.exists) return health;
+  if (!health.exists || isStoreToBeMade(health.path)) return health;
   for (const char* const suffix : {"", "-wal", "-shm"}) health.bytes += sizeOf(health.path + suffix);
   try {
     examineSessions(health, options, examination, progress);

@@ -17,7 +17,7 @@ namespace quellin::cli {
 
 /// In what state a session store was found.
 enum class StoreState {
-  missing,    ///< nothing is there
+  missing,    ///< nothing is there, or a file of no bytes
   whole,      ///< nothing was found to be damaged
   damaged,    ///< it cannot be read, or not all of it
   notAStore,  ///< something else is there

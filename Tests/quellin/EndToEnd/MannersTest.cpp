@@ -163,6 +163,24 @@ TEST_F(MannersTest, LookingForSessionsMakesNoStore) {
               HasSubstr("there are no sessions in " + missing + " yet."));
 }
 
+TEST_F(MannersTest, LookingForSessionsWritesNothingIntoAnEmptyFile) {
+  const std::string empty = frontEnd.home().write("empty.store", "");
+  for (const auto& [arguments, exitStatus] :
+       std::vector<std::pair<FrontEnd::Words, int>>{{{"sessions"}, 0},
+                                                    {{"show", "last"}, 4},
+                                                    {{"delete", "last"}, 4},
+                                                    {{"doctor", "--source", macbook}, 0}}) {
+    FrontEnd::Words words = arguments;
+    words.insert(words.end(), {"--store", empty});
+    EXPECT_EQ(frontEnd.run(words).exitStatus, exitStatus) << arguments.front();
+    EXPECT_EQ(contentOf(empty), "") << arguments.front();
+  }
+  EXPECT_THAT(frontEnd.run({"doctor", "--source", macbook, "--store", empty}).output,
+              HasSubstr("Session store         not made yet\n"));
+  EXPECT_EQ(frontEnd.run({"record", "--source", macbook, "--store", empty}).exitStatus, 0);
+  EXPECT_EQ(frontEnd.run({"show", "last", "--store", empty}).exitStatus, 0) << "it is made a store then";
+}
+
 TEST_F(MannersTest, AFileThatCannotBeMadeIsNamedWithAWayOut) {
   record();
   const std::string endless(300, 'x');
