@@ -27,6 +27,8 @@ test("the numbers in the page are those of the summary", () => look(macbook.addr
   assert.equal(await fact("recorder"), `${decimal(cpuSeconds, 2)} s`);
   assert.equal(await page.text("[data-fact=recorder] .note"), `of CPU time; ${bytes(bytesWritten)} written to the log`);
   assert.equal(await fact("coverage"), `${decimal((100 * coverage.coveredSeconds) / coverage.durationSeconds, 1)} %`);
+  assert.equal(await page.text("[data-fact=coverage] .note"),
+    `of the time has readings of power; 1 gap, the longest ${duration(coverage.longestGapSeconds)}`);
 }));
 
 test("energy of different kinds stands apart and is never added", () => look(macbook.address, {}, async (page) => {

@@ -43,6 +43,16 @@ test("an empty session says so", async () => {
   });
 });
 
+test("where no power was read no gaps are listed", async () => {
+  const address = reports.replaceData(macbook.path, (data) => {
+    data.analysis.coverage.coveredSeconds = 0;
+    return data;
+  });
+  await look(address, {}, async (page) => {
+    assert.equal(await page.text("[data-fact=coverage]"), "Coverage\n0.0 %\nof the time has readings of power");
+  });
+});
+
 test("a thermal pressure that nobody told is no figure", async () => {
   const untold = reports.record("Untold", { change: (text) => text.replaceAll(/"pressureState":\d+,/g, ""), words: ["--for", "1m"] });
   await look(untold.address, {}, async (page) => {

@@ -65,7 +65,8 @@ ExitStatus listSessions(const Invocation& invocation) {
                         hintAt("record", invocation.options) + " makes one.");
     return ExitStatus::ok;
   }
-  Table table{{{"ID"}, {"Started"}, {"Duration", Alignment::right}, {"Status"}, {"Title"}}};
+  Table table{
+      {{"ID"}, {"Started"}, {"Duration", Alignment::right}, {"Status"}, {"Title", Alignment::left, true}}};
   for (const auto& session : sessions) {
     const auto end = session->endedAt();
     table.add({shortID(*session), formatISO8601(session->startedAt()),

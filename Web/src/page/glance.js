@@ -43,8 +43,9 @@ function cards({ sources, sourceTotals, summary }) {
 function coverageFact({ durationSeconds, coveredSeconds, gapCount, longestGapSeconds }) {
   if (!(durationSeconds > 0)) return [unknown];
   const part = `${decimal((100 * coveredSeconds) / durationSeconds, 1)} %`;
-  if (longestGapSeconds === undefined) return [part, "of the time has readings"];
-  return [part, `of the time has readings; ${counted(gapCount, "gap")}, the longest ${duration(longestGapSeconds)}`];
+  const meaning = "of the time has readings of power";
+  if (!(coveredSeconds > 0) || longestGapSeconds === undefined) return [part, meaning];
+  return [part, `${meaning}; ${counted(gapCount, "gap")}, the longest ${duration(longestGapSeconds)}`];
 }
 
 function costFact(cost) {
