@@ -130,6 +130,7 @@ ModelContext::Sessions ModelContext::fetch(Sessions& changedElsewhere) {
     if (!isBeingDeleted(session)) found.push_back(std::move(session));
   }
   found.insert(found.end(), newSessions_.begin(), newSessions_.end());
+  std::ranges::reverse(found);  // of equal starts, the one stored last is the newest
   std::ranges::stable_sort(found, std::ranges::greater(),
                            [](const auto& session) { return session->startedAt(); });
   return found;

@@ -58,8 +58,8 @@ class ModelContext final : public ModelOwner, public std::enable_shared_from_thi
   /// a long time without room on the disk, the oldest may have been written when it throws.
   void save();
 
-  /// All sessions, those not saved among them, by `startedAt`, newest first; equal starts in the order
-  /// stored.
+  /// All sessions, those not saved among them, by `startedAt`, newest first; of equal starts the one
+  /// stored last.
   [[nodiscard]] std::vector<std::shared_ptr<PowerSession>> sessions();
 
   /// Takes over what other processes have made of a session; false when it is no longer in the store. Looks

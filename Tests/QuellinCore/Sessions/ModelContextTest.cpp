@@ -242,7 +242,7 @@ TEST_F(ModelContextTest, SessionsAndSamplesOfOnesOwnMakingAreSaved) {
   values.session = own;
   const auto sample = PowerSessionSample::make(values);
   store.context().insert(sample);
-  EXPECT_THAT(store.sessions(), SizeIs(2));
+  EXPECT_THAT(store.sessions(), ElementsAre(own, session)) << "with one start, the newest first";
   EXPECT_THAT(own->samples(), testing::Optional(ElementsAre(sample)));
   store.context().save();
   EXPECT_THAT(own->samples(), testing::Optional(ElementsAre(sample)));

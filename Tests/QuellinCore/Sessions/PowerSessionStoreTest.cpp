@@ -241,6 +241,15 @@ TEST_F(PowerSessionStoreTest, SessionsComeNewestFirst) {
   EXPECT_THAT(starts, ElementsAre(30, 20, 10, 0));
 }
 
+TEST_F(PowerSessionStoreTest, OfEqualStartsTheSessionStoredLastComesFirst) {
+  const auto first = start("first");
+  store->stop(first, noon);
+  const auto later = start("later", noon + Seconds(1));
+  store->stop(later, noon);
+  const auto second = start("second");
+  EXPECT_THAT(store->sessions(), ElementsAre(later, second, first));
+}
+
 TEST_F(PowerSessionStoreTest, CompletedAreAllSessionsButTheActiveNewestFirst) {
   const auto completed = start("completed", noon + Seconds(10));
   store->stop(completed, noon);
