@@ -142,6 +142,15 @@ TEST_F(MannersTest, TheStoreLiesInTheHomeFolderUnlessNamed) {
   EXPECT_EQ(frontEnd.run({"show", "last", "--store", frontEnd.pathOf(usual)}).exitStatus, 0);
 }
 
+TEST_F(MannersTest, ALongTitleGivesWayToWhatElseIsToldOfASession) {
+  const std::string title = "sh -c 'make -j8 everything && ctest'";
+  ASSERT_EQ(frontEnd.run({"record", "--source", macbook, "--title", title}).exitStatus, 0);
+  EXPECT_THAT(frontEnd.run({"sessions"}, {"COLUMNS=80"}).output,
+              AllOf(HasSubstr("  completed  sh -c 'make -j8 everyt..\n"), Not(HasSubstr("Not shown"))));
+  EXPECT_THAT(frontEnd.run({"sessions"}, {"COLUMNS=40"}).output,
+              HasSubstr("Not shown for want of width: Duration,\nStatus, Title.\n"));
+}
+
 TEST_F(MannersTest, LookingForSessionsMakesNoStore) {
   const std::string missing = frontEnd.pathOf("missing.store");
   for (const auto& [arguments, exitStatus] :
