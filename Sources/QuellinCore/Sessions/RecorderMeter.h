@@ -23,6 +23,9 @@ class RecorderMeter {
   /// minute. A clock set back counts as a minute.
   [[nodiscard]] bool isDue(Instant moment) const;
 
+  /// Whether a cost was to be noted with a snapshot since `restart`: before, nothing was recorded here.
+  [[nodiscard]] bool hasRecorded() const { return takenAt_.has_value(); }
+
   /// The cost since the last `take` or `restart`, which is to be noted at `moment`.
   [[nodiscard]] RecorderCost take(std::optional<Instant> moment = std::nullopt);
 

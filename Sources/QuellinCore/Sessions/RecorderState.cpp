@@ -25,7 +25,7 @@ void PowerSessionRecorder::State::close() {
   signals.reset();
   if (!activeSession || !executor->isCurrent()) return;
   try {
-    noteCost();
+    if (meter_.hasRecorded()) noteCost();
     store->context().save();
   } catch (const StoreError&) {
     return;  // what waits in the context is lost with it; the failure before this one told of that
@@ -176,9 +176,9 @@ void PowerSessionRecorder::State::reloadActiveSession() {
   rebuild();
 }
 
-// Others have ended it, perhaps: what recording it has cost so far belongs to it.
+// Others have ended it, perhaps: what recording it here has cost so far belongs to it.
 void PowerSessionRecorder::State::leaveSession() {
-  if (activeSession) {
+  if (activeSession && meter_.hasRecorded()) {
     noteCost();
     attempt([&] {
       store->context().save();

@@ -85,7 +85,7 @@ void SessionRecording::endBy(Ending ending) {
   const bool isOurs = recorder_.activeSession() == session_ && isStillOurs();
   if (isOurs) {
     (recorder_.*ending)(host_.wallClock->now());
-  } else if (session_) {
+  } else if (lock_) {
     recorder_.refreshActiveSession();  // which stores what recording it cost
   }
   const bool isOver = session_ && (!isOurs || recorder_.activeSession() != session_);

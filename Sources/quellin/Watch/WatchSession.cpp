@@ -1,6 +1,5 @@
 #include "quellin/Watch/WatchSession.h"
 
-#include <filesystem>
 #include <utility>
 
 #include "quellin/Measuring/StoreClaim.h"
@@ -17,7 +16,7 @@ WatchSession::WatchSession(const Options& options, const MeasuredHost& host, Loo
                            StoreFileOptions storeFile)
     : options_(options), host_(host), loop_(loop), storeFile_(std::move(storeFile)) {
   static_cast<void>(attempt([this] {
-    if (!std::filesystem::exists(storePath(options_))) return;
+    if (isStoreToBeMade(storePath(options_))) return;
     open();
     look();
   }));
@@ -90,7 +89,10 @@ void WatchSession::look() {
   PowerSessionStore& store = *recorder_->store();
   const auto& known = isRecording() ? session_ : elsewhere_;
   if (known && store.isStillActive(known)) return;
-  if (isRecording()) forget(true);
+  if (isRecording()) {
+    recorder_->refreshActiveSession();  // which stores what recording it cost
+    forget(true);
+  }
   elsewhere_ = store.activeSession();
   if (!elsewhere_) refusal_.reset();
 }

@@ -86,6 +86,17 @@ TEST_F(RecorderCostTest, ASessionThatOthersEndedHasTheCostUpToWhenThatIsNoticed)
   EXPECT_EQ(cpuSeconds(session), 3.5);
 }
 
+TEST_F(RecorderCostTest, WhoeverOnlyLooksAtASessionCostsItNothing) {
+  const auto session = start();
+  record(0, 1);
+  {
+    const auto looking = makeRecorder();
+    EXPECT_NE(looking->activeSession(), nullptr);
+    cpu.use(Seconds{100});
+  }
+  EXPECT_EQ(cpuSeconds(session), 1);
+}
+
 TEST_F(RecorderCostTest, AnInterruptedSessionHasTheCostOfItsLastMoments) {
   const auto session = start();
   record(0, 1);

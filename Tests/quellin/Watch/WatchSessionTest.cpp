@@ -91,11 +91,22 @@ TEST_F(WatchSessionBesideAnotherTest, KeepsNoWordOfASessionThatWasEndedElsewhere
   WatchSession session{options, host, loop};
   session.toggle(Seconds{1});
   EXPECT_EQ(testing_support::contentOf(lockFile()), exampleWord);
+  pass(session);
   PowerSessionStore theirs{"elsewhere", *options.store};
-  theirs.stop(theirs.activeSession(), instantAt(2000));
+  const auto ended = theirs.activeSession();
+  theirs.stop(ended, instantAt(2000));
   pass(session);
   EXPECT_FALSE(session.isRecording());
   EXPECT_FALSE(std::filesystem::exists(lockFile()));
+  EXPECT_THAT(theirs.cost(*ended),
+              testing::Optional(testing::Field(&RecorderCost::bytesWritten, testing::Gt(0))));
+}
+
+TEST_F(WatchSessionBesideAnotherTest, WritesNothingIntoAnEmptyFile) {
+  folder.write("a.store", "");
+  const WatchSession session{options, host, loop};
+  EXPECT_EQ(session.failure(), std::nullopt);
+  EXPECT_EQ(std::filesystem::file_size(*options.store), 0U);
 }
 
 // A session that others may go on with is on the disk then, whatever is known here.

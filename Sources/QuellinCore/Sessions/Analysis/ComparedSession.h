@@ -32,7 +32,7 @@ struct ComparedSource {
 struct ComparedSession {
   PowerSessionMetadataDTO session;      ///< which session
   double seconds = 0;                   ///< how long it took
-  SessionCoverage coverage;             ///< how much of that has readings
+  SessionCoverage coverage;             ///< how much of that has readings of power
   std::vector<ComparedSource> sources;  ///< kind by kind, in the order of their first appearance
   bool lacksEnergy = false;             ///< some stretch of it has none, or one of another kind
 
