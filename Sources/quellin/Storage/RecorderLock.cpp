@@ -6,6 +6,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -31,11 +32,22 @@ Failure cannotLock(const std::filesystem::path& path, const SystemError& error) 
                                   ". Name a store in a folder that you may write to, with --store."};
 }
 
+// Whether somebody has locked it; who looks at the same time is nobody.
+bool isLocked(const FileDescriptor& file) {
+  if (flock(file.get(), LOCK_SH | LOCK_NB) != 0) return errno == EWOULDBLOCK;
+  static_cast<void>(flock(file.get(), LOCK_UN));
+  return false;
+}
+
 // False when somebody else has locked it.
 bool lock(const FileDescriptor& file, const std::filesystem::path& path) {
-  while (flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno == EWOULDBLOCK) return false;
-    if (errno != EINTR) throw cannotLock(path, SystemError::last());
+  constexpr int mostLooks = 1000;  // of others, each of which is over at once
+  for (int looks = 0; flock(file.get(), LOCK_EX | LOCK_NB) != 0;) {
+    const SystemError error = SystemError::last();
+    if (error.code == EINTR) continue;
+    if (error.code != EWOULDBLOCK) throw cannotLock(path, error);
+    if (isLocked(file) || ++looks == mostLooks) return false;
+    std::this_thread::yield();
   }
   return true;
 }
@@ -63,8 +75,7 @@ std::optional<std::string> wordIn(const FileDescriptor& file) {
 RecorderLock::Sight RecorderLock::look(const std::filesystem::path& store) {
   const auto file = openDescriptor(lockPath(store).string(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
   if (!file) return {};
-  const bool isHeld = flock(file->get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-  return {.isHeld = isHeld, .word = wordIn(*file)};
+  return {.isHeld = isLocked(*file), .word = wordIn(*file)};
 }
 
 std::optional<RecorderLock> RecorderLock::take(const std::filesystem::path& store) {

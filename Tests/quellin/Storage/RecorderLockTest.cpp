@@ -1,8 +1,11 @@
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
+#include "QuellinCore/Support/FileDescriptor.h"
 #include "Support/FileSizeLimit.h"
 #include "Support/TemporaryFolder.h"
 #include "quellin/Outcome/Failure.h"
@@ -44,6 +47,16 @@ TEST_F(RecorderLockTest, OthersSeeItWithoutTakingIt) {
   lock.reset();
   EXPECT_FALSE(RecorderLock::look(store).isHeld);
   EXPECT_EQ(RecorderLock::look(store).word, "machine 7");
+  EXPECT_TRUE(RecorderLock::take(store));
+}
+
+TEST_F(RecorderLockTest, WhoeverOnlyLooksAllTheTimeIsNotWaitedForForEver) {
+  const auto file = openDescriptor(folder.write("a.store-recorder", ""), O_RDONLY);
+  ASSERT_TRUE(file);
+  ASSERT_EQ(flock(file->get(), LOCK_SH), 0);
+  EXPECT_FALSE(RecorderLock::look(store).isHeld);
+  EXPECT_FALSE(RecorderLock::take(store));
+  ASSERT_EQ(flock(file->get(), LOCK_UN), 0);
   EXPECT_TRUE(RecorderLock::take(store));
 }
 
