@@ -17,7 +17,8 @@ inline constexpr const char* exitStatusText =
     "nothing was being recorded, the tool or the store cannot be used, B is worse than the threshold), 4 no "
     "such session, "
     "5 nothing to measure here. 'run' passes on the status of its command; 125 says that the command was not "
-    "measured, 126 that it cannot be executed, 127 that there is none; 2 stands for options of its own, too.";
+    "measured to its end, 126 that it cannot be executed, 127 that there is none; 2 stands for options of "
+    "its own, too.";
 
 /// The parser of all commands and their options, which writes into `options`; that must outlive it. Help,
 /// manual page and completions are made from it.

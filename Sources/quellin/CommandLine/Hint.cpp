@@ -18,7 +18,9 @@ std::string shellWord(const std::string& path) {
 
 std::string hintAt(std::string_view command, const Options& options) {
   std::string text{command};
-  const std::size_t end = std::min(text.find(" -- "), text.size());  // of the options
+  // The words of another command stand behind the options.
+  const std::size_t end =
+      command.starts_with("run ") ? std::min(text.find(" -- "), text.size()) : text.size();
   if (options.store) text.insert(end, " --store " + shellWord(options.store->string()));
   return "'quellin " + text + "'";
 }

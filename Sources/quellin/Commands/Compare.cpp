@@ -43,7 +43,7 @@ SessionComparison compareNamed(const Options& options) {
   return *std::move(comparison);
 }
 
-// What would let the threshold be applied: repeats, where a kind that both sides have is of too few sessions.
+// What would let the threshold be applied: repeats, where one side is of a single session.
 std::string remedy(const SessionComparison& comparison, const Options& options) {
   const bool areRepeats = comparison.a.size() > 1 && comparison.b.size() > 1;
   const bool wantsRepeats = !areRepeats && std::ranges::any_of(comparison.kinds, [](const auto& kind) {

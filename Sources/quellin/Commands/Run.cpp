@@ -9,6 +9,7 @@
 #include "quellin/CommandLine/Command.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/CommandRun.h"
+#include "quellin/Measuring/Loop.h"
 #include "quellin/Outcome/Failure.h"
 #include "quellin/Presentation/JSONOutput.h"
 #include "quellin/Presentation/RunReport.h"
@@ -59,6 +60,7 @@ class ResultSink {
 class Runs {
  public:
   explicit Runs(const Invocation& invocation) : invocation_(invocation), sink_(invocation) {
+    static_cast<void>(requests_.beImperturbable());
     report_.command = programWords(options_);
     const bool isNamed = options_.title && !trimmed(*options_.title).empty();
     title_ = isNamed ? *options_.title : fmt::format("{}", fmt::join(report_.command, " "));
@@ -83,6 +85,7 @@ class Runs {
     if (options_.baseline) measureBaseline();
     int status = 0;
     for (int turn = 1; turn <= options_.repeat && status == 0; ++turn) {
+      if (requests_.wasAskedToEnd()) throw askedToEnd(turn - 1);
       status = runOnce(turn);
     }
     return status;
@@ -121,13 +124,16 @@ class Runs {
         options_.repeat > 1 ? ", " + std::to_string(turn) + " of " + std::to_string(options_.repeat) : "";
     show(title_ + turnText,
          commandText(report_.runs.back(), report_.idle.has_value(), hintAtDoctor(options_), sink_.width()));
-    if (measured.isWhole && measured.span) repeats_.push_back(*report_.runs.back().measured);
-    if (measured.end.isWholeRun() && !measured.isWhole) {
-      throw Failure{ExitStatus::notMeasured,
-                    fmt::format("asked to end in run {} of {}.", turn, options_.repeat)};
-    }
+    if (report_.runs.back().isWhole) repeats_.push_back(*report_.runs.back().measured);
+    if (measured.span && measured.end.isWholeRun() && !measured.isWhole) throw askedToEnd(turn);
     const int status = measured.end.shellStatus();
     return status == 0 && !measured.span ? static_cast<int>(ExitStatus::notMeasured) : status;
+  }
+
+  // With so many runs begun.
+  [[nodiscard]] Failure askedToEnd(int runs) const {
+    const std::string where = fmt::format("asked to end with run {} of {}.", runs, options_.repeat);
+    return {ExitStatus::notMeasured, runs == 0 ? askedToEndText : where};
   }
 
   void showTogether() {
@@ -145,6 +151,7 @@ class Runs {
 
   const Invocation& invocation_;
   const Options& options_ = invocation_.options;
+  Loop requests_;  // that come at any time: each run has a loop of its own
   ResultSink sink_;
   RunReport report_;
   std::vector<SpanReport> repeats_;  // of the runs, those that can be averaged

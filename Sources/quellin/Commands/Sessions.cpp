@@ -25,8 +25,12 @@ Instant endOf(PowerSessionStore& store, const PowerSession& session, const Optio
   const Recorder recorder = recorderOf(options);
   if (recorder.isAtWork && !recorder.isOverTrace.value_or(false)) return systemWallClock().now();
   Instant last = session.startedAt();
-  for (auto samples = store.scan(session, SampleCursor::OnDamage::skip); samples && samples->next();)
-    last = std::max(last, samples->columns().timestamp);
+  try {
+    for (auto samples = store.scan(session, SampleCursor::OnDamage::skip); samples && samples->next();)
+      last = std::max(last, samples->columns().timestamp);
+  } catch (const StoreError&) {  // NOLINT(bugprone-empty-catch)
+    // A session of which not all can be read must be ended, too.
+  }
   return last;
 }
 

@@ -1,6 +1,5 @@
 #include "quellin/Measuring/CommandRun.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <exception>
@@ -8,7 +7,6 @@
 #include <utility>
 
 #include "QuellinCore/Services/EnergySpan.h"
-#include "QuellinCore/Support/Signals.h"
 #include "quellin/CommandLine/Hint.h"
 #include "quellin/Measuring/SessionRecording.h"
 #include "quellin/Measuring/StoreClaim.h"
@@ -24,7 +22,7 @@ constexpr Seconds counterInterval{60};  // see EnergySpan
 
 // Why nothing is run beside a session that is active.
 std::string objectionTo(const PowerSession& active, const Options& options) {
-  const std::string name = "session " + shortID(active) + ", " + printable(active.title()) + ", is ";
+  const std::string name = nameOf(active) + " is ";
   if (recorderOf(options).isAtWork) {
     return name + "being recorded; the command was not run. " + hintAt("stop", options) + " ends it.";
   }
@@ -146,14 +144,12 @@ class Span {
 };
 
 // What is sent to this program is meant for the command. What is typed reaches it without us; nothing tells
-// it here from the same signal sent to a job in the foreground. `isAsked` is set by those that ask to end.
-// Tells whether this program was asked to end before: from then on no signal is lost.
-bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command, bool& isAsked) {
+// it here from the same signal sent to a job in the foreground. Tells whether this program was asked to end
+// before: from then on no signal is lost.
+bool passSignals(Loop& loop, const std::unique_ptr<CommandProcess>& command) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2}) {
     const bool canBeTyped = signal == SIGINT || signal == SIGQUIT;
-    const bool asks = signal == SIGQUIT || std::ranges::find(endingSignals, signal) != endingSignals.end();
-    loop.onSignal(signal, [signal, canBeTyped, asks, &command, &isAsked] {
-      isAsked = isAsked || asks;
+    loop.onSignal(signal, [signal, canBeTyped, &command] {
       if (!canBeTyped || !ownsTerminal()) command->send(signal);
     });
   }
@@ -167,8 +163,6 @@ Failure cannotStart(const std::string& word, const SystemError& error) {
               (isMissing ? ". Check how it is spelled, or name it by its whole path."
                          : ". Name a program that you may execute and that is made for this machine.")};
 }
-
-constexpr const char* askedToEndText = "asked to end; the command was not run.";
 
 // Whether a trace goes by without any wait.
 bool playsAtOnce(const MeasuredHost& host, const Options& options) {
@@ -210,9 +204,8 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   CommandEnd end;
   bool hasEnded = false;
   bool isAwaited = false;
-  bool isAsked = false;
   std::unique_ptr<CommandProcess> command;
-  if (passSignals(span.loop(), command, isAsked)) {
+  if (passSignals(span.loop(), command)) {
     span.drop();
     throw Failure{ExitStatus::notMeasured, askedToEndText};
   }
@@ -237,9 +230,13 @@ MeasuredCommand measureCommand(const Invocation& invocation, const MeasuredHost&
   isAwaited = true;
   if (!hasEnded) span.loop().runAgain();
   // A command that serves until it is told to end has done its work then; one that is repeated has not.
-  const bool isWhole = end.isWholeRun() && !(isAsked && invocation.options.repeat > 1);
+  const bool isWhole =
+      !failure && end.isWholeRun() && !(invocation.options.repeat > 1 && span.loop().wasAskedToEnd());
   MeasuredCommand measured{.span = std::nullopt, .end = end, .isWhole = isWhole};
-  if (failure) return measured;
+  if (failure) {
+    static_cast<void>(failureOf([&] { static_cast<void>(span.end(isWhole)); }));
+    return measured;
+  }
   failure = failureOf([&] {
     if (const auto loss = span.end(isWhole)) throw Failure{ExitStatus::notMeasured, *loss};
     measured.span = span.result();

@@ -8,6 +8,9 @@
 
 namespace quellin::cli {
 
+/// Why a command is not run though nothing stands against it.
+inline constexpr const char* askedToEndText = "asked to end; the command was not run.";
+
 /// Records a session of `length` over the idle machine. Throws as `measureCommand`, also when the user
 /// interrupts it or others end the session: that is ended as interrupted then.
 [[nodiscard]] MeasuredSpan measureIdle(const Invocation& invocation, const MeasuredHost& host,
@@ -23,7 +26,7 @@ namespace quellin::cli {
 /// the foreground of a terminal, INT and QUIT count as typed there, which the command gets by itself.
 ///
 /// Throws `Failure`: notFound and notExecutable when the command cannot be started, notMeasured when another
-/// session is being recorded and when this process was asked to end before, and what the core throws.
+/// session is active and when this process was asked to end before, and what the core throws.
 /// Measuring that fails afterwards leaves the command alone. The session of what was not measured to the end
 /// of a command that succeeds is ended as interrupted: also when others ended it, and when one of several
 /// runs was asked to end.

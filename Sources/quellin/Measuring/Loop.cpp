@@ -92,14 +92,14 @@ struct Loop::State {
     });
   }
 
-  bool refuseRequests() {
-    isImperturbable = true;
-    std::promise<bool> refusal;
-    std::future<bool> wasAsked = refusal.get_future();
-    boost::asio::post(signalContext, [this, refusal = std::move(refusal)]() mutable {
-      refusal.set_value(requests.refuse());
+  // What `question` says of the requests, on their thread.
+  bool ask(const std::function<bool(RequestsToEnd&)>& question) {
+    std::promise<bool> said;
+    std::future<bool> answer = said.get_future();
+    boost::asio::post(signalContext, [this, &question, said = std::move(said)]() mutable {
+      said.set_value(question(requests));
     });
-    return wasAsked.get();
+    return answer.get();
   }
 };
 
@@ -116,7 +116,14 @@ void Loop::onSuddenEnd(std::function<void()> action) {
   state_->suddenEnd = std::move(action);
 }
 
-bool Loop::beImperturbable() { return state_->refuseRequests(); }
+bool Loop::beImperturbable() {
+  state_->isImperturbable = true;
+  return state_->ask([](RequestsToEnd& requests) { return requests.refuse(); });
+}
+
+bool Loop::wasAskedToEnd() const {
+  return state_->ask([](RequestsToEnd& requests) { return requests.wereHeard(); });
+}
 
 void Loop::onSignal(int signal, std::function<void()> action) {
   if (isIgnored(signal)) return;

@@ -36,6 +36,10 @@ class Loop {
   /// the thread that hears of it knows, and tells whether it was asked before.
   bool beImperturbable();
 
+  /// Whether one of the ending signals has asked the program to end since this was made, also while it cannot
+  /// be perturbed. One that came just now may be told of the next time only.
+  [[nodiscard]] bool wasAskedToEnd() const;
+
   /// Calls `action` whenever the process gets the signal, which then has no other effect.
   void onSignal(int signal, std::function<void()> action);
 

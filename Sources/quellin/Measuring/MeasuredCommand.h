@@ -18,7 +18,7 @@ struct MeasuredSpan {
 
 /// A command that was measured.
 struct MeasuredCommand {
-  std::optional<MeasuredSpan> span;  ///< absent when measuring failed, which was told
+  std::optional<MeasuredSpan> span;  ///< absent when measuring failed or others ended it, which was told
   CommandEnd end;
   /// Whether the command did all that it was to do: it succeeded and, as one of several runs, was not asked
   /// to end meanwhile.

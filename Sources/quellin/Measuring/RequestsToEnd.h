@@ -22,7 +22,11 @@ class RequestsToEnd {
     return isAsked_;
   }
 
+  /// Whether any signal came, be it refused.
+  [[nodiscard]] bool wereHeard() const { return areHeard_; }
+
  private:
+  bool areHeard_ = false;
   bool isRefused_ = false;
   bool isAsked_ = false;
   bool isUrged_ = false;

@@ -18,10 +18,6 @@
 namespace quellin::cli {
 namespace {
 
-std::string nameOf(const PowerSession& session) {
-  return "session " + shortID(session) + ", " + printable(session.title()) + ",";
-}
-
 // Where no word tells: a session over a trace began when the trace did, which is mostly long before it was
 // made. One that was captured just now passes for a machine.
 bool isProbablyOverTrace(const PowerSession& session) {

@@ -12,7 +12,7 @@ enum class ExitStatus {
   nothingMeasurable = 5,  ///< this machine, or what stands for it, has nothing to measure
 
   // Of `run`, which passes on the status of its command, and means by these what env and timeout mean.
-  notMeasured = 125,    ///< the command was not measured, for a reason of our own
+  notMeasured = 125,    ///< the command was not measured to its end, for a reason of our own
   notExecutable = 126,  ///< the command was found and cannot be executed
   notFound = 127,       ///< there is no such command
 };

@@ -29,11 +29,11 @@ std::string countersText(const CountedEnergy& counters, const std::optional<std:
          counters.confidence + "), counted over exactly this time" + (path ? " by " + *path : "");
 }
 
-// Which quantity each figure is comes before all figures; up to the confidence it fits into 80 columns.
+// What the first figure is stands before and behind it; up to the confidence it fits into 80 columns.
 std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<std::size_t> width) {
   Table table{{{"Source", Alignment::left, true},
-               {"Kind"},
                {"Joules", Alignment::right},
+               {"Kind"},
                {"Avg W", Alignment::right},
                {"Seconds", Alignment::right},
                {"Confidence"},
@@ -41,7 +41,7 @@ std::string sourceTable(const std::vector<SourceEnergy>& sources, std::optional<
                {"Max W", Alignment::right},
                {"Readings", Alignment::right}}};
   for (const SourceEnergy& source : sources) {
-    table.add({source.sourceLabel, source.sourceKind, decimal(source.joules, 2),
+    table.add({source.sourceLabel, decimal(source.joules, 2), source.sourceKind,
                decimal(source.averageWatts, 2), decimal(source.seconds, 3), source.confidence,
                decimal(source.wattHours, 3), decimal(source.maxWatts, 2), whole(source.readings)});
   }
@@ -104,6 +104,7 @@ CommandReport commandReport(const MeasuredCommand& measured, const std::optional
   CommandReport report{.exitStatus = measured.end.exitStatus,
                        .signal = measured.end.signal,
                        .measured = std::nullopt,
+                       .isWhole = measured.isWhole && measured.span,
                        .aboveIdle = {},
                        .countedJoulesAboveIdle = std::nullopt};
   if (!measured.span) return report;

@@ -39,13 +39,16 @@ struct SpanReport {
 struct CommandReport {
   std::optional<std::int64_t> exitStatus;        ///< absent when a signal ended it
   std::optional<std::int64_t> signal;            ///< absent when it exited
-  std::optional<SpanReport> measured;            ///< absent when measuring failed
+  std::optional<SpanReport> measured;            ///< absent when measuring failed, or others ended it
+  bool isWhole = false;                          ///< whether the command did all that it was to do, measured
   std::vector<EnergyAboveIdle> aboveIdle;        ///< by readings; empty without a baseline
   std::optional<double> countedJoulesAboveIdle;  ///< by counters; absent without a baseline of them
 
   static constexpr auto fields() {
     return std::tuple{Field{"exitStatus", &CommandReport::exitStatus},
-                      Field{"signal", &CommandReport::signal}, Field{"measured", &CommandReport::measured},
+                      Field{"signal", &CommandReport::signal},
+                      Field{"measured", &CommandReport::measured},
+                      Field{"isWhole", &CommandReport::isWhole},
                       Field{"aboveIdle", &CommandReport::aboveIdle},
                       Field{"countedJoulesAboveIdle", &CommandReport::countedJoulesAboveIdle}};
   }

@@ -8,7 +8,7 @@
 
 namespace quellin::cli {
 
-/// How much of a session's time has readings, in words.
+/// How much of a session's time has readings of power, in words.
 [[nodiscard]] std::string coverageText(const SessionCoverage& coverage);
 
 /// The highest thermal pressure of a session, in words. A session keeps 0 also where the system tells none,

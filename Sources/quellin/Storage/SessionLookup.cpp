@@ -65,4 +65,8 @@ std::string shortID(const UUID& id) { return id.text().substr(0, 8); }
 
 std::string shortID(const PowerSession& session) { return shortID(session.id()); }
 
+std::string nameOf(const PowerSession& session) {
+  return "session " + shortID(session) + ", " + printable(session.title()) + ",";
+}
+
 }  // namespace quellin::cli

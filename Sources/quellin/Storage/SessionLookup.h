@@ -30,4 +30,7 @@ struct SessionSides {
 /// The same of a session.
 [[nodiscard]] std::string shortID(const PowerSession& session);
 
+/// What a session is called within a sentence that goes on behind it: "session 3F2A1B09, Build,".
+[[nodiscard]] std::string nameOf(const PowerSession& session);
+
 }  // namespace quellin::cli

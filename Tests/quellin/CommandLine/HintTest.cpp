@@ -18,6 +18,7 @@ TEST(HintTest, TheStoreIsNoWordOfAnotherCommand) {
   options.store = "a.store";
   EXPECT_EQ(hintAt("run --repeat 5 -- COMMAND", options),
             "'quellin run --repeat 5 --store a.store -- COMMAND'");
+  EXPECT_EQ(hintAt("show 'a -- b'", options), "'quellin show 'a -- b' --store a.store'");
 }
 
 TEST(HintTest, AnOddNameIsOneWordForTheShell) {

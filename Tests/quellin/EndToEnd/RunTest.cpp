@@ -292,7 +292,7 @@ TEST_F(RunTest, ACommandThatIsAskedToEndIsNotRepeated) {
     EXPECT_EQ(result.output, "ready\n");
     EXPECT_EQ(result.exitStatus, isRepeated ? 125 : 0)
         << "what serves until it is told to end has done its work";
-    EXPECT_EQ(result.error.ends_with("quellin: asked to end in run 1 of 3.\n"), isRepeated) << result.error;
+    EXPECT_EQ(result.error.ends_with("quellin: asked to end with run 1 of 3.\n"), isRepeated) << result.error;
     const std::string last = frontEnd.run({"show", "last"}).output;
     EXPECT_THAT(last, HasSubstr(isRepeated ? "\nStatus            interrupted\n"
                                            : "\nStatus            completed\n"));

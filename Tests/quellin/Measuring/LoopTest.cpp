@@ -77,6 +77,7 @@ TEST(LoopTest, AnImperturbableOneTellsNobodyOfThem) {
   int told = 0;
   loop.onInterrupt([&] { ++told; });
   EXPECT_FALSE(loop.beImperturbable());
+  EXPECT_FALSE(loop.wasAskedToEnd());
   int heard = 0;
   loop.onSignal(SIGINT, [&] { ++heard == 3 ? loop.stop() : static_cast<void>(std::raise(SIGINT)); });
   loop.after(Seconds{0}, [] { std::raise(SIGINT); });
@@ -84,6 +85,7 @@ TEST(LoopTest, AnImperturbableOneTellsNobodyOfThem) {
   EXPECT_EQ(heard, 3);
   // Each time it returns, whoever were to end the process has dealt with one signal more.
   for (int times = 0; times < 3; ++times) EXPECT_FALSE(loop.beImperturbable()) << "asked before, that is";
+  EXPECT_TRUE(loop.wasAskedToEnd());
   loop.after(Seconds{0}, [&] { loop.stop(); });
   loop.runAgain();
   EXPECT_EQ(told, 0);

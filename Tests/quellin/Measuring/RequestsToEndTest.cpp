@@ -20,13 +20,16 @@ class RequestsToEndTest : public testing::TestWithParam<Signals> {};
 
 TEST_P(RequestsToEndTest, AreAnsweredOneAfterTheOther) {
   RequestsToEnd requests;
+  EXPECT_FALSE(requests.wereHeard());
   for (const auto& [signal, answer] : GetParam().answers) EXPECT_EQ(requests.answerTo(signal), answer);
+  EXPECT_TRUE(requests.wereHeard());
 }
 
 TEST_P(RequestsToEndTest, CallForNothingOnceTheyAreRefused) {
   RequestsToEnd requests;
   EXPECT_FALSE(requests.refuse()) << "none came before";
   for (const auto& [signal, answer] : GetParam().answers) EXPECT_EQ(requests.answerTo(signal), nothing);
+  EXPECT_TRUE(requests.wereHeard());
 }
 
 INSTANTIATE_TEST_SUITE_P(
